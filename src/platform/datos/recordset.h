@@ -1,0 +1,83 @@
+#pragma once
+
+#include "conexion.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVariantList>
+#include <vector>
+
+namespace ADODB {
+
+enum CursorTypeEnum { adOpenForwardOnly = 0, adOpenKeyset = 1, adOpenDynamic = 2, adOpenStatic = 3 };
+enum LockTypeEnum { adLockReadOnly = 1, adLockPessimistic = 2, adLockOptimistic = 3 };
+enum CommandTypeEnum { adCmdUnspecified = -1, adCmdText = 1 };
+
+class Recordset;
+
+/// One column of the current row. A light handle: it is valid while its recordset is open
+/// and reads the row the recordset stands on when asked.
+class Field {
+public:
+    QString Name() const;
+    /// The value as the database gave it, normalised by the dialect (Null stays Null).
+    QVariant Value() const;
+    bool EsNulo() const { return Value().isNull(); }
+    /// The value's default text form (regional dates and decimals); Null gives "".
+    QString Texto() const;
+    /// The value as a signed 32-bit whole number; raises ErrorBD when it is Null, not a
+    /// number, or does not fit.
+    qint32 Entero() const;
+
+private:
+    friend class Recordset;
+    Field(const Recordset *rs, int columna) : rs(rs), columna(columna) {}
+    const Recordset *rs;
+    int columna;
+};
+
+/// A query's rows, in the manner of ADO's Recordset. Open with a static cursor reads the
+/// whole result at once, so RecordCount is exact before the first row is read and the
+/// recordset holds no cursor on the database afterwards. Other cursor types are read the
+/// same way. Row positions are 0-based; Eof() is true past the last row.
+class Recordset {
+public:
+    Recordset() = default;
+    Recordset(const Recordset &) = delete;
+    Recordset &operator=(const Recordset &) = delete;
+
+    /// Runs `sentencia` on `conexion`; raises ErrorBD with the database's text on failure.
+    void Open(const QString &sentencia, Connection &conexion, int cursorType = adOpenStatic,
+              int lockType = adLockOptimistic, int options = adCmdUnspecified);
+    /// The same, with values bound to the statement's "?" placeholders: for anything a
+    /// person typed, so that no text of theirs ever becomes part of the statement.
+    void Open(const QString &sentencia, const QVariantList &valores, Connection &conexion,
+              int cursorType = adOpenStatic, int lockType = adLockOptimistic,
+              int options = adCmdUnspecified);
+    void Close();
+
+    int RecordCount() const { return filas; }
+    bool Eof() const { return posicion >= filas; }
+    bool Bof() const { return filas == 0 || posicion < 0; }
+    void MoveNext();
+    void MoveFirst() { posicion = 0; }
+
+    /// The column of that name, whatever the case of its letters ("DESCTALL" finds the
+    /// alias descTall). Raises ErrorBD when the result has no such column.
+    Field Fields(const QString &nombre) const;
+    Field Fields(int indice) const;
+    int ColumnCount() const { return int(nombres.size()); }
+
+private:
+    friend class Field;
+    const QVariant &Celda(int columna) const;
+
+    QStringList nombres;
+    std::vector<QVariant> celdas; // row-major, filas x nombres.size()
+    int filas = 0;
+    int posicion = 0;
+    bool abierto = false;
+};
+
+} // namespace ADODB

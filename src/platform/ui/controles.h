@@ -1,0 +1,107 @@
+#pragma once
+
+#include "control.h"
+
+#include <QDate>
+
+class QLabel;
+class QLineEdit;
+class QFrame;
+class QPushButton;
+class QTimer;
+
+/// A container: its children are placed relative to it.
+class Frame : public Control {
+    Q_OBJECT
+public:
+    Frame(const QString &nombre, Control *contenedor, Form *form, bool conBorde);
+};
+
+class Label : public Control {
+    Q_OBJECT
+public:
+    Label(const QString &nombre, Control *contenedor, Form *form);
+    QString Caption() const override;
+    void setCaption(const QString &texto) override;
+    bool TieneCaption() const override { return true; }
+    void setAlignment(Qt::Alignment a);
+    void setTransparente(bool t);
+    /// AutoSize: the label takes the size of its text whenever the text or font changes.
+    void setAutoSize(bool a);
+
+private:
+    void ajustarTamano();
+    QLabel *etiqueta;
+    bool autoSize = false;
+};
+
+/// A one-line text box. KeyPress is raised before the key reaches the box, with the
+/// character's code; a handler that sets it to 0 drops the key (Enter is 13).
+class TextBox : public Control {
+    Q_OBJECT
+public:
+    TextBox(const QString &nombre, Control *contenedor, Form *form);
+    QString Text() const;
+    void setText(const QString &t);
+    int SelStart() const;
+    void setSelStart(int v);
+    int SelLength() const;
+    void setSelLength(int v);
+    bool Locked() const;
+    void setLocked(bool v);
+    void setAlignment(Qt::Alignment a);
+    void setTabStop(bool v);
+
+signals:
+    void GotFocus();
+    void LostFocus();
+    void KeyPress(int &keyAscii);
+    void Change();
+
+protected:
+    bool eventFilter(QObject *obj, QEvent *ev) override;
+
+private:
+    QLineEdit *caja;
+};
+
+/// A push button; with a picture it is the graphical style, picture above the caption.
+class CommandButton : public Control {
+    Q_OBJECT
+public:
+    CommandButton(const QString &nombre, Control *contenedor, Form *form);
+    QString Caption() const override;
+    void setCaption(const QString &texto) override;
+    bool TieneCaption() const override { return true; }
+    void setPicture(const QString &recurso);
+
+signals:
+    void Click();
+
+private:
+    QPushButton *boton;
+};
+
+class PictureBox : public Control {
+    Q_OBJECT
+public:
+    PictureBox(const QString &nombre, Control *contenedor, Form *form);
+    void setPicture(const QString &recurso);
+};
+
+/// A timer of the screen: Timer is raised every Interval ms while Enabled. It is not seen.
+class Timer : public Control {
+    Q_OBJECT
+public:
+    Timer(const QString &nombre, Control *contenedor, Form *form);
+    int Interval() const;
+    void setInterval(int ms);
+    bool Enabled() const;
+    void setEnabled(bool v);
+
+signals:
+    void Tick(); // the Timer event
+
+private:
+    QTimer *reloj;
+};

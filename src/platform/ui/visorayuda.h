@@ -1,0 +1,28 @@
+#pragma once
+
+#include "control.h"
+
+class QTextBrowser;
+class QPushButton;
+
+/// The suite's help viewer: shows one HTML page in a panel. The page is set with RutaPagina
+/// and shown by MostrarPagina. Its one event, Aviso, is raised when the operator presses the
+/// panel's close button (PedidoCierre is then True) and when a link inside the page is
+/// followed (PedidoCierre False).
+class VisorAyuda : public Control {
+    Q_OBJECT
+public:
+    VisorAyuda(const QString &nombre, Control *contenedor, Form *form);
+
+    QString RutaPagina;
+    void MostrarPagina();
+    bool PedidoCierre() const { return pedidoCierre; }
+
+signals:
+    void Aviso();
+
+private:
+    QTextBrowser *pagina;
+    QPushButton *cerrar;
+    bool pedidoCierre = false;
+};

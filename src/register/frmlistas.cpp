@@ -1,0 +1,78 @@
+#include "frmlistas.h"
+
+#include "screens/disenolistas.h"
+#include "session/principal.h"
+#include "session/sesionsuite.h"
+#include "suite/ui/svcaspecto.h"
+#include "suite/ui/svcescala.h"
+#include "suite/ui/svctraduccion.h"
+
+FrmListas::FrmListas() : Form(DisenoListas()) {}
+
+FrmListas &frmListas() {
+    static FrmListas pantalla;
+    return pantalla;
+}
+
+void FrmListas::enlazarControles() {
+    frCabecera = control<Frame>(QStringLiteral("frCabecera"));
+    frHijo = control<Frame>(QStringLiteral("frHijo"));
+    frAltaLista = control<Frame>(QStringLiteral("frAltaLista"));
+    Frame1 = control<Frame>(QStringLiteral("Frame1"));
+    fr_SeparacionH1 = control<Frame>(QStringLiteral("fr_SeparacionH1"));
+    grid_precios = control<Grid>(QStringLiteral("grid_precios"));
+    lblCodigo = control<Label>(QStringLiteral("lblCodigo"));
+    txtNomLista = control<TextBox>(QStringLiteral("txtNomLista"));
+    desde = control<DTPicker>(QStringLiteral("desde"));
+    hasta = control<DTPicker>(QStringLiteral("hasta"));
+    cmdSalir = control<CommandButton>(QStringLiteral("cmdSalir"));
+    Command1 = control<CommandButton>(QStringLiteral("Command1"));
+    cmdNuevo = control<CommandButton>(QStringLiteral("cmdNuevo"));
+    cmd_Ayuda = control<CommandButton>(QStringLiteral("cmd_Ayuda"));
+    cmdAceptar = control<CommandButton>(QStringLiteral("cmdAceptar"));
+    cmdCancelar = control<CommandButton>(QStringLiteral("cmdCancelar"));
+    tmrAyuda = control<Timer>(QStringLiteral("tmrAyuda"));
+    Open1 = control<VisorAyuda>(QStringLiteral("Open1"));
+
+    connect(grid_precios, &Grid::DblClick, this, &FrmListas::grid_precios_DblClick);
+    connect(cmdSalir, &CommandButton::Click, this, &FrmListas::cmdSalir_Click);
+    connect(Command1, &CommandButton::Click, this, &FrmListas::Command1_Click);
+    connect(txtNomLista, &TextBox::GotFocus, this, &FrmListas::txtNomLista_GotFocus);
+    connect(txtNomLista, &TextBox::LostFocus, this, &FrmListas::txtNomLista_LostFocus);
+}
+
+void FrmListas::Form_Load() {
+    enlazarControles();
+    ADODB::Connection &conexion = *SesionSuite.Conexion;
+
+    Principal::svcTraduccion().TraducirFormulario(conexion, *this);
+    ColocarAyuda();
+    Principal::svcAspecto().AplicarAspecto(*this, SesionSuite.EstiloAspecto, conexion);
+    estado.colorConFoco = Principal::svcAspecto().ColorFoco(conexion, SesionSuite.EstiloAspecto);
+    estado.colorSinFoco = QString::number(txtNomLista->BackColor());
+    for (DTPicker *fecha : {desde, hasta}) {
+        fecha->setCalendarBackColor(frCabecera->BackColor());
+        fecha->setCalendarTitleBackColor(frHijo->BackColor());
+        fecha->setCalendarForeColor(0);
+        fecha->setCalendarTitleForeColor(0);
+    }
+    Principal::svcEscala().AjustarFormulario(conexion, *this, SesionSuite.AnchoPantalla,
+                                             SesionSuite.AltoPantalla, SesionSuite.AnchoDiseno,
+                                             SesionSuite.AltoDiseno);
+    inicializarGridPrecios();
+    cargarGridPrecios();
+}
+
+void FrmListas::cmdSalir_Click() { Unload(); }
+
+void FrmListas::Command1_Click() {
+    Principal::svcTraduccion().GenerarCaptions(*SesionSuite.Conexion, *this);
+}
+
+void FrmListas::txtNomLista_GotFocus() {
+    txtNomLista->setBackColor(estado.colorConFoco.toInt());
+    txtNomLista->setSelStart(0);
+    txtNomLista->setSelLength(int(txtNomLista->Text().size()));
+}
+
+void FrmListas::txtNomLista_LostFocus() { txtNomLista->setBackColor(estado.colorSinFoco.toInt()); }

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "platform/ui/dtpicker.h"
+#include "platform/ui/form.h"
+#include "platform/ui/grid.h"
+#include "platform/ui/visorayuda.h"
+
+#include <QDate>
+#include <QString>
+
+/// What the register keeps while it lives, besides its hidden label lblCodigo (the code of
+/// the price list in hand, which the editor reads from this screen).
+struct EstadoListas {
+    QString colorConFoco; ///< focus colour of the look, decimal text of a 32-bit colour
+    QString colorSinFoco; ///< txtNomLista's own back colour at load, the same way
+    QString rutaAyuda;    ///< the help page last asked for
+    bool ayudaSubiendo = false;
+};
+
+/// frmListas, the register of price lists: the first screen the operator sees. A double
+/// click on a row opens the editor on that list; the grid is listed again when the editor
+/// closes.
+class FrmListas : public Form {
+    Q_OBJECT
+public:
+    FrmListas();
+
+    void inicializarGridPrecios();
+    void cargarGridPrecios();
+    /// Opens the editor on the list whose code is in lblCodigo, and returns when it closes.
+    /// A null date (a list stored without one) hands over an empty label and today's date.
+    void VerDetalles(const QString &Nom, const QDate &fdesde, const QDate &fhasta);
+    void ColocarAyuda();
+
+    EstadoListas estado;
+
+    // The controls the screen's code works with, bound at each load.
+    Frame *frCabecera = nullptr, *frHijo = nullptr, *frAltaLista = nullptr, *Frame1 = nullptr,
+          *fr_SeparacionH1 = nullptr;
+    Grid *grid_precios = nullptr;
+    Label *lblCodigo = nullptr;
+    TextBox *txtNomLista = nullptr;
+    DTPicker *desde = nullptr, *hasta = nullptr;
+    CommandButton *cmdSalir = nullptr, *Command1 = nullptr, *cmdNuevo = nullptr,
+                  *cmd_Ayuda = nullptr, *cmdAceptar = nullptr, *cmdCancelar = nullptr;
+    Timer *tmrAyuda = nullptr;
+    VisorAyuda *Open1 = nullptr;
+
+protected:
+    void Form_Load() override;
+
+private:
+    void enlazarControles();
+    void grid_precios_DblClick();
+    void cmdSalir_Click();
+    void Command1_Click();
+    void txtNomLista_GotFocus();
+    void txtNomLista_LostFocus();
+};
+
+/// The program's one register screen, made at its first use.
+FrmListas &frmListas();

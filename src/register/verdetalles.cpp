@@ -1,0 +1,38 @@
+// Opening the editor on a price list: the double click on the register's grid, and the
+// hand-over of the list's code, name and dates.
+#include "frmlistas.h"
+
+#include "editor/frmtarifas.h"
+#include "platform/datos/regional.h"
+#include "platform/datos/sistema.h"
+
+#include <QCoreApplication>
+
+void FrmListas::grid_precios_DblClick() {
+    const int fila = grid_precios->Row();
+    if (fila <= 0)
+        return;
+    lblCodigo->setCaption(grid_precios->TextMatrix(fila, 3));
+    const QString nombre = grid_precios->TextMatrix(fila, 0);
+    const QDate fdesde = TextoAFecha(grid_precios->TextMatrix(fila, 1));
+    const QDate fhasta = TextoAFecha(grid_precios->TextMatrix(fila, 2));
+    VerDetalles(nombre, fdesde, fhasta);
+}
+
+void FrmListas::VerDetalles(const QString &Nom, const QDate &fdesde, const QDate &fhasta) {
+    FrmTarifas &editor = frmTarifas();
+    // The first touch of the editor loads it; its listings read this screen's lblCodigo,
+    // which already holds the list's code.
+    editor.Load();
+    editor.lblCodigo->setCaption(lblCodigo->Caption());
+    // The labels go before the date controls: the editor's date handlers compare each
+    // control with its label, so the hand-over itself is no change of period.
+    editor.lblDesde->setCaption(FechaATexto(fdesde));
+    editor.lblHasta->setCaption(FechaATexto(fhasta));
+    editor.Label5->setCaption(Nom);
+    editor.desde->setValue(fdesde.isValid() ? fdesde : Hoy());
+    editor.hasta->setValue(fhasta.isValid() ? fhasta : Hoy());
+    QCoreApplication::processEvents();
+    editor.ShowModal();
+    cargarGridPrecios();
+}

@@ -1,0 +1,211 @@
+// The register screen: its load, its grid, the double click and the hand-over to the editor.
+#include "editor/frmtarifas.h"
+#include "platform/datos/cadenaconexion.h"
+#include "platform/datos/regional.h"
+#include "register/frmlistas.h"
+#include "session/principal.h"
+#include "session/sesionsuite.h"
+#include "suite/datos/esquema.h"
+#include "suite/ui/svcaspecto.h"
+
+#include <QFile>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QStandardPaths>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <functional>
+
+namespace {
+
+void Ejecutar(const QString &sql) {
+    QSqlQuery q(SesionSuite.Conexion->Base());
+    if (!q.exec(sql))
+        qFatal("%s in %s", qPrintable(q.lastError().text()), qPrintable(sql));
+}
+
+/// Runs `mientras` once the editor is shown, then leaves it with its exit button.
+void AlMostrarEditor(std::function<void()> mientras) {
+    QTimer::singleShot(0, [mientras] {
+        QTRY_VERIFY(frmTarifas().Loaded() && frmTarifas().ventana()->isVisible());
+        mientras();
+        frmTarifas().cmdSalir->widget() ? QTest::mouseClick(frmTarifas().cmdSalir->widget(), Qt::LeftButton)
+                                        : frmTarifas().Unload();
+    });
+}
+
+/// Double-clicks grid row `fila` (1-based) where it is drawn.
+void DobleClic(Grid &grid, int fila) {
+    QTableView *v = grid.vista();
+    const QRect r = v->visualRect(v->model()->index(fila - 1, 0));
+    QTest::mouseClick(v->viewport(), Qt::LeftButton, {}, r.center());
+    QTest::mouseDClick(v->viewport(), Qt::LeftButton, {}, r.center());
+}
+
+} // namespace
+
+class TstFrmListas : public QObject {
+    Q_OBJECT
+    QTemporaryDir dir;
+
+    void abrir(double ancho = 15360, double alto = 11085) {
+        Ejecutar(QStringLiteral("update opciones set anchopantalla = %1, altopantalla = %2").arg(ancho).arg(alto));
+        SesionSuite.AnchoPantalla = ancho;
+        SesionSuite.AltoPantalla = alto;
+        frmListas().Load();
+    }
+
+private slots:
+    void initTestCase() {
+        QStandardPaths::setTestModeEnabled(true);
+        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
+    }
+
+    void init() {
+        Principal::ReiniciarSesion();
+        const QString ruta = dir.filePath(QStringLiteral("suite.sqlite"));
+        QFile::remove(ruta);
+        SesionSuite.Conexion = std::make_unique<ADODB::Connection>();
+        SesionSuite.Conexion->Open(QStringLiteral("sqlite:") + ruta);
+        CrearTablasQueFaltan(*SesionSuite.Conexion, TablasSuite());
+        Ejecutar(QStringLiteral("insert into opciones (numdecimales, estiloaspecto) values (2, 0)"));
+        SesionSuite.AnchoDiseno = 15360;
+        SesionSuite.AltoDiseno = 11085;
+    }
+    void cleanup() {
+        frmTarifas().Unload();
+        frmListas().Unload();
+        Principal::ReiniciarSesion();
+    }
+
+    void carga_data() {
+        QTest::addColumn<double>("ancho");
+        QTest::addColumn<double>("alto");
+        QTest::addColumn<double>("anchoNombre");
+        QTest::newRow("diseno") << 15360.0 << 11085.0 << 5000.0;
+        QTest::newRow("0,75") << 11520.0 << 8313.75 << 3750.0;
+        QTest::newRow("1,25") << 19200.0 << 13856.25 << 6250.0;
+    }
+    void carga() {
+        Ejecutar(QStringLiteral("insert into cabecera_precio values (1, 'General', '2026-01-01', '2026-01-01', '2026-12-31')"));
+        Ejecutar(QStringLiteral("insert into cabecera_precio values (2, 'Rebajas', '2026-01-01', '2027-01-07', '2027-02-28')"));
+        QFETCH(double, ancho);
+        QFETCH(double, alto);
+        abrir(ancho, alto);
+        FrmListas &f = frmListas();
+        Grid &g = *f.grid_precios;
+        QCOMPARE(g.Cols(), 4);
+        QCOMPARE(g.Rows(), 3);
+        const QStringList titulos{"Nombre", "Desde", "Hasta", "Cod"};
+        for (int c = 0; c < 4; ++c)
+            QCOMPARE(g.TextMatrix(0, c), titulos[c]);
+        QCOMPARE(g.TextMatrix(1, 0), QStringLiteral("General"));
+        QCOMPARE(g.TextMatrix(2, 1), QStringLiteral("07/01/2027"));
+        QCOMPARE(g.TextMatrix(2, 3), QStringLiteral("2"));
+        QTEST(g.ColWidth(0), "anchoNombre");
+        QCOMPARE(g.ColWidth(3), 0.0);
+        // The colours read after the look was applied.
+        QCOMPARE(f.estado.colorConFoco, Principal::svcAspecto().ColorFoco(*SesionSuite.Conexion, 0));
+        QCOMPARE(f.estado.colorSinFoco, QString::number(f.txtNomLista->BackColor()));
+        QCOMPARE(f.desde->CalendarBackColor(), f.frCabecera->BackColor());
+        QCOMPARE(f.hasta->CalendarTitleBackColor(), f.frHijo->BackColor());
+        QCOMPARE(f.hasta->CalendarTitleForeColor(), 0);
+        // The help panel waits below the bottom edge, 100 twips in from the right, scaled.
+        QCOMPARE(f.Open1->Top(), f.Height());
+        QVERIFY(qAbs(f.Open1->Left() - (f.Width() - f.Open1->Width() - 100 * ancho / 15360)) < 1e-6);
+        QVERIFY(!f.frAltaLista->Visible());
+    }
+
+    void dobleClicAbreEditor() {
+        Ejecutar(QStringLiteral("insert into cabecera_precio values (7, 'Clientes ''VIP''', '2026-01-01', '2026-03-01', '2026-03-01')"));
+        abrir();
+        FrmListas &f = frmListas();
+        f.ventana()->show();
+        QVERIFY(QTest::qWaitForWindowExposed(f.ventana()));
+        bool visto = false;
+        AlMostrarEditor([&] {
+            visto = true;
+            FrmTarifas &e = frmTarifas();
+            QCOMPARE(e.lblCodigo->Caption(), QStringLiteral("7"));
+            QCOMPARE(e.Label5->Caption(), QStringLiteral("Clientes 'VIP'"));
+            QCOMPARE(e.lblDesde->Caption(), QStringLiteral("01/03/2026"));
+            QCOMPARE(e.lblHasta->Caption(), QStringLiteral("01/03/2026"));
+            QCOMPARE(e.desde->Value(), QDate(2026, 3, 1));
+            QCOMPARE(e.hasta->Value(), QDate(2026, 3, 1));
+        });
+        DobleClic(*f.grid_precios, 1);
+        QVERIFY(visto);
+        QCOMPARE(f.lblCodigo->Caption(), QStringLiteral("7"));
+        QVERIFY(!frmTarifas().Loaded());
+    }
+
+    void dobleClicSinFila() {
+        // With the title row alone the current row is 0 and nothing opens.
+        abrir();
+        FrmListas &f = frmListas();
+        f.ventana()->show();
+        QVERIFY(QTest::qWaitForWindowExposed(f.ventana()));
+        QCOMPARE(f.grid_precios->Rows(), 1);
+        QTest::mouseDClick(f.grid_precios->vista()->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+        QTest::mouseDClick(f.grid_precios->vista()->horizontalHeader()->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+        QCOMPARE(f.grid_precios->Row(), 0);
+        QVERIFY(!frmTarifas().Loaded());
+        QCOMPARE(f.lblCodigo->Caption(), QStringLiteral("lblCodigo"));
+    }
+
+    void refrescoTrasEditor() {
+        // Whatever happened while the editor was open shows when it closes, even with no
+        // change made in it.
+        Ejecutar(QStringLiteral("insert into cabecera_precio values (1, 'General', '2026-01-01', '2026-01-01', '2026-12-31')"));
+        Ejecutar(QStringLiteral("insert into cabecera_precio values (2, 'Borrada', '2026-01-01', '2026-01-01', '2026-12-31')"));
+        abrir();
+        FrmListas &f = frmListas();
+        f.ventana()->show();
+        QVERIFY(QTest::qWaitForWindowExposed(f.ventana()));
+        AlMostrarEditor([] {
+            Ejecutar(QStringLiteral("delete from cabecera_precio where identificador = 2"));
+            Ejecutar(QStringLiteral("update cabecera_precio set preciovalidohasta = '2027-06-30' where identificador = 1"));
+        });
+        f.grid_precios->setRow(2);
+        f.VerDetalles(QStringLiteral("Borrada"), QDate(2026, 1, 1), QDate(2026, 12, 31));
+        QCOMPARE(f.grid_precios->Rows(), 2);
+        QCOMPARE(f.grid_precios->TextMatrix(1, 2), QStringLiteral("30/06/2027"));
+
+        // Opening again runs the editor's load again.
+        AlMostrarEditor([] { QCOMPARE(frmTarifas().lblCodigo->Caption(), QStringLiteral("1")); });
+        DobleClic(*f.grid_precios, 1);
+        QCOMPARE(f.grid_precios->Rows(), 2);
+    }
+
+    void colorNombreLista() {
+        abrir();
+        FrmListas &f = frmListas();
+        f.ventana()->show();
+        f.frAltaLista->setVisible(true);
+        QVERIFY(QTest::qWaitForWindowExposed(f.ventana()));
+        f.txtNomLista->setText(QStringLiteral("Tarifa de otoño"));
+        f.txtNomLista->SetFocus();
+        QTRY_COMPARE(QString::number(f.txtNomLista->BackColor()), f.estado.colorConFoco);
+        QCOMPARE(f.txtNomLista->SelStart(), 0);
+        QCOMPARE(f.txtNomLista->SelLength(), 15);
+        f.grid_precios->SetFocus();
+        QTRY_COMPARE(QString::number(f.txtNomLista->BackColor()), f.estado.colorSinFoco);
+    }
+
+    void salir() {
+        abrir();
+        bool cerrada = false;
+        QTimer::singleShot(0, [&] {
+            QTRY_VERIFY(frmListas().ventana() && frmListas().ventana()->isVisible());
+            QTest::mouseClick(frmListas().cmdSalir->widget(), Qt::LeftButton);
+            cerrada = true;
+        });
+        frmListas().ShowModal();
+        QVERIFY(cerrada);
+        QVERIFY(!frmListas().Loaded());
+    }
+};
+
+QTEST_MAIN(TstFrmListas)
+#include "tst_frmlistas.moc"
