@@ -4,26 +4,114 @@
 #include "platform/ui/form.h"
 #include "platform/ui/grid.h"
 
+#include <QHash>
 #include <QString>
+#include <optional>
+#include <utility>
+
+/// The editor's own state besides its hidden labels (lblCodigo, lblDesde, lblHasta,
+/// lblCodProducto, lblCodCliente, lblCodProdTextil, lblTalla, lblColor, lblNomProd), which
+/// are controls of the screen and start from their design texts at every load.
+struct EstadoEditor {
+    QString colorConFoco; ///< focus colour of the look, decimal text of a 32-bit colour
+    QString colorSinFoco; ///< ct_buscar_c's back colour after the look, the same way
+};
 
 /// frmTarifas, the price list editor, opened modally by the register on one list.
+///
+/// Two business modes, tested afresh at every use (ModoTallaColor): the plain one lists the
+/// catalogue in grid_productos, the size-and-colour one lists a row per variant in
+/// grid_productos_textil, inside frResultado laid over grid_productos. grid_Pseleccionados
+/// shows the prices the open list holds, with the catalogue's columns.
+///
+/// Column layouts (row 0 titles, data from row 1), the same in the catalogue and the list:
+///   plain:           0 Codigo, 1 Producto, 2 codigo, 3 precio, 4 seccion
+///   size-and-colour: 0 Codigo, 1 Producto, 2 codigo, 3 codigo_hijo, 4 Talla, 5 Color,
+///                    6 precio, 7 seccion
+///
+/// Values go into the grids in their default text form. A field the listings test for Null
+/// (a variant's code, shop code, price, size and colour; a list row's variant code) follows
+/// its rule; every other field is expected to hold a value, and a Null one shows as "" (the
+/// row is listed all the same). Row counters are 32-bit: a catalogue of any size lists whole.
+/// A failed query raises ErrorBD, which nothing here catches: the error report shows it. A
+/// load that fails takes the half-built screen away (Unload) before the error goes on.
 class FrmTarifas : public Form {
     Q_OBJECT
 public:
     FrmTarifas();
 
+    EstadoEditor estado;
+
     // The controls the screen's code works with, bound at each load.
-    Label *lblCodigo = nullptr, *lblDesde = nullptr, *lblHasta = nullptr, *Label5 = nullptr;
+    Frame *frPadre = nullptr, *frHijo = nullptr, *frResultado = nullptr, *frCambio = nullptr,
+          *Frame2 = nullptr;
+    Grid *grid_productos = nullptr, *grid_productos_textil = nullptr,
+         *grid_Pseleccionados = nullptr;
+    TextBox *ct_buscar_c = nullptr, *ct_buscar_n = nullptr, *txt_NuevoPrecio = nullptr;
+    Label *lblCodigo = nullptr, *lblDesde = nullptr, *lblHasta = nullptr, *lblCodProducto = nullptr,
+          *lblCodCliente = nullptr, *lblCodProdTextil = nullptr, *lblTalla = nullptr,
+          *lblColor = nullptr, *lblNomProd = nullptr, *Label5 = nullptr;
     DTPicker *desde = nullptr, *hasta = nullptr;
+    Timer *tmrRegresaLista = nullptr;
     CommandButton *cmdSalir = nullptr, *Command1 = nullptr;
+
+    /// Titles and format of grid_productos and grid_Pseleccionados, plain mode.
+    void inicializarGrid_Productos();
+    /// Titles and format of grid_productos_textil and grid_Pseleccionados, size-and-colour.
+    void inicializarGrid_Productos_Textil();
+
+    /// The live catalogue in name order, one row per product, into grid_productos.
+    void ListarProductos();
+    /// The live catalogue as sellable units, one row per variant and per product without
+    /// variants ("-1" in column 3), into grid_productos_textil, in the database's order.
+    void ListarProductos_Textil();
+    /// The open list's prices of live products, in name order, into grid_Pseleccionados.
+    void ListarProductosLista();
+    /// Every price of the open list, in the database's order, with the size and colour of
+    /// the stored variant, into grid_Pseleccionados.
+    void ListarProductosLista_textil();
+    /// The size text of variant `codHijo` of product `codProd`; `color` and `codCliente`
+    /// get its colour and its own shop code. A variant that isn't found, or whose size or
+    /// colour no longer exists, gives three empty texts. `codProd` is a product code as
+    /// decimal text (any other text finds nothing); `codHijo` may hold any text.
+    QString obtenerTallaYColor(const QString &codProd, const QString &codHijo, QString &color,
+                               QString &codCliente);
+
+    /// The code of the open list: lblCodigo of the register, which holds it before the
+    /// editor loads. "" when the register isn't loaded or its label holds no whole number
+    /// (no list bears such a code): then the list shows no price, and no statement is run
+    /// with it.
+    static QString CodigoListaAbierta();
 
 protected:
     void Form_Load() override;
 
 private:
     void enlazarControles();
+    void tmrRegresaLista_Timer();
     void cmdSalir_Click();
     void Command1_Click();
+    void ct_buscar_c_GotFocus();
+    void ct_buscar_c_LostFocus();
+    void ct_buscar_n_GotFocus();
+    void ct_buscar_n_LostFocus();
+    void txt_NuevoPrecio_GotFocus();
+    void txt_NuevoPrecio_LostFocus();
+
+    /// What obtenerTallaYColor answers for one variant.
+    struct TallaYColor {
+        QString talla, color, codCliente;
+    };
+    /// While ListarProductosLista_textil runs: the list being listed, and the sizes and
+    /// colours of the variants of its products, read with one query at the first row
+    /// (nothing changes the database in between) instead of one query per row.
+    struct VariantesDeLista {
+        QString lista;
+        bool leidas = false;
+        QHash<std::pair<qint64, QString>, TallaYColor> porCodigo;
+    };
+    std::optional<VariantesDeLista> variantesDeLista;
+    void leerVariantesDeLista(VariantesDeLista &variantes);
 };
 
 /// The program's one editor screen, made at its first use.

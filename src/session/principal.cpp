@@ -124,7 +124,7 @@ QString LeerBandera() {
     rs.Open(QStringLiteral("Select bandera from configuracionregional"), *SesionSuite.Conexion);
     if (rs.RecordCount() > 0) {
         const QString ruta = rs.Fields(QStringLiteral("Bandera")).Texto();
-        if (ExisteFichero(ruta) != 0)
+        if (Principal::ExisteFichero(ruta) != 0)
             resultado = ruta;
     }
     rs.Close();

@@ -1,4 +1,5 @@
 // The register screen: its load, its grid, the double click and the hand-over to the editor.
+#include "apoyo/basedatosprueba.h"
 #include "editor/frmtarifas.h"
 #include "platform/datos/cadenaconexion.h"
 #include "platform/datos/regional.h"
@@ -9,6 +10,7 @@
 #include "suite/ui/svcaspecto.h"
 
 #include <QFile>
+#include <QHeaderView>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QStandardPaths>
@@ -19,20 +21,26 @@
 
 namespace {
 
-void Ejecutar(const QString &sql) {
-    QSqlQuery q(SesionSuite.Conexion->Base());
-    if (!q.exec(sql))
-        qFatal("%s in %s", qPrintable(q.lastError().text()), qPrintable(sql));
-}
+std::unique_ptr<BaseDatosPrueba> db;
 
-/// Runs `mientras` once the editor is shown, then leaves it with its exit button.
+void Ejecutar(const QString &sql) { db->Ejecutar(sql); }
+
+/// Runs `mientras` once the editor is shown, then leaves it with its exit button. The editor
+/// is looked for without blocking, since the first check may come during the pass over
+/// pending events inside the editor's own load.
 void AlMostrarEditor(std::function<void()> mientras) {
-    QTimer::singleShot(0, [mientras] {
-        QTRY_VERIFY(frmTarifas().Loaded() && frmTarifas().ventana()->isVisible());
+    auto *sondeo = new QTimer;
+    sondeo->setInterval(5);
+    QObject::connect(sondeo, &QTimer::timeout, [sondeo, mientras] {
+        FrmTarifas &e = frmTarifas();
+        if (!(e.Loaded() && e.ventana()->isVisible()))
+            return;
+        sondeo->stop();
+        sondeo->deleteLater();
         mientras();
-        frmTarifas().cmdSalir->widget() ? QTest::mouseClick(frmTarifas().cmdSalir->widget(), Qt::LeftButton)
-                                        : frmTarifas().Unload();
+        QTest::mouseClick(e.cmdSalir->widget(), Qt::LeftButton);
     });
+    sondeo->start();
 }
 
 /// Double-clicks grid row `fila` (1-based) where it is drawn.
@@ -47,8 +55,6 @@ void DobleClic(Grid &grid, int fila) {
 
 class TstFrmListas : public QObject {
     Q_OBJECT
-    QTemporaryDir dir;
-
     void abrir(double ancho = 15360, double alto = 11085) {
         Ejecutar(QStringLiteral("update opciones set anchopantalla = %1, altopantalla = %2").arg(ancho).arg(alto));
         SesionSuite.AnchoPantalla = ancho;
@@ -64,11 +70,9 @@ private slots:
 
     void init() {
         Principal::ReiniciarSesion();
-        const QString ruta = dir.filePath(QStringLiteral("suite.sqlite"));
-        QFile::remove(ruta);
+        db = std::make_unique<BaseDatosPrueba>();
         SesionSuite.Conexion = std::make_unique<ADODB::Connection>();
-        SesionSuite.Conexion->Open(QStringLiteral("sqlite:") + ruta);
-        CrearTablasQueFaltan(*SesionSuite.Conexion, TablasSuite());
+        SesionSuite.Conexion->Open(db->Cadena());
         Ejecutar(QStringLiteral("insert into opciones (numdecimales, estiloaspecto) values (2, 0)"));
         SesionSuite.AnchoDiseno = 15360;
         SesionSuite.AltoDiseno = 11085;
@@ -77,6 +81,7 @@ private slots:
         frmTarifas().Unload();
         frmListas().Unload();
         Principal::ReiniciarSesion();
+        db.reset();
     }
 
     void carga_data() {
@@ -101,7 +106,7 @@ private slots:
         for (int c = 0; c < 4; ++c)
             QCOMPARE(g.TextMatrix(0, c), titulos[c]);
         QCOMPARE(g.TextMatrix(1, 0), QStringLiteral("General"));
-        QCOMPARE(g.TextMatrix(2, 1), QStringLiteral("07/01/2027"));
+        QCOMPARE(g.TextMatrix(2, 1), QStringLiteral("7/1/2027"));
         QCOMPARE(g.TextMatrix(2, 3), QStringLiteral("2"));
         QTEST(g.ColWidth(0), "anchoNombre");
         QCOMPARE(g.ColWidth(3), 0.0);
@@ -129,8 +134,8 @@ private slots:
             FrmTarifas &e = frmTarifas();
             QCOMPARE(e.lblCodigo->Caption(), QStringLiteral("7"));
             QCOMPARE(e.Label5->Caption(), QStringLiteral("Clientes 'VIP'"));
-            QCOMPARE(e.lblDesde->Caption(), QStringLiteral("01/03/2026"));
-            QCOMPARE(e.lblHasta->Caption(), QStringLiteral("01/03/2026"));
+            QCOMPARE(e.lblDesde->Caption(), QStringLiteral("1/3/2026"));
+            QCOMPARE(e.lblHasta->Caption(), QStringLiteral("1/3/2026"));
             QCOMPARE(e.desde->Value(), QDate(2026, 3, 1));
             QCOMPARE(e.hasta->Value(), QDate(2026, 3, 1));
         });
@@ -170,7 +175,7 @@ private slots:
         f.grid_precios->setRow(2);
         f.VerDetalles(QStringLiteral("Borrada"), QDate(2026, 1, 1), QDate(2026, 12, 31));
         QCOMPARE(f.grid_precios->Rows(), 2);
-        QCOMPARE(f.grid_precios->TextMatrix(1, 2), QStringLiteral("30/06/2027"));
+        QCOMPARE(f.grid_precios->TextMatrix(1, 2), QStringLiteral("30/6/2027"));
 
         // Opening again runs the editor's load again.
         AlMostrarEditor([] { QCOMPARE(frmTarifas().lblCodigo->Caption(), QStringLiteral("1")); });

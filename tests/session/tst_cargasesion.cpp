@@ -1,4 +1,5 @@
 // Start-up: what the session record holds for each state of the suite's tables.
+#include "apoyo/basedatosprueba.h"
 #include "platform/datos/cadenaconexion.h"
 #include "platform/datos/errorbd.h"
 #include "platform/datos/recordset.h"
@@ -14,21 +15,14 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-namespace {
-
-void Ejecutar(ADODB::Connection &c, const QString &sql) {
-    QSqlQuery q(c.Base());
-    if (!q.exec(sql))
-        QFAIL(qPrintable(q.lastError().text() + QStringLiteral(" in ") + sql));
-}
-
-} // namespace
-
 class TstCargaSesion : public QObject {
     Q_OBJECT
 
     QTemporaryDir dir;
     QString corvanta;
+    std::unique_ptr<BaseDatosPrueba> db;
+
+    void Ejecutar(const QString &sql) { db->Ejecutar(sql); }
 
     /// The terminal's own data source, as the embedded default "dsn=Corvanta".
     void PrepararTerminal(const QString &list1, const QString &list2) {
@@ -53,14 +47,15 @@ private slots:
 
     void init() {
         Principal::ReiniciarSesion();
-        const QString ruta = dir.filePath(QStringLiteral("suite.sqlite"));
-        QFile::remove(ruta);
+        db = std::make_unique<BaseDatosPrueba>();
         SesionSuite.Conexion = std::make_unique<ADODB::Connection>();
-        SesionSuite.Conexion->Open(QStringLiteral("sqlite:") + ruta);
-        CrearTablasQueFaltan(*SesionSuite.Conexion, TablasSuite());
+        SesionSuite.Conexion->Open(db->Cadena());
         PrepararTerminal(QStringLiteral("TIENDA"), QStringLiteral("CAJA1"));
     }
-    void cleanup() { Principal::ReiniciarSesion(); }
+    void cleanup() {
+        Principal::ReiniciarSesion();
+        db.reset();
+    }
 
     void registroVacio() {
         // Empty tables: every field keeps the value it had before start-up.
@@ -98,8 +93,7 @@ private slots:
     }
     void opciones() {
         QFETCH(QString, fila);
-        Ejecutar(*SesionSuite.Conexion,
-                 QStringLiteral("insert into opciones (numdecimales, multitienda, nombretienda, tiponegocio) values ") + fila);
+        Ejecutar(QStringLiteral("insert into opciones (numdecimales, multitienda, nombretienda, tiponegocio) values ") + fila);
         Principal::CargarSesion();
         QFETCH(int, decimales);
         QCOMPARE(int(SesionSuite.NumDecimales), decimales);
@@ -123,8 +117,8 @@ private slots:
     void empleado() {
         QFETCH(QString, terminal);
         QFETCH(QString, empleados);
-        Ejecutar(*SesionSuite.Conexion, QStringLiteral("insert into opciones_terminal (identificador, empleado) values ") + terminal);
-        Ejecutar(*SesionSuite.Conexion, QStringLiteral("insert into empleados (codigo, nombre, apellidos) values ") + empleados);
+        Ejecutar(QStringLiteral("insert into opciones_terminal (identificador, empleado) values ") + terminal);
+        Ejecutar(QStringLiteral("insert into empleados (codigo, nombre, apellidos) values ") + empleados);
         Principal::CargarSesion();
         QFETCH(int, codigo);
         QCOMPARE(SesionSuite.empleado, codigo);
@@ -134,7 +128,7 @@ private slots:
     void terminalConApostrofo() {
         // The terminal's name is bound, so an apostrophe in it finds its row.
         PrepararTerminal(QStringLiteral("T"), QStringLiteral("CAJA D'OR"));
-        Ejecutar(*SesionSuite.Conexion, QStringLiteral("insert into opciones_terminal values ('CAJA D''OR', 5)"));
+        Ejecutar(QStringLiteral("insert into opciones_terminal values ('CAJA D''OR', 5)"));
         Principal::CargarSesion();
         QCOMPARE(SesionSuite.list2, QStringLiteral("CAJA D'OR"));
         QCOMPARE(SesionSuite.empleado, 5);
@@ -150,8 +144,7 @@ private slots:
     }
     void regional() {
         QFETCH(QString, fila);
-        Ejecutar(*SesionSuite.Conexion,
-                 QStringLiteral("insert into configuracionregional (segundoimpuesto, nombreimpuesto1, nombre) values ") + fila);
+        Ejecutar(QStringLiteral("insert into configuracionregional (segundoimpuesto, nombreimpuesto1, nombre) values ") + fila);
         Principal::CargarSesion();
         QTEST(SesionSuite.SegundoImpuesto, "segundo");
         QTEST(SesionSuite.nombreimpuesto1, "impuesto");
@@ -167,11 +160,9 @@ private slots:
         for (const auto &[ruta, esperada] : {std::pair{existe, existe},
                                              std::pair{dir.filePath(QStringLiteral("no.gif")), QString()},
                                              std::pair{dir.path(), QString()}}) {
-            Ejecutar(*SesionSuite.Conexion, QStringLiteral("delete from configuracionregional"));
-            QSqlQuery q(SesionSuite.Conexion->Base());
-            q.prepare(QStringLiteral("insert into configuracionregional (segundoimpuesto, bandera) values (0, ?)"));
-            q.addBindValue(ruta);
-            QVERIFY(q.exec());
+            Ejecutar(QStringLiteral("delete from configuracionregional"));
+            db->Ejecutar(QStringLiteral("insert into configuracionregional (segundoimpuesto, bandera) values (?, ?)"),
+                         {false, ruta});
             QCOMPARE(Principal::LeerBandera(), esperada);
         }
     }

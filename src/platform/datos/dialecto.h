@@ -17,7 +17,10 @@ public:
     virtual QString Nombre() const = 0;
 
     /// The statement as this database must run it, with the same rows as a result.
-    virtual QString Adaptar(const QString &sentencia) const { return sentencia; }
+    /// The suite's statements were written for a database on which "col <> null" is true
+    /// for every non-Null value; on a database that follows the SQL standard (all of ours)
+    /// such a comparison is never true, so it is read as "col is not null".
+    virtual QString Adaptar(const QString &sentencia) const;
 
     /// A value of a result column as the program expects it: Null stays Null, a date is a
     /// QDate, a decimal is a double, a whole number a qlonglong, a text a QString.

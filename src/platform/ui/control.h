@@ -74,5 +74,7 @@ private:
     QPointer<QWidget> w;
     double left = 0, top = 0, width = 0, height = 0;
     bool visible = true;
+    bool habilitado = true;
     ColorOLE back = SinColor, fore = SinColor;
+    QFont fuente;
 };

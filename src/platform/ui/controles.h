@@ -28,11 +28,14 @@ public:
     void setTransparente(bool t);
     /// AutoSize: the label takes the size of its text whenever the text or font changes.
     void setAutoSize(bool a);
+    void setBackColor(ColorOLE c) override;
 
 private:
+    bool eventFilter(QObject *obj, QEvent *ev) override;
     void ajustarTamano();
     QLabel *etiqueta;
     bool autoSize = false;
+    bool transparente = false;
 };
 
 /// A one-line text box. KeyPress is raised before the key reaches the box, with the
@@ -63,6 +66,7 @@ protected:
 
 private:
     QLineEdit *caja;
+    bool reenviando = false;
 };
 
 /// A push button; with a picture it is the graphical style, picture above the caption.
@@ -79,7 +83,10 @@ signals:
     void Click();
 
 private:
+    void colocarImagen();
     QPushButton *boton;
+    QLabel *imagen_ = nullptr; ///< graphical style only
+    QLabel *texto = nullptr;   ///< graphical style only: the caption under the picture
 };
 
 class PictureBox : public Control {
@@ -103,5 +110,8 @@ signals:
     void Tick(); // the Timer event
 
 private:
+    void actualizar();
     QTimer *reloj;
+    int intervalo = 0;
+    bool activo = true; // a new timer is enabled, and still until it has an Interval
 };

@@ -24,7 +24,10 @@ public:
     /// Builds the screen if it isn't loaded (and then runs Form_Load); does nothing if it is.
     void Load();
     bool Loaded() const { return ventana_ != nullptr; }
-    /// Closes and destroys the window and its controls; a modal show then returns.
+    /// Closes and destroys the window and its controls; a modal show then returns. The
+    /// controls are silenced (timers stopped, signals cut) at once; the objects themselves
+    /// go when control returns to the event loop, since Unload is mostly called from a
+    /// handler of one of them.
     void Unload();
 
     /// Shows the screen modally, with no owner, and returns once it has been unloaded (by
@@ -66,8 +69,13 @@ protected:
 private:
     [[noreturn]] static void faltaControl(const QString &nombre);
     void construir();
+    Control *crear(const DisenoControl &fila, Control *contenedor);
+    void aplicarTamano();
+    void destruir(bool ahora);
     const DisenoFormulario &diseno;
     QPointer<QWidget> ventana_;
     QList<Control *> controles;
     double ancho = 0, alto = 0;
+    QString titulo;
+    ColorOLE fondo = SinColor;
 };

@@ -25,6 +25,32 @@ enum class AlineacionColumna { Izquierda, Centrado, Derecha };
 /// Row is the current row (0 when the grid has no data row or none was chosen); a click or
 /// a key moves it. Click is raised after a press that changes or keeps the current row,
 /// DblClick on a double click (on any row: the handler looks at Row).
+///
+/// Details this grid settles:
+/// - A left press on a data row makes it current and selects it, then raises Click; a press
+///   on the title row keeps Row and raises Click; a press below the last row does nothing.
+///   A double click on a data row makes it current (if the press before it hadn't) and raises
+///   DblClick; on the title row it raises DblClick with Row unchanged. Up and Down move Row
+///   over the shown rows and raise nothing. Other buttons, and the focus alone, don't move
+///   Row.
+/// - Row keeps pointing at the same grid row while rows are hidden and shown; a hidden
+///   current row shows no selection until it is shown again. When Rows shrinks below it, Row
+///   becomes the last row (0 with the title row alone); Clear sets it to 0.
+/// - Heights in twips. Shown data rows have the default height, which follows the font,
+///   unless given one of their own; RowHeight(0) is the title row's height (the default until
+///   set; 0 hides the title row). A negative height gives a row back the default height.
+///   Heights are kept as given; the view rounds them to whole pixels.
+/// - ColWidth 0 hides a column, whose texts stay readable; a negative width gives it the
+///   default width. New columns are left-aligned.
+/// - Bad indexes and counts throw std::out_of_range, naming the grid, the member and the
+///   value, and change nothing: rows outside 0..Rows-1, columns outside 0..Cols-1, Rows or
+///   Cols below 1, TopRow outside 1..Rows-1. The constructor throws std::invalid_argument
+///   for a design other than one title row and no fixed column.
+/// - TopRow is 0 when no data row is shown. setTopRow on a hidden row shows the next shown
+///   one at the top. Hiding and showing rows leaves the top row where it was (or the next
+///   shown one); a grid emptied and filled again starts at its first row.
+/// - The default column width is AnchoColumnaPorOmision (modelogrid.h).
+/// - vista() and modelo() publish pending changes first, so what they give is up to date.
 class Grid : public Control {
     Q_OBJECT
 public:
@@ -84,8 +110,29 @@ protected:
     void aplicarGeometria() override;
 
 private:
+    [[noreturn]] void fueraDeRango(const QString &que) const;
+    [[noreturn]] void fueraDeRango(const char *miembro, int indice) const;
+    [[noreturn]] void fueraDeRango(const char *miembro, int fila, int columna) const;
+    void comprobarFila(const char *miembro, int fila) const;
+    void comprobarColumna(const char *miembro, int columna) const;
+    void comprobarCelda(const char *miembro, int fila, int columna) const;
+    int filaSuperior() const;
+    void antesDePublicar();
+    void trasPublicar();
+    void mostrarActual(bool desplazar);
+    void aplicarColumna(int columna);
+    void aplicarAlturas();
+    void aplicarTitulo();
+    void aplicarPaleta();
+    void trasCambioDeFuente();
+
     ModeloGrid *m;
-    QTableView *v;
+    QPointer<QTableView> v; ///< null once the window has taken the widget away
+    DisenoGrid d;           ///< colours and behaviour, as designed and as changed since
     int filaActual = 0;
     int colActual = 0;
+    int superiorPrevio = 0;    ///< the grid row at the top before a publication
+    int filasMinimas = 0;      ///< the fewest Rows since the last publication
+    bool sincronizando = false; ///< the view's current index is being set from Row
+    std::vector<int> seccionesPropias; ///< view rows sized to a height of their own
 };

@@ -6,8 +6,9 @@
 #include <QInputMethod>
 
 QString SvcTeclado::LeerAjusteTeclado() {
-    if (auto *im = QGuiApplication::inputMethod())
-        return im->locale().name();
+    // Only a program with a display has an input method to ask.
+    if (qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
+        return QGuiApplication::inputMethod()->locale().name();
     return QLocale().name();
 }
 

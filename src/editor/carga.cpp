@@ -1,0 +1,116 @@
+// The editor's load, its sliding entry, its way out, and the focus colours of its boxes.
+#include "frmtarifas.h"
+
+#include "session/principal.h"
+#include "session/sesionsuite.h"
+#include "suite/ui/svcaspecto.h"
+#include "suite/ui/svcescala.h"
+#include "suite/ui/svctraduccion.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+/// The catalogue slides in by this many twips a tick, whatever the scale.
+constexpr double PasoRegreso = 3000;
+
+} // namespace
+
+void FrmTarifas::Form_Load() {
+    enlazarControles();
+    estado = EstadoEditor();
+    variantesDeLista.reset();
+    ADODB::Connection &conexion = *SesionSuite.Conexion;
+    try {
+        Principal::svcTraduccion().TraducirFormulario(conexion, *this);
+        // Whatever is pending runs now; a tick of the sliding entry may be among it, and it
+        // finds the grid past its end, snaps it there and stops: the steps below redo it.
+        QCoreApplication::processEvents();
+        Principal::svcAspecto().AplicarAspecto(*this, SesionSuite.EstiloAspecto, conexion);
+        // The look has given the boxes and frames their colours: read them back now.
+        estado.colorConFoco =
+            Principal::svcAspecto().ColorFoco(conexion, SesionSuite.EstiloAspecto);
+        estado.colorSinFoco = QString::number(ct_buscar_c->BackColor());
+        for (DTPicker *fecha : {desde, hasta}) {
+            fecha->setCalendarBackColor(frPadre->BackColor());
+            fecha->setCalendarTitleBackColor(frHijo->BackColor());
+            fecha->setCalendarForeColor(0);
+            fecha->setCalendarTitleForeColor(0);
+        }
+        // The price panel lies over the selected products; placed before the scaling, which
+        // then moves both alike.
+        frCambio->setTop(grid_Pseleccionados->Top());
+        frCambio->setLeft(grid_Pseleccionados->Left());
+        Principal::svcEscala().AjustarFormulario(conexion, *this, SesionSuite.AnchoPantalla,
+                                                 SesionSuite.AltoPantalla, SesionSuite.AnchoDiseno,
+                                                 SesionSuite.AltoDiseno);
+        if (ModoTallaColor()) {
+            inicializarGrid_Productos_Textil();
+            ListarProductos_Textil();
+            ListarProductosLista_textil();
+            // The variants' grid takes the scaled place of the plain catalogue, which stays
+            // empty behind it and still leads the sliding entry.
+            frResultado->setTop(grid_productos->Top());
+            frResultado->setLeft(grid_productos->Left());
+            frResultado->setVisible(true);
+        } else {
+            inicializarGrid_Productos();
+            ListarProductos();
+            ListarProductosLista();
+        }
+        // Off the screen on the left, twice its own (scaled) width away, in single precision
+        // as the screen's positions are kept; the timer brings it in.
+        const float salida = -2.0f * float(grid_productos->Width());
+        grid_productos->setLeft(salida);
+        frResultado->setLeft(grid_productos->Left());
+        tmrRegresaLista->setEnabled(true);
+    } catch (...) {
+        // A half-built editor is no use to anyone: it goes, and the error goes on to the
+        // error report.
+        variantesDeLista.reset();
+        Unload();
+        throw;
+    }
+}
+
+void FrmTarifas::tmrRegresaLista_Timer() {
+    // The test comes before the step: the last step passes Frame2's edge, and the next tick
+    // snaps the list back onto it.
+    if (grid_productos->Left() < Frame2->Left()) {
+        grid_productos->setLeft(grid_productos->Left() + PasoRegreso);
+        frResultado->setLeft(grid_productos->Left());
+    } else {
+        grid_productos->setLeft(Frame2->Left());
+        frResultado->setLeft(Frame2->Left());
+        tmrRegresaLista->setEnabled(false);
+    }
+}
+
+// Prices are stored as they are entered, and a period not accepted is dropped: leaving asks
+// nothing and stores nothing. The close box does the same through the screen's unloading.
+void FrmTarifas::cmdSalir_Click() {
+    Unload();
+}
+
+void FrmTarifas::Command1_Click() {
+    Principal::svcTraduccion().GenerarCaptions(*SesionSuite.Conexion, *this);
+}
+
+void FrmTarifas::ct_buscar_c_GotFocus() {
+    ct_buscar_c->setBackColor(estado.colorConFoco.toInt());
+}
+void FrmTarifas::ct_buscar_c_LostFocus() {
+    ct_buscar_c->setBackColor(estado.colorSinFoco.toInt());
+}
+void FrmTarifas::ct_buscar_n_GotFocus() {
+    ct_buscar_n->setBackColor(estado.colorConFoco.toInt());
+}
+void FrmTarifas::ct_buscar_n_LostFocus() {
+    ct_buscar_n->setBackColor(estado.colorSinFoco.toInt());
+}
+void FrmTarifas::txt_NuevoPrecio_GotFocus() {
+    txt_NuevoPrecio->setBackColor(estado.colorConFoco.toInt());
+}
+void FrmTarifas::txt_NuevoPrecio_LostFocus() {
+    txt_NuevoPrecio->setBackColor(estado.colorSinFoco.toInt());
+}

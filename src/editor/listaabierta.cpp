@@ -1,0 +1,17 @@
+// Which price list the editor is on, while it loads.
+#include "frmtarifas.h"
+
+#include <QRegularExpression>
+
+QString FrmTarifas::CodigoListaAbierta() {
+    // The register writes the code into its own label before it touches the editor, and the
+    // editor's label gets it only after the load: the listings read the register's.
+    const Form *registro = Form::Buscar(QStringLiteral("frmListas"));
+    if (!registro)
+        return {};
+    const QString codigo = registro->control<Label>(QStringLiteral("lblCodigo"))->Caption();
+    // The code goes into the statements as it stands: only a whole number may, and no list
+    // has any other code.
+    static const QRegularExpression numero(QStringLiteral("^-?[0-9]{1,18}$"));
+    return numero.match(codigo).hasMatch() ? codigo : QString();
+}

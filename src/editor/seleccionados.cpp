@@ -1,0 +1,227 @@
+// The products that have a price in the open list, in either mode, and the size and colour
+// of a stored variant.
+#include "frmtarifas.h"
+
+#include "platform/datos/recordset.h"
+#include "session/sesionsuite.h"
+
+#include <cmath>
+
+namespace {
+
+/// Whether `texto` is a product code as the statements take it (decimal digits, perhaps a
+/// minus sign), and which. Asked once per row of a listing, so it reads the characters itself.
+bool EsCodigoProducto(QStringView texto, qint64 &codigo) {
+    const bool negativo = texto.startsWith(u'-');
+    const QStringView digitos = negativo ? texto.mid(1) : texto;
+    if (digitos.isEmpty() || digitos.size() > 18)
+        return false;
+    qint64 n = 0;
+    for (const QChar c : digitos) {
+        if (c < u'0' || c > u'9')
+            return false;
+        n = n * 10 + (c.unicode() - u'0');
+    }
+    codigo = negativo ? -n : n;
+    return true;
+}
+
+/// A stored parent code as the database compares it with a whole number: a whole value
+/// matches, anything else (a fraction, a text that isn't a number) matches no code.
+bool CodigoGuardado(const QVariant &valor, qint64 &codigo) {
+    switch (valor.typeId()) {
+    case QMetaType::LongLong:
+    case QMetaType::Int:
+        codigo = valor.toLongLong();
+        return true;
+    case QMetaType::Double: {
+        const double d = valor.toDouble();
+        if (!std::isfinite(d) || std::trunc(d) != d || std::fabs(d) > 9e18)
+            return false;
+        codigo = qint64(d);
+        return true;
+    }
+    case QMetaType::QString:
+        return EsCodigoProducto(valor.toString().trimmed(), codigo);
+    default:
+        return false;
+    }
+}
+
+/// The variants with their size and colour: a variant whose size or colour has no row is
+/// left out, so it counts as not found.
+const QString consultaVariantes = QStringLiteral(
+    "Select productostextil.*,tallas.descripcioncorta as descTalla,colorestextil.nombre "
+    "as desccolor  from tallas,colorestextil,productostextil where tallas.codigo = "
+    "productostextil.talla and colorestextil.codigo = productostextil.color and ");
+/// The same variants, for a whole list at once: only the columns the answers need.
+const QString consultaVariantesDeLista =
+    QStringLiteral("Select productostextil.codigopadre,productostextil.codigohijo,"
+                   "productostextil.codcliente,tallas.descripcioncorta as descTalla,"
+                   "colorestextil.nombre as desccolor from tallas,colorestextil,productostextil "
+                   "where tallas.codigo = productostextil.talla and colorestextil.codigo = "
+                   "productostextil.color and productostextil.codigopadre in (select producto "
+                   "from detalle_precio where identificador = ");
+
+} // namespace
+
+void FrmTarifas::ListarProductosLista() {
+    const QString lista = CodigoListaAbierta();
+    if (lista.isEmpty())
+        return; // no list bears such a code: the grid keeps its design rows
+    ADODB::Recordset rs;
+    rs.Open(QStringLiteral("Select productos.codigocliente,productos.nombre,productos.codigo,"
+                           "detalle_precio.precio from productos,detalle_precio where "
+                           "productos.borrar =0 and productos.codigo=detalle_precio.producto and "
+                           "detalle_precio.identificador = ") +
+                lista + QStringLiteral(" order by nombre asc"),
+            *SesionSuite.Conexion, ADODB::adOpenStatic, ADODB::adLockOptimistic,
+            ADODB::adCmdUnspecified);
+    // With no price the grid keeps its design rows: the titles and one empty row, which the
+    // first price saved takes.
+    if (rs.RecordCount() > 0) {
+        grid_Pseleccionados->setRows(1);
+        grid_Pseleccionados->setRows(rs.RecordCount() + 1);
+        const ADODB::Field codigocliente = rs.Fields(QStringLiteral("codigocliente"));
+        const ADODB::Field nombre = rs.Fields(QStringLiteral("nombre"));
+        const ADODB::Field codigo = rs.Fields(QStringLiteral("codigo"));
+        const ADODB::Field precio = rs.Fields(QStringLiteral("precio"));
+        int fila = 1;
+        while (!rs.Eof()) {
+            grid_Pseleccionados->setTextMatrix(fila, 0, codigocliente.Texto());
+            grid_Pseleccionados->setTextMatrix(fila, 1, nombre.Texto());
+            grid_Pseleccionados->setTextMatrix(fila, 2, codigo.Texto());
+            // The price of this list, never the product's standard one.
+            grid_Pseleccionados->setTextMatrix(fila, 3, precio.Texto());
+            ++fila;
+            rs.MoveNext();
+        }
+    }
+    rs.Close();
+}
+
+void FrmTarifas::ListarProductosLista_textil() {
+    const QString lista = CodigoListaAbierta();
+    if (lista.isEmpty())
+        return; // no list bears such a code: the grid keeps its design rows
+    ADODB::Recordset rs;
+    rs.Open(
+        QStringLiteral("select producto,codproductotextil,productos.nombre,productos.codigocliente,"
+                       "detalle_precio.precio from detalle_precio,productos where "
+                       "productos.codigo = detalle_precio.producto and "
+                       "detalle_precio.identificador = ") +
+            lista,
+        *SesionSuite.Conexion, ADODB::adOpenStatic, ADODB::adLockOptimistic,
+        ADODB::adCmdUnspecified);
+    if (rs.RecordCount() > 0) {
+        grid_Pseleccionados->setRows(1);
+        grid_Pseleccionados->setRows(rs.RecordCount() + 1);
+        const ADODB::Field producto = rs.Fields(QStringLiteral("producto"));
+        const ADODB::Field codproductotextil = rs.Fields(QStringLiteral("codproductotextil"));
+        const ADODB::Field nombre = rs.Fields(QStringLiteral("nombre"));
+        const ADODB::Field codigocliente = rs.Fields(QStringLiteral("codigocliente"));
+        const ADODB::Field precio = rs.Fields(QStringLiteral("precio"));
+        // For the length of this listing obtenerTallaYColor answers from one read of the
+        // list's variants; it goes however the listing ends.
+        variantesDeLista.emplace();
+        variantesDeLista->lista = lista;
+        struct AlTerminar {
+            std::optional<VariantesDeLista> &variantes;
+            ~AlTerminar() { variantes.reset(); }
+        } alTerminar{variantesDeLista};
+        int fila = 1;
+        while (!rs.Eof()) {
+            // Null where the row was saved in the plain mode: it is looked for as "", and like
+            // "-1" (a product without variants) it finds no ordinary variant, so no size or
+            // colour shows.
+            const QString codHijo =
+                codproductotextil.EsNulo() ? QString() : codproductotextil.Texto();
+            QString codProd = producto.Texto();
+            QString color, codCliente;
+            QString talla = obtenerTallaYColor(codProd, codHijo, color, codCliente);
+            grid_Pseleccionados->setTextMatrix(
+                fila, 0, codCliente.isEmpty() ? codigocliente.Texto() : std::move(codCliente));
+            grid_Pseleccionados->setTextMatrix(fila, 1, nombre.Texto());
+            grid_Pseleccionados->setTextMatrix(fila, 2, std::move(codProd));
+            grid_Pseleccionados->setTextMatrix(fila, 3, codHijo);
+            grid_Pseleccionados->setTextMatrix(fila, 4, std::move(talla));
+            grid_Pseleccionados->setTextMatrix(fila, 5, std::move(color));
+            grid_Pseleccionados->setTextMatrix(fila, 6, precio.Texto());
+            ++fila;
+            rs.MoveNext();
+        }
+    }
+    rs.Close();
+}
+
+QString FrmTarifas::obtenerTallaYColor(const QString &codProd, const QString &codHijo,
+                                       QString &color, QString &codCliente) {
+    QString talla;
+    color.clear();
+    codCliente.clear();
+    // The product's code stands bare in the statement: anything but a number would break
+    // it, and no variant can belong to it anyway.
+    qint64 padre = 0;
+    if (!EsCodigoProducto(codProd, padre))
+        return talla;
+
+    if (variantesDeLista) {
+        if (!variantesDeLista->leidas)
+            leerVariantesDeLista(*variantesDeLista);
+        const auto v = variantesDeLista->porCodigo.constFind({padre, codHijo});
+        if (v != variantesDeLista->porCodigo.cend()) {
+            talla = v->talla;
+            color = v->color;
+            codCliente = v->codCliente;
+        }
+        return talla;
+    }
+
+    // The variant's code comes from the database, yet it is bound rather than written between
+    // apostrophes: a code holding one must not break the statement.
+    // An empty code is compared as the empty text, not as Null.
+    const QString hijo = codHijo.isNull() ? QStringLiteral("") : codHijo;
+    ADODB::Recordset rs;
+    rs.Open(consultaVariantes + QStringLiteral("productostextil.codigopadre= ") + codProd +
+                QStringLiteral(" and productostextil.codigohijo= ?"),
+            {hijo}, *SesionSuite.Conexion, ADODB::adOpenStatic, ADODB::adLockOptimistic,
+            ADODB::adCmdUnspecified);
+    if (rs.RecordCount() > 0) {
+        // The first record answers; any further one is ignored.
+        talla = rs.Fields(QStringLiteral("desctalla")).Texto();
+        color = rs.Fields(QStringLiteral("desccolor")).Texto();
+        codCliente = rs.Fields(QStringLiteral("codCliente")).Texto();
+    }
+    rs.Close();
+    return talla;
+}
+
+void FrmTarifas::leerVariantesDeLista(VariantesDeLista &variantes) {
+    // The same variants obtenerTallaYColor looks for one at a time, for every product that
+    // has a price in the list, in one query opened while the listing's own stays open.
+    ADODB::Recordset rs;
+    rs.Open(consultaVariantesDeLista + variantes.lista + QStringLiteral(")"), *SesionSuite.Conexion,
+            ADODB::adOpenStatic, ADODB::adLockOptimistic, ADODB::adCmdUnspecified);
+    if (rs.RecordCount() > 0) {
+        const ADODB::Field codigopadre = rs.Fields(QStringLiteral("codigopadre"));
+        const ADODB::Field codigohijo = rs.Fields(QStringLiteral("codigohijo"));
+        const ADODB::Field desctalla = rs.Fields(QStringLiteral("desctalla"));
+        const ADODB::Field desccolor = rs.Fields(QStringLiteral("desccolor"));
+        const ADODB::Field codcliente = rs.Fields(QStringLiteral("codCliente"));
+        variantes.porCodigo.reserve(rs.RecordCount());
+        while (!rs.Eof()) {
+            qint64 padre = 0;
+            // A Null variant code equals nothing; the first record of a code answers for it,
+            // as the one-variant query takes its first record.
+            if (!codigohijo.EsNulo() && CodigoGuardado(codigopadre.Value(), padre)) {
+                const auto clave = std::make_pair(padre, codigohijo.Texto());
+                if (variantes.porCodigo.find(clave) == variantes.porCodigo.end())
+                    variantes.porCodigo.insert(
+                        clave, {desctalla.Texto(), desccolor.Texto(), codcliente.Texto()});
+            }
+            rs.MoveNext();
+        }
+    }
+    rs.Close();
+    variantes.leidas = true;
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "dialecto.h"
+
+/// The dialects the suite runs on. Each overrides only what its database does differently.
+/// Private to the data layer: the rest of the program sees Dialecto.
+
+/// SQLite: declared types are only names, so a column's declared type tells a date (stored
+/// as ISO text "yyyy-MM-dd"), a decimal or a Boolean (stored as 0/1) from its raw value.
+class DialectoSQLite : public Dialecto {
+  public:
+    QString Nombre() const override { return QStringLiteral("SQLite"); }
+    QVariant Normalizar(const QVariant &valor, const QString &tipoDeclarado) const override;
+    QString TipoSQL(TipoColumna tipo) const override;
+};
+
+/// PostgreSQL, through Qt's QPSQL driver. `tipoDeclarado` is the name of the column's Qt type.
+class DialectoPostgreSQL : public Dialecto {
+  public:
+    QString Nombre() const override { return QStringLiteral("PostgreSQL"); }
+    QVariant Normalizar(const QVariant &valor, const QString &tipoDeclarado) const override;
+    QString TipoSQL(TipoColumna tipo) const override;
+};
+
+/// Any other database reached through an ODBC data source: standard SQL types, and the
+/// values as the driver gives them.
+class DialectoODBC : public Dialecto {
+  public:
+    QString Nombre() const override { return QStringLiteral("ODBC"); }
+    QString TipoSQL(TipoColumna tipo) const override;
+};

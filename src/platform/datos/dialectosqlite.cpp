@@ -1,0 +1,134 @@
+#include "dialectos.h"
+
+#include <QDate>
+#include <QDateTime>
+
+namespace {
+
+enum class Clase { Otra, Fecha, FechaHora, Decimal, Booleano };
+
+/// Whether `tipo` starts with `prefijo` (lower-case ASCII), whatever the case. Runs for every
+/// value read, so it is kept to plain character compares.
+template <qsizetype N> bool Empieza(QStringView tipo, const char (&prefijo)[N]) {
+    if (tipo.size() < N - 1)
+        return false;
+    for (qsizetype i = 0; i < N - 1; ++i) {
+        char16_t c = tipo[i].unicode();
+        if (c >= u'A' && c <= u'Z')
+            c = char16_t(c + (u'a' - u'A'));
+        if (c != char16_t(prefijo[i]))
+            return false;
+    }
+    return true;
+}
+
+/// What a declared type means, by SQLite's habit of reading the type's name: "date",
+/// "numeric(10,2)", "decimal", "boolean". Other names ("integer", "text", "real") change
+/// nothing.
+Clase ClaseDe(QStringView tipo) {
+    if (tipo.isEmpty())
+        return Clase::Otra;
+    switch (tipo[0].unicode() | 0x20) { // lower case, for letters
+    case u'd':
+        if (Empieza(tipo, "datetime"))
+            return Clase::FechaHora;
+        if (Empieza(tipo, "date"))
+            return Clase::Fecha;
+        if (Empieza(tipo, "decimal"))
+            return Clase::Decimal;
+        return Clase::Otra;
+    case u't':
+        return Empieza(tipo, "timestamp") ? Clase::FechaHora : Clase::Otra;
+    case u'n':
+        return Empieza(tipo, "numeric") ? Clase::Decimal : Clase::Otra;
+    case u'b':
+        return Empieza(tipo, "bool") ? Clase::Booleano : Clase::Otra;
+    default:
+        return Clase::Otra;
+    }
+}
+
+QVariant Booleano(const QVariant &valor) {
+    switch (valor.typeId()) {
+    case QMetaType::LongLong:
+    case QMetaType::Int:
+        return QVariant(valor.toLongLong() != 0);
+    case QMetaType::Double:
+        return QVariant(valor.toDouble() != 0);
+    case QMetaType::QString: {
+        const QString t = valor.toString().trimmed();
+        for (const char *si : {"1", "-1", "true", "t", "s", "verdadero"})
+            if (t.compare(QLatin1String(si), Qt::CaseInsensitive) == 0)
+                return QVariant(true);
+        for (const char *no : {"0", "false", "f", "n", "falso"})
+            if (t.compare(QLatin1String(no), Qt::CaseInsensitive) == 0)
+                return QVariant(false);
+        return valor;
+    }
+    default:
+        return valor;
+    }
+}
+
+} // namespace
+
+QVariant DialectoSQLite::Normalizar(const QVariant &valor, const QString &tipoDeclarado) const {
+    if (valor.isNull())
+        return {};
+    switch (ClaseDe(tipoDeclarado)) {
+    case Clase::Otra:
+        return Dialecto::Normalizar(valor, tipoDeclarado);
+    case Clase::Fecha:
+        if (valor.typeId() == QMetaType::QString) {
+            // "2026-01-31", or a date that another program stored with a time after it.
+            const QDate fecha = QDate::fromString(valor.toString().left(10), Qt::ISODate);
+            if (fecha.isValid())
+                return fecha;
+        }
+        return valor; // anything else is shown as it was stored, not lost
+    case Clase::FechaHora:
+        if (valor.typeId() == QMetaType::QString) {
+            const QDateTime momento = QDateTime::fromString(valor.toString(), Qt::ISODate);
+            if (momento.isValid())
+                return momento;
+            const QDate fecha = QDate::fromString(valor.toString(), Qt::ISODate);
+            if (fecha.isValid())
+                return QDateTime(fecha, QTime(0, 0));
+        }
+        return valor;
+    case Clase::Decimal:
+        if (valor.typeId() == QMetaType::LongLong || valor.typeId() == QMetaType::Int)
+            return QVariant(valor.toDouble());
+        if (valor.typeId() == QMetaType::QString) {
+            // An empty or non-numeric text (some programs store '' for "no price") stays text.
+            bool ok = false;
+            const double d = valor.toString().toDouble(&ok);
+            if (ok)
+                return d;
+        }
+        return valor;
+    case Clase::Booleano:
+        return Booleano(valor);
+    }
+    return valor;
+}
+
+QString DialectoSQLite::TipoSQL(TipoColumna tipo) const {
+    switch (tipo) {
+    case TipoColumna::Entero:
+        return QStringLiteral("integer");
+    case TipoColumna::EnteroCorto:
+        return QStringLiteral("smallint");
+    case TipoColumna::Texto:
+        return QStringLiteral("text");
+    case TipoColumna::Fecha:
+        return QStringLiteral("date");
+    case TipoColumna::Decimal:
+        return QStringLiteral("numeric");
+    case TipoColumna::Real:
+        return QStringLiteral("real");
+    case TipoColumna::Booleano:
+        return QStringLiteral("boolean");
+    }
+    return QStringLiteral("text");
+}

@@ -1,0 +1,3 @@
+#include "errorbd.h"
+
+ErrorBD::ErrorBD(const QString &texto) : std::runtime_error(texto.toStdString()) {}

@@ -1,0 +1,386 @@
+#include "form.h"
+
+#include "dtpicker.h"
+#include "grid.h"
+#include "twips.h"
+#include "visorayuda.h"
+
+#include <QCloseEvent>
+#include <QEventLoop>
+#include <QFile>
+#include <QHash>
+#include <QIcon>
+
+#include <algorithm>
+#include <functional>
+#include <stdexcept>
+
+namespace {
+
+/// The outer size of a window beyond its client area, as the screens were measured: two
+/// borders across, and a title bar and two borders down.
+constexpr double BordesAncho = 90;
+constexpr double BordesAlto = 375;
+
+/// The loaded screens by their design name.
+QList<Form *> &cargados()
+{
+    static QList<Form *> lista;
+    return lista;
+}
+
+/// The window of a screen. Its close box unloads the screen instead of just hiding it.
+class Ventana : public QWidget {
+public:
+    explicit Ventana(std::function<void()> alCerrar)
+        : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                               Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
+          alCerrar(std::move(alCerrar))
+    {
+        setAttribute(Qt::WA_DeleteOnClose, false);
+    }
+
+protected:
+    void closeEvent(QCloseEvent *ev) override
+    {
+        ev->accept();
+        if (alCerrar)
+            alCerrar();
+    }
+
+private:
+    std::function<void()> alCerrar;
+};
+
+/// The fonts the screens were drawn with, and what stands in for them where they are
+/// missing: the metrics of DejaVu Sans are the closest to Verdana's among the free fonts.
+void sustitutosDeFuentes()
+{
+    static const bool hecho = [] {
+        QFont::insertSubstitutions(QStringLiteral("Verdana"),
+                                   {QStringLiteral("DejaVu Sans"), QStringLiteral("Bitstream Vera Sans")});
+        QFont::insertSubstitutions(QStringLiteral("Arial"),
+                                   {QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")});
+        return true;
+    }();
+    Q_UNUSED(hecho);
+}
+
+QFont fuenteDe(const Fuente &f, QFont base)
+{
+    if (f.familia)
+        base.setFamilies({QString::fromUtf8(f.familia)});
+    if (f.puntos > 0)
+        base.setPointSizeF(f.puntos);
+    base.setBold(f.negrita);
+    return base;
+}
+
+Qt::Alignment alineacion(unsigned estilo)
+{
+    if (estilo & Centrado)
+        return Qt::AlignHCenter | Qt::AlignTop;
+    if (estilo & Derecha)
+        return Qt::AlignRight | Qt::AlignTop;
+    return Qt::AlignLeft | Qt::AlignTop;
+}
+
+QString texto(const char *t)
+{
+    return t ? QString::fromUtf8(t) : QString();
+}
+
+} // namespace
+
+Form::Form(const DisenoFormulario &diseno, QObject *padre)
+    : QObject(padre), diseno(diseno), ancho(diseno.clientWidth + BordesAncho),
+      alto(diseno.clientHeight + BordesAlto), titulo(texto(diseno.caption))
+{
+    setObjectName(texto(diseno.nombre));
+}
+
+Form::~Form()
+{
+    cargados().removeAll(this);
+    destruir(true);
+}
+
+void Form::Load()
+{
+    if (Loaded())
+        return;
+    try {
+        construir();
+    } catch (...) {
+        destruir(true);
+        throw;
+    }
+    cargados().append(this);
+    Form_Load();
+}
+
+void Form::Unload()
+{
+    if (!Loaded())
+        return;
+    cargados().removeAll(this);
+    destruir(false);
+    emit Unloaded();
+}
+
+void Form::destruir(bool ahora)
+{
+    // Unload is often called from a handler of one of the screen's own controls (a button's
+    // Click): then the widgets go once that event is over, not in the middle of it. Everything
+    // is silenced at once, so nothing of the old screen runs any more.
+    for (Control *c : std::as_const(controles)) {
+        if (auto *t = qobject_cast<Timer *>(c))
+            t->setEnabled(false);
+        c->disconnect();
+        c->blockSignals(true);
+        if (ahora)
+            delete c;
+        else
+            c->deleteLater();
+    }
+    controles.clear();
+    if (ventana_) {
+        QWidget *v = ventana_;
+        ventana_ = nullptr;
+        v->hide();
+        if (ahora)
+            delete v;
+        else
+            v->deleteLater();
+    }
+}
+
+void Form::construir()
+{
+    sustitutosDeFuentes();
+    ancho = diseno.clientWidth + BordesAncho;
+    alto = diseno.clientHeight + BordesAlto;
+    titulo = texto(diseno.caption);
+    fondo = SinColor;
+
+    ventana_ = new Ventana([this] { Unload(); });
+    ventana_->setObjectName(texto(diseno.nombre));
+    ventana_->setWindowTitle(titulo);
+    if (diseno.icono && QFile::exists(texto(diseno.icono)))
+        ventana_->setWindowIcon(QIcon(texto(diseno.icono)));
+    ventana_->setAutoFillBackground(true);
+    aplicarTamano();
+
+    QHash<QString, Control *> porNombre;
+    for (const DisenoControl &fila : diseno.controles) {
+        const QString nombre = texto(fila.nombre);
+        if (nombre.isEmpty())
+            throw std::logic_error(QStringLiteral("El diseño de %1 tiene un control sin nombre.")
+                                       .arg(objectName())
+                                       .toStdString());
+        if (porNombre.contains(nombre))
+            throw std::logic_error(QStringLiteral("El diseño de %1 repite el control %2.")
+                                       .arg(objectName(), nombre)
+                                       .toStdString());
+        Control *contenedor = nullptr;
+        if (fila.contenedor) {
+            const QString nombreContenedor = texto(fila.contenedor);
+            contenedor = porNombre.value(nombreContenedor);
+            if (!contenedor)
+                throw std::logic_error(
+                    QStringLiteral("El diseño de %1 pone el control %2 dentro de %3, que no es "
+                                   "un control anterior del diseño.")
+                        .arg(objectName(), nombre, nombreContenedor)
+                        .toStdString());
+            if (!contenedor->widget())
+                throw std::logic_error(
+                    QStringLiteral("El diseño de %1 pone el control %2 dentro de %3, que no "
+                                   "puede contener controles.")
+                        .arg(objectName(), nombre, nombreContenedor)
+                        .toStdString());
+        }
+        Control *c = crear(fila, contenedor);
+        porNombre.insert(nombre, c);
+        controles.append(c);
+    }
+
+    // Tab order by TabIndex across the whole screen, as the designer numbered it. Frames and
+    // labels never take the focus and stay out of the chain.
+    QList<Control *> orden;
+    for (Control *c : std::as_const(controles))
+        if (c->widget() && c->widget()->focusPolicy() != Qt::NoFocus)
+            orden.append(c);
+    std::stable_sort(orden.begin(), orden.end(),
+                     [](const Control *a, const Control *b) { return a->TabIndex < b->TabIndex; });
+    for (qsizetype i = 1; i < orden.size(); ++i)
+        QWidget::setTabOrder(orden[i - 1]->widget(), orden[i]->widget());
+}
+
+Control *Form::crear(const DisenoControl &fila, Control *contenedor)
+{
+    const QString nombre = texto(fila.nombre);
+    const unsigned estilo = fila.estilo;
+    Control *c = nullptr;
+    switch (fila.clase) {
+    case Clase::Frame:
+        c = new Frame(nombre, contenedor, this, !(estilo & SinBorde));
+        break;
+    case Clase::Label:
+        c = new Label(nombre, contenedor, this);
+        break;
+    case Clase::TextBox:
+        c = new TextBox(nombre, contenedor, this);
+        break;
+    case Clase::CommandButton:
+        c = new CommandButton(nombre, contenedor, this);
+        break;
+    case Clase::PictureBox:
+        c = new PictureBox(nombre, contenedor, this);
+        break;
+    case Clase::Timer:
+        c = new Timer(nombre, contenedor, this);
+        break;
+    case Clase::Grid: {
+        static const DisenoGrid porOmision;
+        c = new Grid(nombre, contenedor, this, fila.grid ? *fila.grid : porOmision);
+        break;
+    }
+    case Clase::DTPicker:
+        c = new DTPicker(nombre, contenedor, this);
+        break;
+    case Clase::VisorAyuda:
+        c = new VisorAyuda(nombre, contenedor, this);
+        break;
+    }
+    if (!c)
+        throw std::logic_error(QStringLiteral("El diseño de %1 da al control %2 una clase desconocida.")
+                                   .arg(objectName(), nombre)
+                                   .toStdString());
+
+    // Each new widget goes to the back of its container: an earlier control of the design
+    // lies in front of a later one.
+    if (QWidget *w = c->widget())
+        w->lower();
+
+    c->TabIndex = fila.tab;
+    if (auto *t = qobject_cast<Timer *>(c)) {
+        t->Move(fila.left, fila.top, 0, 0);
+        t->setInterval(fila.intervalo);
+        t->setEnabled(fila.habilitado);
+        return c;
+    }
+
+    c->Move(fila.left, fila.top, fila.width, fila.height);
+    if (fila.fuente.familia || fila.fuente.puntos > 0 || fila.fuente.negrita)
+        c->setFont(fuenteDe(fila.fuente, c->Font()));
+    if (fila.back != SinColor)
+        c->setBackColor(fila.back);
+    if (fila.fore != SinColor)
+        c->setForeColor(fila.fore);
+    if (fila.tooltip && *fila.tooltip)
+        c->setToolTipText(texto(fila.tooltip));
+
+    if (auto *l = qobject_cast<Label *>(c)) {
+        l->setTransparente(estilo & Transparente);
+        l->setAlignment(alineacion(estilo));
+        l->setCaption(texto(fila.texto));
+        if (estilo & AutoSize)
+            l->setAutoSize(true);
+    } else if (auto *t = qobject_cast<TextBox *>(c)) {
+        t->setText(texto(fila.texto));
+        t->setAlignment((alineacion(estilo) & ~Qt::AlignTop) | Qt::AlignVCenter);
+        t->setLocked(estilo & Bloqueado);
+        t->setTabStop(!(estilo & SinTabStop));
+    } else if (auto *b = qobject_cast<CommandButton *>(c)) {
+        b->setCaption(texto(fila.texto));
+        if ((estilo & Grafico) || fila.imagen)
+            b->setPicture(texto(fila.imagen));
+    } else if (auto *p = qobject_cast<PictureBox *>(c)) {
+        if (fila.imagen)
+            p->setPicture(texto(fila.imagen));
+    }
+    c->setVisible(!(estilo & Oculto));
+    return c;
+}
+
+void Form::aplicarTamano()
+{
+    if (ventana_)
+        ventana_->setFixedSize(APixeles(ancho - BordesAncho), APixeles(alto - BordesAlto));
+}
+
+void Form::ShowModal()
+{
+    Load();
+    if (!Loaded())
+        return;
+    QEventLoop bucle;
+    connect(this, &Form::Unloaded, &bucle, &QEventLoop::quit);
+    ventana_->setWindowModality(Qt::ApplicationModal);
+    ventana_->show();
+    ventana_->activateWindow();
+    bucle.exec();
+}
+
+QString Form::Caption() const
+{
+    return titulo;
+}
+
+void Form::setCaption(const QString &t)
+{
+    titulo = t;
+    if (ventana_)
+        ventana_->setWindowTitle(t);
+}
+
+void Form::setWidth(double twips)
+{
+    ancho = std::max(twips, BordesAncho);
+    aplicarTamano();
+}
+
+void Form::setHeight(double twips)
+{
+    alto = std::max(twips, BordesAlto);
+    aplicarTamano();
+}
+
+ColorOLE Form::BackColor() const
+{
+    if (fondo != SinColor || !ventana_)
+        return fondo;
+    return DeColor(ventana_->palette().color(QPalette::Window));
+}
+
+void Form::setBackColor(ColorOLE c)
+{
+    fondo = c;
+    if (ventana_ && c != SinColor) {
+        QPalette p = ventana_->palette();
+        p.setColor(QPalette::Window, AColor(c));
+        ventana_->setPalette(p);
+    }
+}
+
+Control *Form::control(const QString &nombre) const
+{
+    for (Control *c : controles)
+        if (c->objectName() == nombre)
+            return c;
+    return nullptr;
+}
+
+void Form::faltaControl(const QString &nombre)
+{
+    throw std::logic_error(
+        QStringLiteral("La pantalla no tiene el control %1 de esa clase.").arg(nombre).toStdString());
+}
+
+Form *Form::Buscar(const QString &nombre)
+{
+    for (Form *f : cargados())
+        if (f->objectName() == nombre)
+            return f;
+    return nullptr;
+}

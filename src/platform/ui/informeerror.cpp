@@ -1,0 +1,38 @@
+#include "informeerror.h"
+
+#include "mensajesprueba.h"
+
+#include <QGuiApplication>
+#include <QMessageBox>
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+
+AplicacionTarifas::AplicacionTarifas(int &argc, char **argv) : QApplication(argc, argv) {}
+
+bool AplicacionTarifas::notify(QObject *receptor, QEvent *evento)
+{
+    try {
+        return QApplication::notify(receptor, evento);
+    } catch (const std::exception &error) {
+        InformeError(QString::fromUtf8(error.what()));
+    } catch (...) {
+        InformeError(QStringLiteral("Error no identificado."));
+    }
+}
+
+void InformeError(const QString &texto)
+{
+    std::fprintf(stderr, "%s\n", texto.toLocal8Bit().constData());
+    std::fflush(stderr);
+    // Nobody sees a box on the offscreen platform, and a test answering the boxes only wants
+    // the record: the box would wait for ever.
+    const bool sinPantalla = QGuiApplication::platformName() == QLatin1String("offscreen") ||
+                             QGuiApplication::platformName() == QLatin1String("minimal");
+    if (mensajes_prueba::Interceptando())
+        mensajes_prueba::Registrar(texto);
+    else if (!sinPantalla && qobject_cast<QApplication *>(QCoreApplication::instance()))
+        QMessageBox::critical(nullptr, QApplication::applicationDisplayName(), texto);
+    std::exit(1);
+}

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QColor>
+#include <QHash>
+#include <QString>
+
+#include <vector>
+
+enum class AlineacionColumna;
+
+/// The width of a column that no format has sized yet, in twips.
+constexpr double AnchoColumnaPorOmision = 960;
+
+/// The storage of a grid and the table model that shows it. Everything is addressed in grid
+/// coordinates (row 0 the title row, data rows from 1); the model shows the title row as its
+/// horizontal header and, as its rows, only the data rows that aren't hidden, in grid order.
+///
+/// Writes go to the storage at once and the model publishes them in one batch: a change of
+/// texts as one dataChanged, a change of rows, columns or hidden rows as one model reset
+/// (the visible-row map is rebuilt then). The batch is published when control returns to the
+/// event loop, or earlier by actualizar(). Until then the model keeps answering for what it
+/// last published, and what it shows of a cell is always read from the storage.
+///
+/// The setters here check nothing: Grid, the facade, checks indexes and counts first.
+class ModeloGrid : public QAbstractTableModel {
+    Q_OBJECT
+  public:
+    explicit ModeloGrid(int filas, int columnas, QObject *padre = nullptr);
+    ~ModeloGrid() override;
+
+    int rowCount(const QModelIndex &padre = {}) const override;
+    int columnCount(const QModelIndex &padre = {}) const override;
+    QVariant data(const QModelIndex &indice, int rol = Qt::DisplayRole) const override;
+    QVariant headerData(int seccion, Qt::Orientation orientacion,
+                        int rol = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex &indice) const override;
+
+    // ---- storage, in grid coordinates ----
+    int filas() const { return nFilas; }
+    int columnas() const { return nColumnas; }
+    /// Keeps the texts of the rows that remain; new rows are empty and shown.
+    void setFilas(int n);
+    /// Keeps the texts, widths and alignments of the columns that remain; new columns are
+    /// empty, left-aligned and AnchoColumnaPorOmision wide.
+    void setColumnas(int n);
+    const QString &texto(int fila, int columna) const {
+        return textos[size_t(fila) * size_t(nColumnas) + size_t(columna)];
+    }
+    void setTexto(int fila, int columna, QString &&t);
+
+    AlineacionColumna alineacion(int columna) const { return alineaciones[size_t(columna)]; }
+    void setAlineacion(int columna, AlineacionColumna a);
+    double ancho(int columna) const { return anchos[size_t(columna)]; }
+    void setAncho(int columna, double twips) { anchos[size_t(columna)] = twips; }
+
+    // ---- row heights, in twips ----
+    bool oculta(int fila) const { return ocultas[size_t(fila)] != 0; }
+    /// 0 for a hidden row, its own height for a row that has one, else the default height.
+    double altura(int fila) const;
+    /// 0 hides a data row; a negative height gives it back the default height.
+    void setAltura(int fila, double twips);
+    double alturaPorOmision() const { return alturaDefecto; }
+    void setAlturaPorOmision(double twips);
+    /// The data rows that have a height of their own (neither hidden nor the default).
+    const QHash<int, double> &alturasPropias() const { return propias; }
+    /// The title row's height: its own one, 0 when hidden, else the default.
+    double alturaTitulo() const { return titulo < 0 ? alturaDefecto : titulo; }
+    void setAlturaTitulo(double twips) { titulo = twips < 0 ? -1 : twips; }
+
+    // ---- appearance of the cells; an invalid colour leaves it to the view's palette ----
+    void setFondo(const QColor &c);
+    void setFondoFijo(const QColor &c);
+    void setTextoFijo(const QColor &c);
+
+    // ---- the published map ----
+    /// The grid row that model row `filaModelo` shows.
+    int filaDeGrid(int filaModelo) const { return visibles[size_t(filaModelo)]; }
+    /// The model row that shows grid row `fila`, or -1 when it isn't shown.
+    int filaDeModelo(int fila) const;
+    /// The model row of the first row shown at or after grid row `fila`, or -1.
+    int primeraDesde(int fila) const;
+
+    /// True while a change waits to be published.
+    bool pendiente() const { return estructuraSucia || textosSucios || titulosSucios; }
+    /// Publishes the changes now (one reset or one dataChanged); nothing when none wait.
+    void actualizar();
+
+  private:
+    void programar();
+    void cambioDeEstructura() {
+        estructuraSucia = true;
+        if (!programado)
+            programar();
+    }
+
+    int nFilas = 0;
+    int nColumnas = 0;
+    std::vector<QString> textos; ///< row-major, nFilas x nColumnas
+    std::vector<AlineacionColumna> alineaciones;
+    std::vector<double> anchos;
+    std::vector<char> ocultas; ///< one flag a grid row; row 0's is never set
+    QHash<int, double> propias;
+    double alturaDefecto = 240;
+    double titulo = -1;
+
+    // What the model last published.
+    std::vector<int> visibles; ///< model row -> grid row, ascending
+    int columnasPublicadas = 0;
+
+    bool estructuraSucia = false;
+    bool textosSucios = false;
+    bool titulosSucios = false;
+    bool programado = false;
+    bool publicando = false;
+
+    QColor fondo, fondoFijo, textoFijo;
+};

@@ -1,0 +1,66 @@
+#include "visorayuda.h"
+
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QTextBrowser>
+#include <QVBoxLayout>
+
+VisorAyuda::VisorAyuda(const QString &nombre, Control *contenedor, Form *form)
+    : Control(nombre, contenedor, form)
+{
+    auto *panel = new QFrame;
+    panel->setFrameShape(QFrame::StyledPanel);
+    panel->setAutoFillBackground(true);
+
+    pagina = new QTextBrowser(panel);
+    pagina->setObjectName(QStringLiteral("pagina"));
+    // Links are followed here, so that following one can be announced first.
+    pagina->setOpenLinks(false);
+    cerrar = new QPushButton(QStringLiteral("Cerrar"), panel);
+    cerrar->setObjectName(QStringLiteral("cerrar"));
+
+    auto *barra = new QHBoxLayout;
+    barra->addStretch(1);
+    barra->addWidget(cerrar);
+    auto *capa = new QVBoxLayout(panel);
+    capa->setContentsMargins(4, 4, 4, 4);
+    capa->addLayout(barra);
+    capa->addWidget(pagina, 1);
+
+    connect(cerrar, &QPushButton::clicked, this, [this] {
+        pedidoCierre = true;
+        emit Aviso();
+    });
+    connect(pagina, &QTextBrowser::anchorClicked, this, [this](const QUrl &enlace) {
+        pedidoCierre = false;
+        const QUrl destino = pagina->source().resolved(enlace);
+        if (destino.isLocalFile() || destino.isRelative() || destino.scheme() == QLatin1String("qrc"))
+            pagina->setSource(destino);
+        else
+            QDesktopServices::openUrl(destino);
+        emit Aviso();
+    });
+    ponerWidget(panel);
+}
+
+void VisorAyuda::MostrarPagina()
+{
+    QString ruta = RutaPagina;
+    // Paths written for the old platform separate folders with backslashes.
+    if (!QFileInfo(ruta).isFile() && ruta.contains(QLatin1Char('\\')))
+        ruta.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    const QFileInfo fichero(ruta);
+    if (!fichero.isFile()) {
+        pagina->setHtml(QStringLiteral("<p>No se encuentra la página de ayuda.</p><p><tt>%1</tt></p>")
+                            .arg(RutaPagina.toHtmlEscaped()));
+        return;
+    }
+    const QUrl url = QUrl::fromLocalFile(fichero.absoluteFilePath());
+    if (pagina->source() == url)
+        pagina->reload(); // shown again: read afresh, the file may have changed
+    else
+        pagina->setSource(url);
+}
