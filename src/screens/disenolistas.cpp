@@ -1,4 +1,5 @@
 #include "disenolistas.h"
+#include "recursos.h"
 
 namespace {
 
@@ -105,4 +106,7 @@ constexpr DisenoFormulario diseno{
 
 } // namespace
 
-const DisenoFormulario &DisenoListas() { return diseno; }
+const DisenoFormulario &DisenoListas() {
+    IniciarRecursosPantallas();
+    return diseno;
+}

@@ -1,4 +1,5 @@
 #include "disenotarifas.h"
+#include "recursos.h"
 
 namespace {
 
@@ -171,4 +172,7 @@ constexpr DisenoFormulario diseno{
 
 } // namespace
 
-const DisenoFormulario &DisenoTarifas() { return diseno; }
+const DisenoFormulario &DisenoTarifas() {
+    IniciarRecursosPantallas();
+    return diseno;
+}
