@@ -1,18 +1,9 @@
 #include "disenolistas.h"
+#include "disenocomun.h"
 #include "recursos.h"
 
 namespace {
 
-constexpr Fuente Verdana(double puntos, bool negrita = false) { return {"Verdana", puntos, negrita}; }
-
-constexpr DisenoGrid gridPrecios{
-    .rows = 2, .cols = 4, .fixedRows = 1, .fixedCols = 0,
-    .backColor = RGB(255, 255, 255), .foreColor = ColorSistema(8),
-    .backColorFixed = RGB(217, 231, 247), .foreColorFixed = ColorSistema(18),
-    .backColorSel = RGB(255, 255, 0), .foreColorSel = RGB(0, 0, 0),
-    .backColorBkg = RGB(255, 255, 255), .gridColor = RGB(192, 192, 192), .gridColorFixed = RGB(0, 0, 0),
-    .highLight = 2, .scrollBars = 2, .selectionMode = 1,
-};
 
 // In the order of the design: within a container an earlier control lies in front.
 constexpr DisenoControl controles[] = {
@@ -81,7 +72,7 @@ constexpr DisenoControl controles[] = {
      .back = ColorSistema(7), .estilo = SinBorde},
     {.nombre = "grid_precios", .clase = Clase::Grid, .contenedor = "frHijo",
      .left = 3255, .top = 885, .width = 9660, .height = 3030, .tab = 8, .fuente = Verdana(9.75),
-     .tooltip = "Lista de clientes", .grid = &gridPrecios},
+     .tooltip = "Lista de clientes", .grid = &GridLista},
     {.nombre = "Label2", .clase = Clase::Label, .contenedor = "frHijo",
      .left = 3285, .top = 3930, .width = 6555, .height = 390, .tab = 12,
      .texto = "Haga doble clic sobre la linea para ver el detalle de la tarifa.", .fuente = Verdana(9.75),

@@ -1,19 +1,10 @@
 #include "disenotarifas.h"
+#include "disenocomun.h"
 #include "recursos.h"
 
 namespace {
 
-constexpr Fuente Verdana(double puntos, bool negrita = false) { return {"Verdana", puntos, negrita}; }
 constexpr ColorOLE amarillo = RGB(255, 255, 0);
-
-constexpr DisenoGrid gridCatalogo{
-    .rows = 2, .cols = 4, .fixedRows = 1, .fixedCols = 0,
-    .backColor = RGB(255, 255, 255), .foreColor = ColorSistema(8),
-    .backColorFixed = RGB(217, 231, 247), .foreColorFixed = ColorSistema(18),
-    .backColorSel = RGB(255, 255, 0), .foreColorSel = RGB(0, 0, 0),
-    .backColorBkg = RGB(255, 255, 255), .gridColor = RGB(192, 192, 192), .gridColorFixed = RGB(0, 0, 0),
-    .highLight = 2, .scrollBars = 2, .selectionMode = 1,
-};
 
 constexpr DisenoGrid gridTextil{
     .rows = 2, .cols = 2, .fixedRows = 1, .fixedCols = 0,
@@ -140,10 +131,10 @@ constexpr DisenoControl controles[] = {
      .back = ColorSistema(7), .estilo = SinBorde},
     {.nombre = "grid_productos", .clase = Clase::Grid, .contenedor = "frHijo",
      .left = 285, .top = 720, .width = 6960, .height = 6885, .tab = 8, .fuente = Verdana(9.75),
-     .tooltip = "Lista de clientes", .grid = &gridCatalogo},
+     .tooltip = "Lista de clientes", .grid = &GridLista},
     {.nombre = "grid_Pseleccionados", .clase = Clase::Grid, .contenedor = "frHijo",
      .left = 7800, .top = 705, .width = 6960, .height = 6375, .tab = 22, .fuente = Verdana(9.75),
-     .tooltip = "Lista de clientes", .grid = &gridCatalogo},
+     .tooltip = "Lista de clientes", .grid = &GridLista},
     {.nombre = "Label3", .clase = Clase::Label, .contenedor = "frHijo",
      .left = 8010, .top = 405, .width = 4650, .height = 420, .tab = 23, .texto = "Lista de Productos Seleccionados",
      .fuente = Verdana(11.25, true), .estilo = Transparente},
