@@ -1,4 +1,5 @@
 // Connection strings, ODBC data sources, and opening and closing a connection.
+#include "apoyo/errores.h"
 #include "platform/datos/cadenaconexion.h"
 #include "platform/datos/conexion.h"
 #include "platform/datos/errorbd.h"
@@ -17,15 +18,6 @@
 Q_DECLARE_METATYPE(CadenaConexion::Tipo)
 
 namespace {
-
-QString ErrorDe(const std::function<void()> &accion) {
-    try {
-        accion();
-    } catch (const ErrorBD &e) {
-        return e.Texto();
-    }
-    return {};
-}
 
 void Escribir(const QString &ruta, const QString &texto) {
     QFile f(ruta);

@@ -1,5 +1,6 @@
 // Reading queries: the whole result at once, fields by name whatever their case, the
 // database's Null, and the types each database gives a date, a price or a Boolean.
+#include "apoyo/errores.h"
 #include "platform/datos/conexion.h"
 #include "platform/datos/dialecto.h"
 #include "platform/datos/errorbd.h"
@@ -15,16 +16,6 @@
 #include <memory>
 
 namespace {
-
-/// The text of the ErrorBD that `accion` raises; a null QString when it raises none.
-QString ErrorDe(const std::function<void()> &accion) {
-    try {
-        accion();
-    } catch (const ErrorBD &e) {
-        return e.Texto();
-    }
-    return {};
-}
 
 } // namespace
 

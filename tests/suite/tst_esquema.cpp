@@ -1,4 +1,5 @@
 // The suite's schema: creating what a database lacks, and finding tables and columns.
+#include "apoyo/errores.h"
 #include "apoyo/basedatosprueba.h"
 #include "platform/datos/conexion.h"
 #include "platform/datos/errorbd.h"
@@ -13,15 +14,6 @@
 #include <memory>
 
 namespace {
-
-QString ErrorDe(const std::function<void()> &accion) {
-    try {
-        accion();
-    } catch (const ErrorBD &e) {
-        return e.Texto();
-    }
-    return {};
-}
 
 /// The declared type of every column of a table, "name type, name type", from SQLite itself
 /// (which reports the standard type names in capitals).

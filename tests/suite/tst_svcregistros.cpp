@@ -1,5 +1,6 @@
 // The record writer: field lists turned into typed, bound statements; what doesn't fit is
 // refused before anything is written; what is written is seen at once.
+#include "apoyo/errores.h"
 #include "apoyo/basedatosprueba.h"
 #include "platform/datos/errorbd.h"
 #include "platform/datos/recordset.h"
@@ -11,15 +12,6 @@
 #include <memory>
 
 namespace {
-
-QString ErrorDe(const std::function<void()> &accion) {
-    try {
-        accion();
-    } catch (const ErrorBD &e) {
-        return e.Texto();
-    }
-    return {};
-}
 
 const QString tienda = QStringLiteral("Moda Corvanta Centro");
 

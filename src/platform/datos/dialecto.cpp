@@ -50,3 +50,23 @@ QString Dialecto::Adaptar(const QString &sentencia) const {
     adaptada.replace(distintoDeNulo, QStringLiteral("\\1 is not null"));
     return adaptada;
 }
+
+QString Dialecto::TipoSQL(TipoColumna tipo) const {
+    switch (tipo) {
+    case TipoColumna::Entero:
+        return QStringLiteral("integer");
+    case TipoColumna::EnteroCorto:
+        return QStringLiteral("smallint");
+    case TipoColumna::Texto:
+        return QStringLiteral("text");
+    case TipoColumna::Fecha:
+        return QStringLiteral("date");
+    case TipoColumna::Decimal:
+        return QStringLiteral("numeric");
+    case TipoColumna::Real:
+        return QStringLiteral("double precision");
+    case TipoColumna::Booleano:
+        return QStringLiteral("boolean");
+    }
+    return QStringLiteral("text");
+}

@@ -27,8 +27,9 @@ public:
     /// `tipoDeclarado` is what the database says of the column, when it says anything.
     virtual QVariant Normalizar(const QVariant &valor, const QString &tipoDeclarado) const;
 
-    /// How the DDL of the suite's schema spells a kind of column.
-    virtual QString TipoSQL(TipoColumna tipo) const = 0;
+    /// How the DDL of the suite's schema spells a kind of column: the SQL standard's
+    /// names, which a dialect overrides only where its database spells one otherwise.
+    virtual QString TipoSQL(TipoColumna tipo) const;
 
     /// The dialect of an open Qt database, from its driver.
     static std::unique_ptr<Dialecto> Para(const QSqlDatabase &base);

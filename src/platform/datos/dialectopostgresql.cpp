@@ -18,22 +18,3 @@ QVariant DialectoPostgreSQL::Normalizar(const QVariant &valor, const QString &ti
     return Dialecto::Normalizar(valor, tipoDeclarado);
 }
 
-QString DialectoPostgreSQL::TipoSQL(TipoColumna tipo) const {
-    switch (tipo) {
-    case TipoColumna::Entero:
-        return QStringLiteral("integer");
-    case TipoColumna::EnteroCorto:
-        return QStringLiteral("smallint");
-    case TipoColumna::Texto:
-        return QStringLiteral("text");
-    case TipoColumna::Fecha:
-        return QStringLiteral("date");
-    case TipoColumna::Decimal:
-        return QStringLiteral("numeric");
-    case TipoColumna::Real:
-        return QStringLiteral("double precision");
-    case TipoColumna::Booleano:
-        return QStringLiteral("boolean");
-    }
-    return QStringLiteral("text");
-}

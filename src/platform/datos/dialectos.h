@@ -19,7 +19,6 @@ class DialectoPostgreSQL : public Dialecto {
   public:
     QString Nombre() const override { return QStringLiteral("PostgreSQL"); }
     QVariant Normalizar(const QVariant &valor, const QString &tipoDeclarado) const override;
-    QString TipoSQL(TipoColumna tipo) const override;
 };
 
 /// Any other database reached through an ODBC data source: standard SQL types, and the

@@ -114,21 +114,6 @@ QVariant DialectoSQLite::Normalizar(const QVariant &valor, const QString &tipoDe
 }
 
 QString DialectoSQLite::TipoSQL(TipoColumna tipo) const {
-    switch (tipo) {
-    case TipoColumna::Entero:
-        return QStringLiteral("integer");
-    case TipoColumna::EnteroCorto:
-        return QStringLiteral("smallint");
-    case TipoColumna::Texto:
-        return QStringLiteral("text");
-    case TipoColumna::Fecha:
-        return QStringLiteral("date");
-    case TipoColumna::Decimal:
-        return QStringLiteral("numeric");
-    case TipoColumna::Real:
-        return QStringLiteral("real");
-    case TipoColumna::Booleano:
-        return QStringLiteral("boolean");
-    }
-    return QStringLiteral("text");
+    // SQLite reads "double precision" as well, but "real" is its own name for a double.
+    return tipo == TipoColumna::Real ? QStringLiteral("real") : Dialecto::TipoSQL(tipo);
 }
