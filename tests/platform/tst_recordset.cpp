@@ -416,6 +416,9 @@ class TstRecordset : public QObject {
             << "syntax error";
         QTest::newRow("two statements") << "select * from tallas; delete from tallas"
                                         << "multiple statements";
+        QTest::newRow("a placeholder without its value")
+            << "select * from tallas where codigo = ?" << "valores por enlazar";
+        QTest::newRow("nothing to run") << " ; " << "vacía";
     }
     void sentenciaFallida() {
         QFETCH(QString, sentencia);

@@ -138,6 +138,10 @@ class TstRegional : public QObject {
         QTest::newRow("us decimal point") << "en_US" << 12.5 << "12.5";
         QTest::newRow("us no grouping") << "en_US" << 1234567.25 << "1234567.25";
         QTest::newRow("de no grouping") << "de_DE" << 1234567.25 << "1234567,25";
+        QTest::newRow("es beyond 2^64, no exponent")
+            << "es_ES" << 1e22 << "10000000000000000000000";
+        QTest::newRow("sv its own minus sign") << "sv_SE" << -2.5 << QString::fromUtf8("−2,5");
+        QTest::newRow("es back after another locale") << "es_ES" << -2.5 << "-2,5";
     }
     void numeroATexto() {
         QFETCH(QString, idioma);

@@ -5,10 +5,9 @@
 
 namespace {
 
-enum class Clase { Otra, Fecha, FechaHora, Decimal, Booleano };
+using Clase = DialectoSQLite::Clase;
 
-/// Whether `tipo` starts with `prefijo` (lower-case ASCII), whatever the case. Runs for every
-/// value read, so it is kept to plain character compares.
+/// Whether `tipo` starts with `prefijo` (lower-case ASCII), whatever the case.
 template <qsizetype N> bool Empieza(QStringView tipo, const char (&prefijo)[N]) {
     if (tipo.size() < N - 1)
         return false;
@@ -22,10 +21,9 @@ template <qsizetype N> bool Empieza(QStringView tipo, const char (&prefijo)[N]) 
     return true;
 }
 
-/// What a declared type means, by SQLite's habit of reading the type's name: "date",
-/// "numeric(10,2)", "decimal", "boolean". Other names ("integer", "text", "real") change
-/// nothing.
-Clase ClaseDe(QStringView tipo) {
+} // namespace
+
+DialectoSQLite::Clase DialectoSQLite::ClaseDe(QStringView tipo) {
     if (tipo.isEmpty())
         return Clase::Otra;
     switch (tipo[0].unicode() | 0x20) { // lower case, for letters
@@ -47,6 +45,8 @@ Clase ClaseDe(QStringView tipo) {
         return Clase::Otra;
     }
 }
+
+namespace {
 
 QVariant Booleano(const QVariant &valor) {
     switch (valor.typeId()) {
@@ -73,11 +73,16 @@ QVariant Booleano(const QVariant &valor) {
 } // namespace
 
 QVariant DialectoSQLite::Normalizar(const QVariant &valor, const QString &tipoDeclarado) const {
+    return NormalizarClase(valor, ClaseDe(tipoDeclarado));
+}
+
+QVariant DialectoSQLite::NormalizarClase(const QVariant &valor, Clase clase) {
     if (valor.isNull())
         return {};
-    switch (ClaseDe(tipoDeclarado)) {
+    switch (clase) {
     case Clase::Otra:
-        return Dialecto::Normalizar(valor, tipoDeclarado);
+        // SQLite's own storage classes: a whole number, a double, a text or a blob.
+        return valor.typeId() == QMetaType::Int ? QVariant(valor.toLongLong()) : valor;
     case Clase::Fecha:
         if (valor.typeId() == QMetaType::QString) {
             // "2026-01-31", or a date that another program stored with a time after it.

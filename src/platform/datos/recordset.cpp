@@ -1,6 +1,7 @@
 #include "recordset.h"
 
 #include "errorbd.h"
+#include "lecturasqlite.h"
 #include "regional.h"
 
 #include <QRegularExpression>
@@ -11,7 +12,6 @@
 #include <QSqlResult>
 #include <cmath>
 #include <limits>
-#include <sqlite3.h>
 
 namespace ADODB {
 
@@ -21,22 +21,6 @@ QString TextoError(const QSqlError &error, const QString &sentencia) {
     return error.text().trimmed() + QStringLiteral("\nSentencia: ") + sentencia;
 }
 
-/// The declared type of each column, straight from SQLite: the driver reports only the
-/// storage class of the first row, which can't tell a date or a price from a text.
-std::vector<QString> TiposSQLite(const QSqlQuery &q, int columnas) {
-    std::vector<QString> tipos(columnas);
-    const QVariant handle = q.result()->handle();
-    if (qstrcmp(handle.typeName(), "sqlite3_stmt*") != 0)
-        return tipos;
-    sqlite3_stmt *stmt = *static_cast<sqlite3_stmt *const *>(handle.constData());
-    if (!stmt)
-        return tipos;
-    for (int c = 0; c < columnas && c < sqlite3_column_count(stmt); ++c)
-        if (const char *tipo = sqlite3_column_decltype(stmt, c))
-            tipos[c] = QString::fromUtf8(tipo);
-    return tipos;
-}
-
 } // namespace
 
 QString Field::Name() const {
@@ -44,15 +28,19 @@ QString Field::Name() const {
 }
 
 QVariant Field::Value() const {
-    return rs->Celda(columna);
+    return rs->celdas.Valor(rs->Celda(columna));
+}
+
+bool Field::EsNulo() const {
+    return rs->celdas.EsNulo(rs->Celda(columna));
 }
 
 QString Field::Texto() const {
-    return ValorATexto(rs->Celda(columna));
+    return rs->celdas.Texto(rs->Celda(columna));
 }
 
 qint32 Field::Entero() const {
-    const QVariant &v = rs->Celda(columna);
+    const QVariant v = Value();
     const QString nombre = rs->nombres.at(columna);
     const auto noEsEntero = [&] {
         return ErrorBD(QStringLiteral("El campo \"%1\" vale \"%2\", que no es un número entero.")
@@ -115,9 +103,22 @@ void Recordset::Open(const QString &sentencia, const QVariantList &valores, Conn
         throw ErrorBD(QStringLiteral("La conexión no está abierta.\nSentencia: ") + sentencia);
     const Dialecto &dialecto = conexion.dialecto();
     const QString texto = dialecto.Adaptar(sentencia);
-    QSqlDatabase base = conexion.Base();
-    const bool esSQLite = base.driverName() == QLatin1String("QSQLITE");
+    const QSqlDatabase base = conexion.Base();
 
+    LecturaSQLite sqlite;
+    if (LeerSQLite(base, texto, valores, sqlite)) {
+        nombres = std::move(sqlite.nombres);
+        celdas = std::move(sqlite.valores);
+        filas = sqlite.filas;
+    } else {
+        LeerConQt(base, dialecto, texto, valores);
+    }
+    posicion = 0;
+    abierto = true;
+}
+
+void Recordset::LeerConQt(const QSqlDatabase &base, const Dialecto &dialecto, const QString &texto,
+                          const QVariantList &valores) {
     QSqlQuery q(base);
     // Every result is read whole and at once, so the driver need not keep rows behind us.
     q.setForwardOnly(true);
@@ -127,34 +128,22 @@ void Recordset::Open(const QString &sentencia, const QVariantList &valores, Conn
         q.addBindValue(valor);
     if (!q.exec())
         throw ErrorBD(TextoError(q.lastError(), texto));
-
     QStringList leidos;
-    std::vector<QVariant> leidas;
+    ValoresResultado leidas;
     int cuenta = 0;
     if (q.isSelect()) {
         const QSqlRecord registro = q.record();
         const int columnas = registro.count();
-        leidos.reserve(columnas);
-        std::vector<QString> tipos;
-        if (esSQLite) {
-            tipos = TiposSQLite(q, columnas);
-        } else {
-            tipos.reserve(columnas);
-            for (int c = 0; c < columnas; ++c)
-                tipos.emplace_back(QString::fromLatin1(registro.field(c).metaType().name()));
-        }
-        for (int c = 0; c < columnas; ++c)
+        QStringList tipos;
+        for (int c = 0; c < columnas; ++c) {
             leidos.append(registro.fieldName(c));
-        // size() is known only to some drivers (not SQLite nor ODBC): count while reading.
-        if (const int previstas = q.size(); previstas > 0)
-            leidas.reserve(size_t(previstas) * size_t(columnas));
+            tipos.append(QString::fromLatin1(registro.field(c).metaType().name()));
+        }
         while (q.next()) {
             for (int c = 0; c < columnas; ++c) {
-                QVariant valor = q.value(c);
                 // The driver's own word on Null: some give a typed value with a text of "0".
-                if (!esSQLite && !valor.isNull() && q.isNull(c))
-                    valor = QVariant();
-                leidas.push_back(dialecto.Normalizar(valor, tipos[size_t(c)]));
+                const QVariant valor = q.isNull(c) ? QVariant() : q.value(c);
+                leidas.Anadir(dialecto.Normalizar(valor, tipos.at(c)));
             }
             ++cuenta;
         }
@@ -164,14 +153,11 @@ void Recordset::Open(const QString &sentencia, const QVariantList &valores, Conn
     nombres = std::move(leidos);
     celdas = std::move(leidas);
     filas = cuenta;
-    posicion = 0;
-    abierto = true;
 }
 
 void Recordset::Close() {
     nombres.clear();
     celdas.clear();
-    celdas.shrink_to_fit();
     filas = 0;
     posicion = 0;
     abierto = false;
@@ -209,14 +195,14 @@ Field Recordset::Fields(int indice) const {
     return Field(this, indice);
 }
 
-const QVariant &Recordset::Celda(int columna) const {
+size_t Recordset::Celda(int columna) const {
     if (!abierto)
         throw ErrorBD(QStringLiteral("El recordset está cerrado."));
     if (posicion < 0 || posicion >= filas)
         throw ErrorBD(QStringLiteral("No hay fila actual: la consulta no dio filas o ya se leyó la "
                                      "última (campo \"%1\").")
                           .arg(nombres.value(columna)));
-    return celdas[size_t(posicion) * size_t(nombres.size()) + size_t(columna)];
+    return size_t(posicion) * size_t(nombres.size()) + size_t(columna);
 }
 
 } // namespace ADODB

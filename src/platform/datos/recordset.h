@@ -1,12 +1,12 @@
 #pragma once
 
 #include "conexion.h"
+#include "valoresresultado.h"
 
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 #include <QVariantList>
-#include <vector>
 
 namespace ADODB {
 
@@ -23,7 +23,7 @@ public:
     QString Name() const;
     /// The value as the database gave it, normalised by the dialect (Null stays Null).
     QVariant Value() const;
-    bool EsNulo() const { return Value().isNull(); }
+    bool EsNulo() const;
     /// The value's default text form (regional dates and decimals); Null gives "".
     QString Texto() const;
     /// The value as a signed 32-bit whole number; raises ErrorBD when it is Null, not a
@@ -41,6 +41,10 @@ private:
 /// whole result at once, so RecordCount is exact before the first row is read and the
 /// recordset holds no cursor on the database afterwards. Other cursor types are read the
 /// same way. Row positions are 0-based; Eof() is true past the last row.
+///
+/// On SQLite the rows are read through SQLite's own interface, on any other database
+/// through Qt's driver; either way the values are kept compactly (ValoresResultado) and a
+/// field's text is made when it is asked for.
 class Recordset {
 public:
     Recordset() = default;
@@ -71,10 +75,15 @@ public:
 
 private:
     friend class Field;
-    const QVariant &Celda(int columna) const;
+    /// The index of the current row's value in column `columna`; raises ErrorBD with no
+    /// current row.
+    size_t Celda(int columna) const;
+    /// Runs `texto` through Qt's driver and keeps its rows: every database but SQLite.
+    void LeerConQt(const QSqlDatabase &base, const Dialecto &dialecto, const QString &texto,
+                   const QVariantList &valores);
 
     QStringList nombres;
-    std::vector<QVariant> celdas; // row-major, filas x nombres.size()
+    ValoresResultado celdas; // row-major, filas x nombres.size()
     int filas = 0;
     int posicion = 0;
     bool abierto = false;

@@ -4,6 +4,9 @@
 #include <QLocale>
 #include <QTime>
 
+#include <charconv>
+#include <cmath>
+
 namespace {
 
 /// Rewrites every run of one letter of a date format, leaving quoted literals alone.
@@ -69,11 +72,46 @@ QDate TextoAFecha(const QString &texto) {
 }
 
 QString NumeroATexto(double valor) {
-    QLocale regional;
-    regional.setNumberOptions(regional.numberOptions() | QLocale::OmitGroupSeparator);
     if (valor == 0)
         valor = 0; // no "-0"
-    return regional.toString(valor, 'f', QLocale::FloatingPointShortest);
+    // A catalogue writes a price per row: the common case (a finite number, a locale with
+    // ASCII digits) is done by std::to_chars, whose shortest fixed form is the one QLocale
+    // writes, with the locale's separator and sign put in. The locale's marks are read again
+    // only when the default locale changes.
+    struct Marcas {
+        QLocale locale;
+        bool digitosAscii;
+        QString decimal, negativo;
+    };
+    thread_local Marcas marcas{QLocale::c(), true, QStringLiteral("."), QStringLiteral("-")};
+    const QLocale actual;
+    if (!(marcas.locale == actual))
+        marcas = {actual, actual.zeroDigit() == QLatin1String("0"), actual.decimalPoint(),
+                  actual.negativeSign()};
+    char cifras[400]; // the longest fixed form of a double is 300-odd characters
+    const auto [fin, error] =
+        std::isfinite(valor) && marcas.digitosAscii
+            ? std::to_chars(cifras, cifras + sizeof cifras, valor, std::chars_format::fixed)
+            : std::to_chars_result{cifras, std::errc::value_too_large};
+    if (error != std::errc()) {
+        QLocale regional = actual;
+        regional.setNumberOptions(regional.numberOptions() | QLocale::OmitGroupSeparator);
+        return regional.toString(valor, 'f', QLocale::FloatingPointShortest);
+    }
+    const char *inicio = cifras;
+    QString texto;
+    texto.reserve(qsizetype(fin - cifras) + 2);
+    if (*inicio == '-') {
+        texto += marcas.negativo;
+        ++inicio;
+    }
+    for (const char *c = inicio; c != fin; ++c) {
+        if (*c == '.')
+            texto += marcas.decimal;
+        else
+            texto += QLatin1Char(*c);
+    }
+    return texto;
 }
 
 QString ValorATexto(const QVariant &valor) {
