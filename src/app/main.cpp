@@ -4,6 +4,7 @@
 #include "platform/ui/twips.h"
 #include "suite/datos/svcopciones.h"
 
+#include <QLocale>
 #include <QScreen>
 #include <exception>
 
@@ -11,6 +12,11 @@ int main(int argc, char **argv) {
     AplicacionTarifas aplicacion(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("tarifas"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Tarifas"));
+    // Dates and prices follow the system's regional settings. A system with none (the C or
+    // POSIX locale of a bare terminal) gets those of Spain, the suite's own, rather than
+    // month names and a decimal point that no shop of the suite uses.
+    if (QLocale::system().language() == QLocale::C)
+        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
     // Without a size stored by the suite, the screens fill the display.
     if (const QScreen *pantalla = QGuiApplication::primaryScreen()) {
         const QSize tamano = pantalla->availableGeometry().size();

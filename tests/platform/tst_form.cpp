@@ -254,6 +254,9 @@ void TstForm::timers()
     QVERIFY(static_cast<QLineEdit *>(txt->widget())->alignment() & Qt::AlignRight);
     QCOMPARE(txt->ToolTipText(), QStringLiteral("Precio del menu."));
     QVERIFY(!f.control<TextBox>(QStringLiteral("txtSegundo"))->Locked());
+    // A control drawn with no font has the form's, which the small buttons were sized for.
+    QCOMPARE(f.control(QStringLiteral("cmdOculto"))->Font().family(), QStringLiteral("MS Sans Serif"));
+    QCOMPARE(f.control(QStringLiteral("cmdOculto"))->Font().pointSizeF(), 8.25);
     auto *grid = f.control<Grid>(QStringLiteral("grid_lista"));
     QCOMPARE(grid->Rows(), 3);
     QCOMPARE(grid->Cols(), 5);

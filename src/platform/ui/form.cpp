@@ -59,6 +59,8 @@ void sustitutosDeFuentes()
     static const bool hecho = [] {
         QFont::insertSubstitutions(QStringLiteral("Verdana"),
                                    {QStringLiteral("DejaVu Sans"), QStringLiteral("Bitstream Vera Sans")});
+        QFont::insertSubstitutions(QStringLiteral("MS Sans Serif"),
+                                   {QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")});
         QFont::insertSubstitutions(QStringLiteral("Arial"),
                                    {QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")});
         return true;
@@ -271,8 +273,11 @@ Control *Form::crear(const DisenoControl &fila, Control *contenedor)
     }
 
     c->Move(fila.left, fila.top, fila.width, fila.height);
-    if (fila.fuente.familia || fila.fuente.puntos > 0 || fila.fuente.negrita)
-        c->setFont(fuenteDe(fila.fuente, c->Font()));
+    // A control drawn with no font of its own has the form's: MS Sans Serif 8.25 on the
+    // platform the screens were drawn on, which the small picture buttons were sized for.
+    static constexpr Fuente fuenteDelFormulario{"MS Sans Serif", 8.25, false};
+    const bool sinFuente = !fila.fuente.familia && fila.fuente.puntos <= 0 && !fila.fuente.negrita;
+    c->setFont(fuenteDe(sinFuente ? fuenteDelFormulario : fila.fuente, c->Font()));
     if (fila.back != SinColor)
         c->setBackColor(fila.back);
     if (fila.fore != SinColor)
