@@ -1,10 +1,9 @@
 #include "dialecto.h"
 
-#include <QRegularExpression>
-
 #include "dialectos.h"
 
 #include <QSqlDatabase>
+#include <QSqlDriver>
 #include <limits>
 
 QVariant Dialecto::Normalizar(const QVariant &valor, const QString &) const {
@@ -35,20 +34,19 @@ std::unique_ptr<Dialecto> Dialecto::Para(const QSqlDatabase &base) {
     const QString driver = base.driverName();
     if (driver == QLatin1String("QSQLITE"))
         return std::make_unique<DialectoSQLite>();
-    if (driver == QLatin1String("QPSQL"))
-        return std::make_unique<DialectoPostgreSQL>();
-    return std::make_unique<DialectoODBC>();
-}
-
-QString Dialecto::Adaptar(const QString &sentencia) const {
-    static const QRegularExpression distintoDeNulo(
-        QStringLiteral("([A-Za-z_][A-Za-z0-9_.]*)\\s*<>\\s*null\\b"),
-        QRegularExpression::CaseInsensitiveOption);
-    if (!sentencia.contains(QLatin1String("null"), Qt::CaseInsensitive))
-        return sentencia;
-    QString adaptada = sentencia;
-    adaptada.replace(distintoDeNulo, QStringLiteral("\\1 is not null"));
-    return adaptada;
+    // PostgreSQL reads the statements' text alike whether Qt reaches it directly or through
+    // its ODBC driver; the values come through each driver in its own way.
+    static constexpr Diferencias postgresql{true, true, true, true};
+    std::unique_ptr<Dialecto> dialecto;
+    if (driver == QLatin1String("QPSQL")) {
+        dialecto = std::make_unique<DialectoPostgreSQL>();
+        dialecto->diferencias = postgresql;
+    } else {
+        dialecto = std::make_unique<DialectoODBC>();
+        if (base.driver() && base.driver()->dbmsType() == QSqlDriver::PostgreSQL)
+            dialecto->diferencias = postgresql;
+    }
+    return dialecto;
 }
 
 QString Dialecto::TipoSQL(TipoColumna tipo) const {

@@ -19,7 +19,10 @@ public:
     /// The statement as this database must run it, with the same rows as a result.
     /// The suite's statements were written for a database on which "col <> null" is true
     /// for every non-Null value; on a database that follows the SQL standard (all of ours)
-    /// such a comparison is never true, so it is read as "col is not null".
+    /// such a comparison is never true, so it is read as "col is not null". Beyond that, the
+    /// statements give on SQLite the rows the suite expects; a database that reads some of
+    /// their text otherwise gets that text reworded, by the differences below.
+    /// Texts between apostrophes and comments are never touched.
     virtual QString Adaptar(const QString &sentencia) const;
 
     /// A value of a result column as the program expects it: Null stays Null, a date is a
@@ -31,6 +34,30 @@ public:
     /// names, which a dialect overrides only where its database spells one otherwise.
     virtual QString TipoSQL(TipoColumna tipo) const;
 
-    /// The dialect of an open Qt database, from its driver.
+    /// The dialect of an open Qt database, from its driver (and, behind an ODBC data source,
+    /// from the database product the driver reports).
     static std::unique_ptr<Dialecto> Para(const QSqlDatabase &base);
+
+    /// How a database reads a statement's text where it differs from SQLite, which is what
+    /// the suite's statements give the expected rows on. Each true member is rewritten by
+    /// Adaptar. PostgreSQL differs in all four.
+    struct Diferencias {
+        /// "like" tells capitals from small letters ('abc' like 'A%' is false). SQLite's
+        /// like ignores the case of ASCII letters: the statement gets "ilike".
+        bool likeDistingueMayusculas = false;
+        /// A backslash in a like pattern escapes the next character. SQLite has no escape
+        /// character unless told: the pattern gets "escape ''".
+        bool likeEscapaConBarra = false;
+        /// Null sorts after every value in ascending order. SQLite puts Null first in an
+        /// ascending order and last in a descending one: each item of "order by" says so.
+        bool nuloOrdenaAlFinal = false;
+        /// A name between double quotes keeps its case ("Nombre" is not the column nombre).
+        /// In SQLite no name depends on case, and the suite's tables and columns are created
+        /// in small letters: a quoted name is written in small letters.
+        bool comillasDistinguenMayusculas = false;
+    };
+    const Diferencias &DiferenciasSQL() const { return diferencias; }
+
+private:
+    Diferencias diferencias;
 };

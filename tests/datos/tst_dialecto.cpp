@@ -1,0 +1,177 @@
+// What differs between the databases: the statements' rewording, and the rows that the
+// reworded statements give, which must be the same on every database the suite runs on.
+#include "apoyo/basedatosprueba.h"
+#include "platform/datos/recordset.h"
+
+#include <QSqlDatabase>
+#include <QStandardPaths>
+#include <QtTest>
+#include <memory>
+
+namespace {
+
+/// The dialect of a driver, from a database that is never opened.
+std::unique_ptr<Dialecto> DialectoDe(const char *driver) {
+    const QString nombre = QStringLiteral("dialecto_") + QLatin1String(driver);
+    std::unique_ptr<Dialecto> d;
+    {
+        const QSqlDatabase base = QSqlDatabase::addDatabase(QLatin1String(driver), nombre);
+        d = Dialecto::Para(base);
+    }
+    QSqlDatabase::removeDatabase(nombre);
+    return d;
+}
+
+} // namespace
+
+class TstDialecto : public QObject {
+    Q_OBJECT
+    std::unique_ptr<BaseDatosPrueba> db;
+
+  private slots:
+    void initTestCase() {
+        QStandardPaths::setTestModeEnabled(true);
+        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
+        db = std::make_unique<BaseDatosPrueba>();
+        const QString producto = QStringLiteral(
+            "insert into productos (codigo, codigocliente, nombre, precio, seccion, borrar) "
+            "values (?, ?, ?, ?, 'S', ?)");
+        // A price goes in as the exact text a record writer binds.
+        db->Ejecutar(producto, {1, "C1", "Camisa", "12.50", 0});
+        db->Ejecutar(producto, {2, "c\\2", QVariant(), "7", 0});
+        db->Ejecutar(producto, {3, QVariant(), "abrigo", "0.10", 1});
+        db->Ejecutar(producto, {5, "C5", "CAMISETA", "1234567890123.45", 0});
+        db->Ejecutar(QStringLiteral("insert into productos_codigosextra values (?, ?)"),
+                     {3, "EAN3"});
+        db->Ejecutar(QStringLiteral("insert into configuracionregional (segundoimpuesto, nombre) "
+                                    "values (?, ?)"),
+                     {true, "España"});
+        db->Ejecutar(QStringLiteral("insert into cabecera_precio values (?, ?, ?, ?, ?)"),
+                     {1, "General", "2026-01-31", "2026-01-31", "2026-12-31"});
+    }
+    void cleanupTestCase() {
+        db.reset();
+        QLocale::setDefault(QLocale::c());
+    }
+
+    void adaptar_data() {
+        QTest::addColumn<QString>("sentencia");
+        QTest::addColumn<QString>("sqlite");
+        QTest::addColumn<QString>("postgresql");
+        const auto igual = [](const char *fila, const char *sql, const char *todas) {
+            QTest::newRow(fila) << sql << todas << todas;
+        };
+        igual("different from null", "select * from t where a <> null and b!=NULL or c<>null",
+              "select * from t where a is not null and b is not NULL or c is not null");
+        igual("literals and comments are left alone",
+              "select 'a <> null like \"X\" order by' -- c like d order by e\nfrom t",
+              "select 'a <> null like \"X\" order by' -- c like d order by e\nfrom t");
+        QTest::newRow("like") << "select a from t where b like 'x%' and c = 1"
+                              << "select a from t where b like 'x%' and c = 1"
+                              << "select a from t where b ilike 'x%' escape '' and c = 1";
+        QTest::newRow("like with an expression")
+            << "select a from t where (b not like '%' || ? || '%') order by a"
+            << "select a from t where (b not like '%' || ? || '%') order by a"
+            << "select a from t where (b not ilike '%' || ? || '%' escape '') order by a "
+               "nulls first";
+        QTest::newRow("like with its own escape")
+            << "select a from t where b like 'x!%' escape '!'"
+            << "select a from t where b like 'x!%' escape '!'"
+            << "select a from t where b ilike 'x!%' escape '!'";
+        QTest::newRow("order by")
+            << "select a from (select a from t order by a desc) s order by f(a, b) asc, "
+               "b nulls last, c limit 5"
+            << "select a from (select a from t order by a desc) s order by f(a, b) asc, "
+               "b nulls last, c limit 5"
+            << "select a from (select a from t order by a desc nulls last) s order by "
+               "f(a, b) asc nulls first, b nulls last, c nulls first limit 5";
+        QTest::newRow("quoted names") << "select \"Nombre\" as \"nomCol\" from \"PRODUCTOS\""
+                                      << "select \"Nombre\" as \"nomCol\" from \"PRODUCTOS\""
+                                      << "select \"nombre\" as \"nomcol\" from \"productos\"";
+    }
+    void adaptar() {
+        QFETCH(QString, sentencia);
+        QFETCH(QString, sqlite);
+        QCOMPARE(DialectoDe("QSQLITE")->Adaptar(sentencia), sqlite);
+        QTEST(DialectoDe("QPSQL")->Adaptar(sentencia), "postgresql");
+    }
+
+    /// Each statement's rows, as the program reads them: the named field's text of every
+    /// row, "<nulo>" for Null, joined by ";".
+    void mismasFilas_data() {
+        QTest::addColumn<QString>("sentencia");
+        QTest::addColumn<QString>("campo");
+        QTest::addColumn<QString>("filas");
+        QTest::newRow("a price as the shop writes it")
+            << "select precio from productos order by codigo"
+            << "precio"
+            << "12,5;7;0,1;1234567890123,45";
+        QTest::newRow("like ignores case") << "select codigo from productos where nombre like "
+                                              "'cam%' order by codigo"
+                                           << "codigo"
+                                           << "1;5";
+        QTest::newRow("a backslash in a pattern is a character")
+            << "select codigo from productos where codigocliente like 'C\\2'"
+            << "codigo"
+            << "2";
+        QTest::newRow("equals tells case") << "select codigo from productos where nombre = "
+                                              "'camisa'"
+                                           << "codigo"
+                                           << "";
+        QTest::newRow("different from null")
+            << "select codigo from productos where codigocliente <> null order by codigo"
+            << "codigo"
+            << "1;2;5";
+        QTest::newRow("null first in an ascending order")
+            << "select nombre from productos order by nombre asc"
+            << "nombre"
+            << "<nulo>;CAMISETA;Camisa;abrigo";
+        QTest::newRow("null last in a descending order")
+            << "select nombre from productos order by nombre desc"
+            << "nombre"
+            << "abrigo;Camisa;CAMISETA;<nulo>";
+        QTest::newRow("quoted names in any case")
+            << "select \"Nombre\" as \"nomCol\" from \"Productos\" where \"CODIGO\" = 1"
+            << "NOMCOL"
+            << "Camisa";
+        QTest::newRow("an alias in any case")
+            << "select tallas.DescripcionCorta as descTall, PRODUCTOS.nombre as nomCol from "
+               "productos left join tallas on productos.codigo = tallas.codigo where "
+               "productos.codigo = 1"
+            << "DESCTALL"
+            << "<nulo>";
+        QTest::newRow("the greatest of nothing is null")
+            << "select max(daton) as num from relaciones_fijas"
+            << "num"
+            << "<nulo>";
+        QTest::newRow("a Boolean") << "Select segundoImpuesto,nombreimpuesto1 from "
+                                      "configuracionRegional"
+                                   << "SegundoImpuesto"
+                                   << "Verdadero";
+        QTest::newRow("a date") << "select preciovalidodesde from cabecera_precio"
+                                << "preciovalidodesde"
+                                << "31/1/2026";
+        QTest::newRow("the search by code")
+            << "SELECT distinct(Productos.Codigo) as codigoInt   FROM Productos LEFT JOIN "
+               "Productos_CodigosExtra ON Productos.Codigo = Productos_CodigosExtra.Codigo   "
+               "WHERE (((Productos_CodigosExtra.Codigo_Extra) like 'ean3')) or codigocliente = "
+               "'ean3' and borrar = 0"
+            << "codigoint"
+            << "3";
+    }
+    void mismasFilas() {
+        QFETCH(QString, sentencia);
+        QFETCH(QString, campo);
+        ADODB::Recordset rs;
+        rs.Open(sentencia, db->Conexion());
+        QStringList filas;
+        for (; !rs.Eof(); rs.MoveNext()) {
+            const ADODB::Field f = rs.Fields(campo);
+            filas << (f.EsNulo() ? QStringLiteral("<nulo>") : f.Texto());
+        }
+        QTEST(filas.join(QLatin1Char(';')), "filas");
+    }
+};
+
+QTEST_GUILESS_MAIN(TstDialecto)
+#include "tst_dialecto.moc"
