@@ -6,11 +6,16 @@
 #include <QTemporaryDir>
 #include <QVariant>
 #include <QVariantList>
+#include <QtTest>
 #include <memory>
 
-/// A fresh SQLite database of the suite for one test: a file in a temporary directory of its
-/// own, with every table of the suite (empty), and an open connection on it. Everything goes
-/// when the object does. Failures raise ErrorBD with SQLite's text.
+/// A fresh suite database for one test, with every table of the suite (empty) and an open
+/// connection on it. Everything goes when the object does. Failures raise ErrorBD with the
+/// database's text.
+///
+/// Where it lives depends on the run: normally an SQLite file in a temporary directory of its
+/// own; when TARIFAS_PRUEBAS_PG holds a PostgreSQL connection string (an account that may
+/// create databases), a database of its own on that server, dropped afterwards.
 class BaseDatosPrueba {
   public:
     BaseDatosPrueba();
@@ -18,11 +23,20 @@ class BaseDatosPrueba {
     BaseDatosPrueba(const BaseDatosPrueba &) = delete;
     BaseDatosPrueba &operator=(const BaseDatosPrueba &) = delete;
 
+    /// True in the run on a PostgreSQL server.
+    static bool EnPostgreSQL();
+    /// The server's connection string in that run (empty otherwise).
+    static QString CadenaServidor();
+
     ADODB::Connection &Conexion() { return *conexion; }
-    /// The database file, and the connection string that reaches it ("sqlite:" + file).
+    /// The connection string that reaches this database ("sqlite:" + file, or the server's
+    /// string naming the test's own database).
+    QString Cadena() const { return cadena; }
+    /// The SQLite file; empty in the PostgreSQL run.
     QString Ruta() const;
-    QString Cadena() const;
-    /// The temporary directory, for any other file a test needs.
+    /// The PostgreSQL database's name; empty in the SQLite run.
+    QString NombreBase() const { return nombreBase; }
+    /// The temporary directory, for any other file a test needs (in either run).
     QString Directorio() const { return dir.path(); }
 
     /// Runs setup SQL (a statement that changes data or the schema), with values bound to
@@ -34,5 +48,21 @@ class BaseDatosPrueba {
 
   private:
     QTemporaryDir dir;
+    QString cadena;
+    QString nombreBase;
     std::unique_ptr<ADODB::Connection> conexion;
 };
+
+/// Skips the rest of a test in the PostgreSQL run: for what is about SQLite files as such.
+#define SOLO_SQLITE(motivo)                                                                        \
+    do {                                                                                           \
+        if (BaseDatosPrueba::EnPostgreSQL())                                                       \
+            QSKIP(motivo);                                                                         \
+    } while (false)
+
+/// Skips a test outside the PostgreSQL run: for what only a server can show.
+#define SOLO_POSTGRESQL(motivo)                                                                    \
+    do {                                                                                           \
+        if (!BaseDatosPrueba::EnPostgreSQL())                                                      \
+            QSKIP(motivo);                                                                         \
+    } while (false)

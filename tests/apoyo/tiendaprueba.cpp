@@ -98,8 +98,8 @@ void TiendaPrueba::Catalogo(int cuantos) {
     Ejecutar(
         QStringLiteral("with recursive n(i) as (select 1 union all select i + 1 from n where "
                        "i < ?) insert into productos (codigo, codigocliente, nombre, precio, "
-                       "seccion, borrar) select i, 'C' || i, 'Producto ' || printf('%06d', i), "
-                       "i + 0.5, 'S', 0 from n"),
+                       "seccion, borrar) select i, 'C' || i, 'Producto ' || "
+                       "substr(cast(1000000 + i as text), 2), i + 0.5, 'S', 0 from n"),
         {cuantos});
 }
 

@@ -139,8 +139,8 @@ private slots:
         QTest::addColumn<bool>("segundo");
         QTest::addColumn<QString>("impuesto");
         QTest::addColumn<QString>("region");
-        QTest::newRow("completa") << "(1, 'IGIC', 'Canarias')" << true << "IGIC" << "Canarias";
-        QTest::newRow("impuesto nulo") << "(0, null, 'España')" << false << "Impuesto" << "España";
+        QTest::newRow("completa") << "(true, 'IGIC', 'Canarias')" << true << "IGIC" << "Canarias";
+        QTest::newRow("impuesto nulo") << "(false, null, 'España')" << false << "Impuesto" << "España";
     }
     void regional() {
         QFETCH(QString, fila);

@@ -6,8 +6,13 @@
 #include "platform/datos/recordset.h"
 #include "suite/datos/svcregistros.h"
 
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QSqlField>
+#include <QSqlRecord>
 #include <QStandardPaths>
 #include <QtTest>
+#include <cmath>
 #include <functional>
 #include <memory>
 
@@ -37,6 +42,8 @@ class TstSvcRegistros : public QObject {
     /// Every row of a table as text, column by column in storage order, with typeof():
     /// "what is stored" without going through the code under test.
     QString Volcado(const QString &tabla, const QString &columnas) {
+        if (BaseDatosPrueba::EnPostgreSQL())
+            return VolcadoServidor(tabla, columnas);
         QString volcado;
         const QStringList lista = columnas.split(QLatin1Char(','));
         QStringList partes;
@@ -47,6 +54,41 @@ class TstSvcRegistros : public QObject {
                            " order by rowid)")
                 .arg(partes.join(QStringLiteral(" || ';' || ")), tabla));
         return v.toString();
+    }
+
+    /// A server's columns have one type each, which the table fixes: what is stored is the
+    /// value alone. The dump has SQLite's form, with the type each value would have there
+    /// (a whole price is an integer, a whole double a real, a Boolean 0 or 1), so that one
+    /// expectation serves both.
+    QString VolcadoServidor(const QString &tabla, const QString &columnas) {
+        QSqlQuery q(db->Conexion().Base());
+        const QString sql = QStringLiteral("select %1 from %2 order by ctid").arg(columnas, tabla);
+        if (!q.exec(sql))
+            return q.lastError().text();
+        QStringList filas;
+        while (q.next()) {
+            QStringList valores;
+            for (int c = 0; c < q.record().count(); ++c) {
+                const QVariant v = q.value(c);
+                const double d = v.toDouble();
+                if (q.isNull(c))
+                    valores << QStringLiteral("null");
+                else if (v.typeId() == QMetaType::QDate)
+                    valores << QStringLiteral("text:") + v.toDate().toString(Qt::ISODate);
+                else if (v.typeId() == QMetaType::Bool)
+                    valores << QStringLiteral("integer:%1").arg(v.toBool() ? 1 : 0);
+                else if (v.typeId() == QMetaType::Double && d != std::trunc(d))
+                    valores << QStringLiteral("real:") + QString::number(d, 'g', 15);
+                else if (v.typeId() == QMetaType::Double && q.record().field(c).typeID() == 701)
+                    valores << QStringLiteral("real:%1.0").arg(d, 0, 'f', 0); // double precision
+                else if (v.typeId() == QMetaType::QString)
+                    valores << QStringLiteral("text:") + v.toString();
+                else
+                    valores << QStringLiteral("integer:%1").arg(v.toLongLong());
+            }
+            filas << valores.join(QLatin1Char(';'));
+        }
+        return filas.join(QStringLiteral(" / "));
     }
 
     /// A price list, list 1, with one price, so that "nothing written" can be checked.
@@ -432,7 +474,9 @@ class TstSvcRegistros : public QObject {
                                                        << "detalle_precio"
                                                        << ""
                                                        << "identificador=1 and codigo_inexistente=3"
-                                                       << "no such column";
+                                                       << (BaseDatosPrueba::EnPostgreSQL()
+                                                               ? "does not exist"
+                                                               : "no such column");
         QTest::newRow("delete from an unknown table") << "borrar"
                                                       << "precios"
                                                       << ""
