@@ -8,6 +8,9 @@
 #include <QTextStream>
 #include <QUrl>
 
+#include <pwd.h>
+#include <unistd.h>
+
 namespace {
 
 const QString formasAceptadas =
@@ -164,9 +167,15 @@ bool ExisteOrigenODBC(const QString &dsn) {
     if (nombre.isEmpty() ||
         nombre.compare(QLatin1String("ODBC Data Sources"), Qt::CaseInsensitive) == 0)
         return false;
-    const QString usuario = qEnvironmentVariableIsSet("ODBCINI")
-                                ? qEnvironmentVariable("ODBCINI")
-                                : QDir::home().filePath(QStringLiteral(".odbc.ini"));
+    // unixODBC takes the account's home directory from the password database, not from
+    // $HOME: a program started with another HOME still reads the account's ~/.odbc.ini.
+    QString usuario = qEnvironmentVariable("ODBCINI");
+    if (!qEnvironmentVariableIsSet("ODBCINI")) {
+        const passwd *cuenta = getpwuid(getuid());
+        const QString casa = cuenta && cuenta->pw_dir ? QString::fromLocal8Bit(cuenta->pw_dir)
+                                                      : QStringLiteral("/home");
+        usuario = QDir(casa).filePath(QStringLiteral(".odbc.ini"));
+    }
     const QString sistema =
         qEnvironmentVariableIsSet("ODBCSYSINI")
             ? QDir(qEnvironmentVariable("ODBCSYSINI")).filePath(QStringLiteral("odbc.ini"))

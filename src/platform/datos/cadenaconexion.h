@@ -29,5 +29,6 @@ struct CadenaConexion {
 QString DirectorioDatosSuite();
 
 /// True when unixODBC knows a data source of that name: the user's odbc.ini ($ODBCINI,
-/// else ~/.odbc.ini) or the system's ($ODBCSYSINI/odbc.ini, else /etc/odbc.ini).
+/// else .odbc.ini in the account's home directory, whatever $HOME says) or the system's
+/// ($ODBCSYSINI/odbc.ini, else /etc/odbc.ini).
 bool ExisteOrigenODBC(const QString &dsn);

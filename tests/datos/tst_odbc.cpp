@@ -1,0 +1,184 @@
+// Named data sources through unixODBC: the terminal's "dsn=Corvanta" as a user data source on
+// Debian's SQLite ODBC driver, and (in the PostgreSQL run) the suite's database itself reached
+// through the PostgreSQL ODBC driver. Each test program gets a home of its own; unixODBC takes
+// the account's home from the password database, so ODBCINI points it there.
+#include "apoyo/basedatosprueba.h"
+#include "apoyo/errores.h"
+#include "platform/datos/cadenaconexion.h"
+#include "platform/datos/recordset.h"
+#include "session/principal.h"
+#include "session/sesionsuite.h"
+#include "suite/datos/esquema.h"
+#include "suite/datos/svcconexion.h"
+#include "suite/datos/svcregistros.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSqlQuery>
+#include <QStandardPaths>
+#include <QtTest>
+
+class TstOdbc : public QObject {
+    Q_OBJECT
+    QTemporaryDir casa;
+
+    QString OdbcIni() const { return casa.filePath(QStringLiteral(".odbc.ini")); }
+
+    /// The user's odbc.ini, as the README shows it: the terminal's SQLite file under the name
+    /// Corvanta, and whatever other sources a test adds.
+    void DefinirOrigenes(const QString &otros = {}) {
+        QFile f(OdbcIni());
+        QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        f.write(QStringLiteral("[Corvanta]\n"
+                               "Description = This terminal's name\n"
+                               "Driver      = SQLite3\n"
+                               "Database    = %1\n\n%2")
+                    .arg(casa.filePath(QStringLiteral("terminal.sqlite")), otros)
+                    .toUtf8());
+    }
+
+    /// The terminal's file, with its table and one row (or none when `list2` is null).
+    void Terminal(const QString &list1, const QString &list2) {
+        QFile::remove(casa.filePath(QStringLiteral("terminal.sqlite")));
+        ADODB::Connection t;
+        t.Open(QStringLiteral("sqlite:") + casa.filePath(QStringLiteral("terminal.sqlite")));
+        CrearTablasQueFaltan(t, TablasTerminal());
+        if (list2.isNull())
+            return;
+        QSqlQuery q(t.Base());
+        q.prepare(QStringLiteral("insert into listadostemporal (list1, list2) values (?, ?)"));
+        q.addBindValue(list1);
+        q.addBindValue(list2);
+        QVERIFY(q.exec());
+    }
+
+  private slots:
+    void initTestCase() {
+        QVERIFY(casa.isValid());
+        qputenv("HOME", casa.path().toLocal8Bit());
+        qputenv("ODBCINI", OdbcIni().toLocal8Bit());
+        QStandardPaths::setTestModeEnabled(true);
+        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
+    }
+    void init() { Principal::ReiniciarSesion(); }
+    void cleanup() { Principal::ReiniciarSesion(); }
+
+    void terminalPorOrigenDeUsuario() {
+        DefinirOrigenes();
+        Terminal(QStringLiteral("TIENDA 7"), QStringLiteral("CAJA D'OR"));
+        ADODB::Connection c;
+        c.Open(QStringLiteral("dsn=Corvanta"));
+        QCOMPARE(c.Base().driverName(), QStringLiteral("QODBC"));
+        c.Close();
+
+        // Start-up: the terminal's name through ODBC, its employee from the suite's database.
+        BaseDatosPrueba db;
+        db.Ejecutar(QStringLiteral("insert into opciones_terminal values (?, ?)"),
+                    {"CAJA D'OR", 4});
+        db.Ejecutar(QStringLiteral("insert into empleados values (4, 'Lucía', 'Sanz')"));
+        SesionSuite.Conexion = std::make_unique<ADODB::Connection>();
+        SesionSuite.Conexion->Open(db.Cadena());
+        Principal::CargarSesion();
+        QCOMPARE(SesionSuite.list1, QStringLiteral("TIENDA 7"));
+        QCOMPARE(SesionSuite.list2, QStringLiteral("CAJA D'OR"));
+        QCOMPARE(SesionSuite.EmpleadoNombre, QStringLiteral("Lucía S"));
+        // The suite's to fill: nothing of the embedded default was made.
+        SvcConexion().AbrirConexion(db.Cadena(), *SesionSuite.Conexion);
+        QVERIFY(!QFile::exists(QDir(DirectorioDatosSuite()).filePath("Corvanta.sqlite")));
+    }
+
+    void terminalSinFilas() {
+        DefinirOrigenes();
+        Terminal(QStringLiteral("x"), QString());
+        QCOMPARE(Principal::LeerList2(), QString());
+        QCOMPARE(Principal::LeerList1(), QString());
+    }
+
+    void terminalSinTabla() {
+        // The driver's own text reaches the error report.
+        DefinirOrigenes();
+        QFile::remove(casa.filePath(QStringLiteral("terminal.sqlite")));
+        const QString error = ErrorDe([] { Principal::LeerList2(); });
+        QVERIFY2(error.contains(QStringLiteral("listadostemporal")), qPrintable(error));
+    }
+
+    void homeNoEsLaCuenta() {
+        // unixODBC reads the account's ~/.odbc.ini, not $HOME's: neither does the program.
+        qunsetenv("ODBCINI");
+        DefinirOrigenes();
+        const bool visto = ExisteOrigenODBC(QStringLiteral("Corvanta"));
+        qputenv("ODBCINI", OdbcIni().toLocal8Bit());
+        QVERIFY(!visto);
+        QVERIFY(ExisteOrigenODBC(QStringLiteral("Corvanta")));
+    }
+
+    void suiteEnPostgreSQL() {
+        SOLO_POSTGRESQL("The suite's database through ODBC needs the PostgreSQL run's server");
+        BaseDatosPrueba db(false); // its first use, through ODBC, creates the tables
+        const CadenaConexion pg = CadenaConexion::Interpretar(db.Cadena());
+        DefinirOrigenes(QStringLiteral("[Suite]\n"
+                                       "Driver     = PostgreSQL Unicode\n"
+                                       "Servername = %1\n"
+                                       "Port       = %2\n"
+                                       "Database   = %3\n"
+                                       "Username   = %4\n"
+                                       "Password   = %5\n")
+                            .arg(pg.servidor)
+                            .arg(pg.puerto)
+                            .arg(pg.base, pg.usuario, pg.clave));
+        Terminal(QStringLiteral("TIENDA"), QStringLiteral("CAJA1"));
+        SesionSuite.Conexion = std::make_unique<ADODB::Connection>();
+        ADODB::Connection &c = *SesionSuite.Conexion;
+        SvcConexion().AbrirConexion(QStringLiteral("dsn=Suite"), c);
+        QCOMPARE(c.Base().driverName(), QStringLiteral("QODBC"));
+        db.Ejecutar(QStringLiteral("insert into opciones_terminal values ('CAJA1', 1)"));
+        db.Ejecutar(QStringLiteral("insert into productos values (1, 'C1', 'Camisa', 20, 'S', 0), "
+                                   "(2, 'C2', null, 9, 'S', 0)"));
+
+        // Writes through the record writer: dates, a price with a comma, a Boolean.
+        SvcRegistros r;
+        r.InsertarRegistro(c, QStringLiteral("cabecera_precio"),
+                           QStringLiteral("identificador=2|Descripcion=Rebajas d'O|"
+                                          "fechaalta=15/6/2026|preciovalidodesde=1/7/2026|"
+                                          "preciovalidohasta=31/8/2026|"),
+                           {}, false, {});
+        r.InsertarRegistro(c, QStringLiteral("detalle_precio"),
+                           QStringLiteral("identificador=2|producto=1|precio=12,50|"), {}, false,
+                           {});
+        r.InsertarRegistro(c, QStringLiteral("configuracionregional"),
+                           QStringLiteral("segundoImpuesto=S|nombre=Canarias|"), {}, false, {});
+        QCOMPARE(db.Valor(QStringLiteral("select cast(precio as text) from detalle_precio")),
+                 QVariant(QStringLiteral("12.50"))); // exact, as typed
+        QCOMPARE(db.Valor(QStringLiteral("select preciovalidohasta from cabecera_precio")),
+                 QVariant(QDate(2026, 8, 31)));
+
+        // Reads as the screens make them.
+        ADODB::Recordset rs;
+        rs.Open(QStringLiteral("Select descripcion,preciovalidodesde,preciovalidohasta,"
+                               "identificador from cabecera_precio"),
+                c);
+        QCOMPARE(rs.RecordCount(), 1);
+        QCOMPARE((QStringList{rs.Fields(0).Texto(), rs.Fields(1).Texto(), rs.Fields(2).Texto(),
+                              rs.Fields(3).Texto()}),
+                 (QStringList{"Rebajas d'O", "1/7/2026", "31/8/2026", "2"}));
+        rs.Open(QStringLiteral("select precio from detalle_precio"), c);
+        QCOMPARE(rs.Fields(QStringLiteral("PRECIO")).Texto(), QStringLiteral("12,5"));
+        rs.Open(QStringLiteral("select max(daton) as num from relaciones_fijas"), c);
+        QVERIFY(rs.Fields(QStringLiteral("num")).EsNulo());
+        rs.Open(QStringLiteral("select codigo from productos where nombre like 'CAM%' and "
+                               "nombre <> null order by nombre"),
+                c);
+        QCOMPARE(rs.RecordCount(), 1);
+        rs.Open(QStringLiteral("select codigo from productos order by nombre"), c);
+        QCOMPARE(rs.Fields(QStringLiteral("codigo")).Texto(), QStringLiteral("2")); // Null first
+
+        Principal::CargarSesion();
+        QCOMPARE(SesionSuite.list2, QStringLiteral("CAJA1"));
+        QCOMPARE(SesionSuite.empleado, 1);
+        QCOMPARE(SesionSuite.SegundoImpuesto, true);
+        QCOMPARE(SesionSuite.NombreRegional, QStringLiteral("Canarias"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TstOdbc)
+#include "tst_odbc.moc"
