@@ -38,14 +38,14 @@ std::unique_ptr<Dialecto> Dialecto::Para(const QSqlDatabase &base) {
     // its ODBC driver; the values come through each driver in its own way.
     static constexpr Diferencias postgresql{true, true, true, true};
     std::unique_ptr<Dialecto> dialecto;
-    if (driver == QLatin1String("QPSQL")) {
+    if (driver == QLatin1String("QPSQL"))
         dialecto = std::make_unique<DialectoPostgreSQL>();
-        dialecto->diferencias = postgresql;
-    } else {
+    else
         dialecto = std::make_unique<DialectoODBC>();
-        if (base.driver() && base.driver()->dbmsType() == QSqlDriver::PostgreSQL)
-            dialecto->diferencias = postgresql;
-    }
+    if (base.driver())
+        dialecto->producto = base.driver()->dbmsType();
+    if (dialecto->producto == QSqlDriver::PostgreSQL)
+        dialecto->diferencias = postgresql;
     return dialecto;
 }
 

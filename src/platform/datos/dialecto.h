@@ -2,6 +2,7 @@
 
 #include "tipocolumna.h"
 
+#include <QSqlDriver>
 #include <QString>
 #include <QVariant>
 #include <memory>
@@ -58,6 +59,11 @@ public:
     };
     const Diferencias &DiferenciasSQL() const { return diferencias; }
 
+    /// The database product as the driver reports it (UnknownDbms when it says nothing):
+    /// behind an ODBC data source, what the source leads to.
+    QSqlDriver::DbmsType Producto() const { return producto; }
+
 private:
     Diferencias diferencias;
+    QSqlDriver::DbmsType producto = QSqlDriver::UnknownDbms;
 };

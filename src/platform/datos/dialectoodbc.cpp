@@ -1,8 +1,12 @@
 #include "dialectos.h"
 
 QString DialectoODBC::TipoSQL(TipoColumna tipo) const {
-    // Types every SQL database behind ODBC knows. A bare "numeric" would keep no decimals
-    // on some of them, and not all of them have a Boolean or an unbounded text.
+    // A PostgreSQL server behind the data source gets the tables it gets when reached
+    // directly: exact prices as typed, unbounded texts, Booleans.
+    if (Producto() == QSqlDriver::PostgreSQL)
+        return Dialecto::TipoSQL(tipo);
+    // Otherwise, types every SQL database behind ODBC knows. A bare "numeric" would keep no
+    // decimals on some of them, and not all of them have a Boolean or an unbounded text.
     switch (tipo) {
     case TipoColumna::Entero:
         return QStringLiteral("integer");
