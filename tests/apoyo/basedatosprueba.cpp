@@ -91,7 +91,7 @@ QString BaseDatosPrueba::CadenaServidor() {
     return qEnvironmentVariable("TARIFAS_PRUEBAS_PG").trimmed();
 }
 
-BaseDatosPrueba::BaseDatosPrueba() : conexion(std::make_unique<ADODB::Connection>()) {
+BaseDatosPrueba::BaseDatosPrueba(bool conTablas) : conexion(std::make_unique<ADODB::Connection>()) {
     if (!dir.isValid())
         throw ErrorBD(QStringLiteral("No temporary directory: ") + dir.errorString());
     if (EnPostgreSQL()) {
@@ -100,13 +100,17 @@ BaseDatosPrueba::BaseDatosPrueba() : conexion(std::make_unique<ADODB::Connection
         nombreBase =
             QStringLiteral("prueba_%1_%2").arg(QCoreApplication::applicationPid()).arg(++contador);
         Administrar(QStringLiteral("drop database if exists %1").arg(nombreBase));
-        Administrar(QStringLiteral("create database %1 template %2").arg(nombreBase, Plantilla()));
+        Administrar(
+            conTablas
+                ? QStringLiteral("create database %1 template %2").arg(nombreBase, Plantilla())
+                : QStringLiteral("create database %1").arg(nombreBase));
         cadena = CadenaDeBase(nombreBase);
     } else {
         cadena = QStringLiteral("sqlite:") + dir.filePath(QStringLiteral("suite.sqlite"));
     }
     conexion->Open(cadena);
-    CrearTablasQueFaltan(*conexion, TablasSuite());
+    if (conTablas)
+        CrearTablasQueFaltan(*conexion, TablasSuite());
 }
 
 BaseDatosPrueba::~BaseDatosPrueba() {

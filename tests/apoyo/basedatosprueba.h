@@ -18,7 +18,9 @@
 /// create databases), a database of its own on that server, dropped afterwards.
 class BaseDatosPrueba {
   public:
-    BaseDatosPrueba();
+    /// `conTablas` false: the database exists (an empty SQLite file, or a database on the
+    /// server) but holds no table, as a suite's database before its first use.
+    explicit BaseDatosPrueba(bool conTablas = true);
     ~BaseDatosPrueba();
     BaseDatosPrueba(const BaseDatosPrueba &) = delete;
     BaseDatosPrueba &operator=(const BaseDatosPrueba &) = delete;

@@ -1,0 +1,154 @@
+// The suite's database as the run gives it (an SQLite file, or a PostgreSQL server): its first
+// use, start-up on it, and a server connection that goes away while in use.
+#include "apoyo/basedatosprueba.h"
+#include "apoyo/errores.h"
+#include "platform/datos/cadenaconexion.h"
+#include "platform/datos/recordset.h"
+#include "session/principal.h"
+#include "session/sesionsuite.h"
+#include "suite/datos/esquema.h"
+#include "suite/datos/svcconexion.h"
+#include "suite/datos/svcregistros.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSqlQuery>
+#include <QStandardPaths>
+#include <QtTest>
+
+namespace {
+
+int Cuenta(ADODB::Connection &c, const QString &tabla) {
+    ADODB::Recordset rs;
+    rs.Open(QStringLiteral("select count(*) as n from ") + tabla, c);
+    return rs.Fields(QStringLiteral("n")).Entero();
+}
+
+const QString lista = QStringLiteral("fechaalta=1/2/2026|preciovalidodesde=1/2/2026|"
+                                     "preciovalidohasta=28/2/2026|");
+
+} // namespace
+
+class TstServidor : public QObject {
+    Q_OBJECT
+
+    static QString Corvanta() {
+        return QDir(DirectorioDatosSuite()).filePath(QStringLiteral("Corvanta.sqlite"));
+    }
+
+  private slots:
+    void initTestCase() {
+        QStandardPaths::setTestModeEnabled(true);
+        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
+        QFile::remove(Corvanta());
+    }
+    void cleanup() {
+        qunsetenv("TARIFAS_DEMO");
+        Principal::ReiniciarSesion();
+    }
+    void cleanupTestCase() { QFile::remove(Corvanta()); }
+
+    void primerUso_data() {
+        QTest::addColumn<QByteArray>("demo");
+        QTest::addColumn<QStringList>("previas");
+        QTest::addColumn<int>("productos");
+        QTest::addColumn<int>("opciones");
+        QTest::newRow("no tables, no demo") << QByteArray() << QStringList() << 0 << 0;
+        QTest::newRow("no tables, demo asked") << QByteArray("1") << QStringList() << 300 << 1;
+        QTest::newRow("demo asked otherwise") << QByteArray("si") << QStringList() << 0 << 0;
+        QTest::newRow("one table there: kept, and no demo")
+            << QByteArray("1")
+            << QStringList{"create table PRODUCTOS (codigo integer, nombre text)",
+                           "insert into productos values (7, 'Suyo')"}
+            << 1 << 0;
+    }
+    void primerUso() {
+        QFETCH(QByteArray, demo);
+        QFETCH(QStringList, previas);
+        if (!demo.isEmpty())
+            qputenv("TARIFAS_DEMO", demo);
+        BaseDatosPrueba db(false);
+        for (const QString &sql : previas)
+            db.Ejecutar(sql);
+        for (int vez = 1; vez <= 2; ++vez) { // a second start finds it all and adds nothing
+            ADODB::Connection c;
+            SvcConexion().AbrirConexion(db.Cadena(), c);
+            for (const TablaEsquema &t : TablasSuite())
+                Cuenta(c, QLatin1String(t.nombre)); // every table is there to be read
+            QTEST(Cuenta(c, QStringLiteral("productos")), "productos");
+            QTEST(Cuenta(c, QStringLiteral("opciones")), "opciones");
+        }
+    }
+
+    void arranqueConDemo() {
+        // Start-up on the demo shop reads what it reads on the embedded default.
+        qputenv("TARIFAS_DEMO", "1");
+        BaseDatosPrueba db(false);
+        SesionSuite.Conexion = std::make_unique<ADODB::Connection>();
+        SvcConexion().AbrirConexion(db.Cadena(), *SesionSuite.Conexion);
+        Principal::CargarSesion();
+        QCOMPARE(SesionSuite.list2, QStringLiteral("CAJA1"));
+        QCOMPARE(SesionSuite.NumDecimales, qint16(2));
+        QCOMPARE(SesionSuite.EmpleadoNombre, QStringLiteral("María L"));
+        QCOMPARE(SesionSuite.SegundoImpuesto, false);
+        QCOMPARE(SesionSuite.nombreimpuesto1, QStringLiteral("IVA"));
+        QCOMPARE(SesionSuite.NombreRegional, QStringLiteral("España"));
+        QCOMPARE(SesionSuite.multitienda, false);
+        ADODB::Recordset rs;
+        rs.Open(QStringLiteral("select precio from detalle_precio where identificador = 1 and "
+                               "producto = 4"),
+                *SesionSuite.Conexion);
+        QCOMPARE(rs.Fields(QStringLiteral("precio")).Texto(), QStringLiteral("26,95"));
+    }
+
+    void conexionPerdida_data() {
+        QTest::addColumn<bool>("leerPrimero");
+        QTest::newRow("a read comes first") << true;
+        QTest::newRow("a write comes first") << false;
+    }
+    void conexionPerdida() {
+        SOLO_POSTGRESQL("Only a server's connection can be cut from elsewhere");
+        QFETCH(bool, leerPrimero);
+        BaseDatosPrueba db;
+        ADODB::Connection &c = db.Conexion();
+        SvcRegistros registros;
+        registros.InsertarRegistro(c, QStringLiteral("cabecera_precio"),
+                                   QStringLiteral("identificador=1|Descripcion=Antes|") + lista, {},
+                                   false, {});
+        const QVariant proceso = db.Valor(QStringLiteral("select pg_backend_pid()"));
+
+        // The server ends the connection (and waits until it has ended it).
+        ADODB::Connection administracion;
+        administracion.Open(BaseDatosPrueba::CadenaServidor());
+        QSqlQuery corte(administracion.Base());
+        QVERIFY(corte.exec(
+            QStringLiteral("select pg_terminate_backend(%1, 60000)").arg(proceso.toLongLong())));
+        QVERIFY(corte.next() && corte.value(0).toBool());
+
+        const std::function<void()> leer = [&] {
+            ADODB::Recordset rs;
+            rs.Open(QStringLiteral("select * from cabecera_precio"), c);
+        };
+        const std::function<void()> escribir = [&] {
+            registros.InsertarRegistro(
+                c, QStringLiteral("cabecera_precio"),
+                QStringLiteral("identificador=2|Descripcion=Despues|") + lista, {}, false, {});
+        };
+        const QString primero = ErrorDe(leerPrimero ? leer : escribir);
+        const QString segundo = ErrorDe(leerPrimero ? escribir : leer);
+        // The first failure carries the server's own words; the next, the driver's.
+        QVERIFY2(primero.contains(QStringLiteral("terminating connection")), qPrintable(primero));
+        QVERIFY2(segundo.contains(QStringLiteral("conexión")),
+                 qPrintable(segundo)); // gone for good
+
+        ADODB::Connection otra;
+        otra.Open(db.Cadena());
+        ADODB::Recordset rs;
+        rs.Open(QStringLiteral("select descripcion from cabecera_precio"), otra);
+        QCOMPARE(rs.RecordCount(), 1);
+        QCOMPARE(rs.Fields(QStringLiteral("descripcion")).Texto(), QStringLiteral("Antes"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TstServidor)
+#include "tst_servidor.moc"
