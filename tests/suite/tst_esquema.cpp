@@ -103,6 +103,7 @@ class TstEsquema : public QObject {
                                       << "idioma text, formulario text, control text, texto text";
     }
     void tablasCreadas() {
+        SOLO_SQLITE("Reads SQLite's own account of a file's schema");
         QFETCH(QString, tabla);
         QFETCH(QString, columnas);
         QVERIFY(CrearTablasQueFaltan(*conexion, TablasSuite()));
@@ -121,6 +122,7 @@ class TstEsquema : public QObject {
                                            << "nombre";
     }
     void indices() {
+        SOLO_SQLITE("Reads SQLite's own account of a file's schema");
         QFETCH(QString, tabla);
         QFETCH(QString, columnas);
         CrearTablasQueFaltan(*conexion, TablasSuite());
@@ -137,6 +139,7 @@ class TstEsquema : public QObject {
     }
 
     void tablaDelTerminal() {
+        SOLO_SQLITE("Reads SQLite's own account of a file's schema");
         QVERIFY(CrearTablasQueFaltan(*conexion, TablasTerminal()));
         QCOMPARE(Tablas(*conexion), QStringList{QStringLiteral("listadostemporal")});
         QCOMPARE(Columnas(*conexion, QStringLiteral("listadostemporal")),
@@ -150,6 +153,7 @@ class TstEsquema : public QObject {
         QTest::newRow("capitals") << "CABECERA_PRECIO";
     }
     void tablasExistentesSeRespetan() {
+        SOLO_SQLITE("Reads SQLite's own account of a file's schema");
         QFETCH(QString, existente);
         Ejecutar(QStringLiteral("create table %1 (codigo integer, propia text)").arg(existente));
         Ejecutar(QStringLiteral("insert into %1 values (1, 'dato')").arg(existente));
@@ -165,6 +169,7 @@ class TstEsquema : public QObject {
     }
 
     void todoONada() {
+        SOLO_SQLITE("Reads SQLite's own account of a file's schema");
         // A view stands where the last table should go: its creation fails, and the tables
         // made before it are undone, so the database is left as it was found.
         Ejecutar(QStringLiteral("create view traducciones as select 1 as idioma"));
