@@ -12,7 +12,7 @@ temporal=$(mktemp -d "${TMPDIR:-/tmp}/tarifas-pruebas.XXXXXX")
 chmod 755 "$temporal" # as root the server runs as the postgres user, who must get in
 servidor=""
 terminar() {
-  "$raiz/scripts/postgres_temporal.sh" stop "$temporal/servidor" || true
+  "$raiz/scripts/postgres_temporal.sh" stop "$temporal/servidor" 2>/dev/null || true
   rm -rf "$temporal"
   # The build directory is left without the server that no longer exists.
   if [ -n "$servidor" ]; then
