@@ -87,13 +87,6 @@ class TstOdbc : public QObject {
         QVERIFY(!QFile::exists(QDir(DirectorioDatosSuite()).filePath("Corvanta.sqlite")));
     }
 
-    void terminalSinFilas() {
-        DefinirOrigenes();
-        Terminal(QStringLiteral("x"), QString());
-        QCOMPARE(Principal::LeerList2(), QString());
-        QCOMPARE(Principal::LeerList1(), QString());
-    }
-
     void terminalSinTabla() {
         // The driver's own text reaches the error report.
         DefinirOrigenes();
