@@ -122,11 +122,14 @@ void Recordset::LeerConQt(const QSqlDatabase &base, const Dialecto &dialecto, co
     QSqlQuery q(base);
     // Every result is read whole and at once, so the driver need not keep rows behind us.
     q.setForwardOnly(true);
-    if (!q.prepare(texto))
-        throw ErrorBD(TextoError(q.lastError(), texto));
-    for (const QVariant &valor : valores)
-        q.addBindValue(valor);
-    if (!q.exec())
+    // A statement with nothing to bind runs as it stands: preparing it first would cost a
+    // server two more round trips for each query.
+    const bool ok = valores.isEmpty() ? q.exec(texto) : q.prepare(texto) && [&] {
+        for (const QVariant &valor : valores)
+            q.addBindValue(valor);
+        return q.exec();
+    }();
+    if (!ok)
         throw ErrorBD(TextoError(q.lastError(), texto));
     QStringList leidos;
     ValoresResultado leidas;
