@@ -5,6 +5,7 @@
 #include "suite/datos/esquema.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QUrl>
@@ -136,4 +137,13 @@ void BaseDatosPrueba::Ejecutar(const QString &sql, const QVariantList &valores) 
 QVariant BaseDatosPrueba::Valor(const QString &sql, const QVariantList &valores) {
     QSqlQuery q = Correr(conexion->Base(), sql, valores);
     return q.next() ? q.value(0) : QVariant();
+}
+
+void CrearTerminalSQLite(const QString &ruta, const QString &list1, const QString &list2) {
+    QFile::remove(ruta);
+    ADODB::Connection terminal;
+    terminal.Open(QStringLiteral("sqlite:") + ruta);
+    CrearTablasQueFaltan(terminal, TablasTerminal());
+    Correr(terminal.Base(), QStringLiteral("insert into listadostemporal (list1, list2) values (?, ?)"),
+           {list1, list2});
 }

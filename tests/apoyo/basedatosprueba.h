@@ -55,6 +55,10 @@ class BaseDatosPrueba {
     std::unique_ptr<ADODB::Connection> conexion;
 };
 
+/// The SQLite file of a terminal's own data source at `ruta`, made anew: the table
+/// listadostemporal with the one row (list1, list2). Failures raise ErrorBD.
+void CrearTerminalSQLite(const QString &ruta, const QString &list1, const QString &list2);
+
 /// Skips the rest of a test in the PostgreSQL run: for what is about SQLite files as such.
 #define SOLO_SQLITE(motivo)                                                                        \
     do {                                                                                           \

@@ -14,7 +14,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSqlQuery>
 #include <QStandardPaths>
 #include <QtTest>
 
@@ -37,19 +36,8 @@ class TstOdbc : public QObject {
                     .toUtf8());
     }
 
-    /// The terminal's file, with its table and one row (or none when `list2` is null).
     void Terminal(const QString &list1, const QString &list2) {
-        QFile::remove(casa.filePath(QStringLiteral("terminal.sqlite")));
-        ADODB::Connection t;
-        t.Open(QStringLiteral("sqlite:") + casa.filePath(QStringLiteral("terminal.sqlite")));
-        CrearTablasQueFaltan(t, TablasTerminal());
-        if (list2.isNull())
-            return;
-        QSqlQuery q(t.Base());
-        q.prepare(QStringLiteral("insert into listadostemporal (list1, list2) values (?, ?)"));
-        q.addBindValue(list1);
-        q.addBindValue(list2);
-        QVERIFY(q.exec());
+        CrearTerminalSQLite(casa.filePath(QStringLiteral("terminal.sqlite")), list1, list2);
     }
 
   private slots:

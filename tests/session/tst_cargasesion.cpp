@@ -9,8 +9,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -26,15 +24,7 @@ class TstCargaSesion : public QObject {
 
     /// The terminal's own data source, as the embedded default "dsn=Corvanta".
     void PrepararTerminal(const QString &list1, const QString &list2) {
-        QFile::remove(corvanta);
-        ADODB::Connection t;
-        t.Open(QStringLiteral("sqlite:") + corvanta);
-        CrearTablasQueFaltan(t, TablasTerminal());
-        QSqlQuery q(t.Base());
-        q.prepare(QStringLiteral("insert into listadostemporal (list1, list2) values (?, ?)"));
-        q.addBindValue(list1);
-        q.addBindValue(list2);
-        QVERIFY(q.exec());
+        CrearTerminalSQLite(corvanta, list1, list2);
     }
 
 private slots:

@@ -8,20 +8,13 @@ QString DialectoODBC::TipoSQL(TipoColumna tipo) const {
     // Otherwise, types every SQL database behind ODBC knows. A bare "numeric" would keep no
     // decimals on some of them, and not all of them have a Boolean or an unbounded text.
     switch (tipo) {
-    case TipoColumna::Entero:
-        return QStringLiteral("integer");
-    case TipoColumna::EnteroCorto:
-        return QStringLiteral("smallint");
     case TipoColumna::Texto:
         return QStringLiteral("varchar(255)");
-    case TipoColumna::Fecha:
-        return QStringLiteral("date");
     case TipoColumna::Decimal:
         return QStringLiteral("decimal(18,4)");
-    case TipoColumna::Real:
-        return QStringLiteral("double precision");
     case TipoColumna::Booleano:
         return QStringLiteral("smallint");
+    default:
+        return Dialecto::TipoSQL(tipo);
     }
-    return QStringLiteral("varchar(255)");
 }
