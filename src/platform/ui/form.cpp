@@ -1,5 +1,7 @@
 #include "form.h"
 
+#include <utility>
+
 #include "dtpicker.h"
 #include "grid.h"
 #include "twips.h"
@@ -134,18 +136,22 @@ void Form::destruir(bool ahora)
 {
     // Unload is often called from a handler of one of the screen's own controls (a button's
     // Click): then the widgets go once that event is over, not in the middle of it. Everything
-    // is silenced at once, so nothing of the old screen runs any more.
-    for (Control *c : std::as_const(controles)) {
+    // is silenced before anything goes, so nothing of the old screen runs any more: deleting a
+    // frame takes the widgets inside it along, and a box losing the focus that way must not
+    // reach a handler that would look for controls already gone.
+    const auto viejos = std::exchange(controles, {});
+    for (Control *c : viejos) {
         if (auto *t = qobject_cast<Timer *>(c))
             t->setEnabled(false);
         c->disconnect();
         c->blockSignals(true);
+    }
+    for (Control *c : viejos) {
         if (ahora)
             delete c;
         else
             c->deleteLater();
     }
-    controles.clear();
     if (ventana_) {
         QWidget *v = ventana_;
         ventana_ = nullptr;
