@@ -15,6 +15,7 @@
 #include "register/frmlistas.h"
 #include "session/principal.h"
 #include "session/sesionsuite.h"
+#include "session/vida.h"
 #include "suite/datos/esquema.h"
 
 #include <QApplication>
@@ -175,8 +176,11 @@ void Informe(const char *que, double ms, double base, int filas, int filasBase, 
 }
 
 /// The session as start-up leaves it, on the database at `cadena`.
+/// The run the screens belong to, from AbrirSesion to CerrarSesion.
+std::unique_ptr<Principal::Vida> vida;
+
 void AbrirSesion(const QString &cadena, const QString &tipoNegocio) {
-    Principal::ReiniciarSesion();
+    vida = std::make_unique<Principal::Vida>();
     SesionSuite.Conexion = std::make_unique<ADODB::Connection>();
     SesionSuite.Conexion->Open(cadena);
     SesionSuite.TipoNegocio = tipoNegocio;
@@ -188,7 +192,7 @@ void CerrarSesion() {
     frmTarifas().Unload();
     frmListas().Unload();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    Principal::ReiniciarSesion();
+    vida.reset();
 }
 
 /// The register's hand-over of list 1, timed until the editor's window is exposed; the editor

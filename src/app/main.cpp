@@ -6,10 +6,37 @@
 
 #include <QLocale>
 #include <QScreen>
-#include <exception>
+
+#include <cstdio>
+#include <cstdlib>
+#include <unistd.h>
+
+namespace {
+
+/// While the application object is made: a display that can't be opened is a fatal error of
+/// Qt's, which would abort with a core and a hint to reinstall. The operator gets one line
+/// that says what is wrong instead, and the status 1; Qt's own lines about it are left out.
+void SinPantalla(QtMsgType tipo, const QMessageLogContext &contexto, const QString &texto) {
+    if (tipo == QtFatalMsg) {
+        const QByteArray display = qgetenv("DISPLAY");
+        std::fprintf(stderr,
+                     "tarifas: no se pudo abrir la pantalla gráfica (DISPLAY=%s): el programa "
+                     "necesita un escritorio.\n",
+                     display.isEmpty() ? "sin definir" : display.constData());
+        std::fflush(stderr);
+        _exit(1);
+    }
+    if (contexto.category && QByteArray(contexto.category).startsWith("qt.qpa"))
+        return;
+    std::fprintf(stderr, "%s\n", texto.toLocal8Bit().constData());
+}
+
+} // namespace
 
 int main(int argc, char **argv) {
+    const QtMessageHandler anterior = qInstallMessageHandler(SinPantalla);
     AplicacionTarifas aplicacion(argc, argv);
+    qInstallMessageHandler(anterior);
     QCoreApplication::setApplicationName(QStringLiteral("tarifas"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Tarifas"));
     // Dates and prices follow the system's regional settings. A system with none (the C or
@@ -22,9 +49,7 @@ int main(int argc, char **argv) {
         const QSize tamano = pantalla->availableGeometry().size();
         SvcOpciones::FijarTamanoPantalla(ATwips(tamano.width()), ATwips(tamano.height()));
     }
-    try {
-        return Principal::Main();
-    } catch (const std::exception &error) {
-        InformeError(QString::fromUtf8(error.what()));
-    }
+    // Main owns the session, the services and the screens, and ends them all before the
+    // application object goes.
+    return Principal::Main();
 }

@@ -1,10 +1,14 @@
 #include "principal.h"
 
 #include "platform/datos/sistema.h"
+#include "platform/ui/informeerror.h"
 #include "register/frmlistas.h"
 #include "session/principal.h"
 #include "session/sesionsuite.h"
+#include "session/vida.h"
 #include "suite/datos/svcconexion.h"
+
+#include <exception>
 
 namespace Principal {
 
@@ -12,11 +16,22 @@ int Main() {
     // A second copy ends at once, silently, before it touches the database.
     if (HayInstanciaPrevia())
         return 0;
-    SesionSuite.Conexion = std::make_unique<ADODB::Connection>();
-    svcConexion().AbrirConexion(QString(), *SesionSuite.Conexion);
-    CargarSesion();
-    frmListas().ShowModal();
-    return 0;
+    // Everything the program makes from here on ends with `vida`, before the caller's
+    // application object does.
+    Vida vida;
+    try {
+        SesionSuite.Conexion = std::make_unique<ADODB::Connection>();
+        svcConexion().AbrirConexion(QString(), *SesionSuite.Conexion);
+        CargarSesion();
+        frmListas().ShowModal();
+    } catch (const FinPrograma &) {
+        // A handler ended the program after the error report; its status stands.
+    } catch (const std::exception &error) {
+        // Start-up has no recovery: the error's own text, and the end.
+        MostrarError(QString::fromUtf8(error.what()));
+        return 1;
+    }
+    return Form::EstadoSalida();
 }
 
 } // namespace Principal

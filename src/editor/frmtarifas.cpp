@@ -1,14 +1,12 @@
 // The editor screen itself: its one instance and the binding of its controls.
 #include "frmtarifas.h"
 
+#include "session/vida.h"
 #include "screens/disenotarifas.h"
 
 FrmTarifas::FrmTarifas() : Form(DisenoTarifas()) {}
 
-FrmTarifas &frmTarifas() {
-    static FrmTarifas pantalla;
-    return pantalla;
-}
+FrmTarifas &frmTarifas() { return Principal::Vida::Pantalla<FrmTarifas>(); }
 
 void FrmTarifas::enlazarControles() {
     frPadre = control<Frame>(QStringLiteral("frPadre"));
@@ -38,13 +36,13 @@ void FrmTarifas::enlazarControles() {
     cmdSalir = control<CommandButton>(QStringLiteral("cmdSalir"));
     Command1 = control<CommandButton>(QStringLiteral("Command1"));
 
-    connect(tmrRegresaLista, &Timer::Tick, this, &FrmTarifas::tmrRegresaLista_Timer);
-    connect(cmdSalir, &CommandButton::Click, this, &FrmTarifas::cmdSalir_Click);
-    connect(Command1, &CommandButton::Click, this, &FrmTarifas::Command1_Click);
-    connect(ct_buscar_c, &TextBox::GotFocus, this, &FrmTarifas::ct_buscar_c_GotFocus);
-    connect(ct_buscar_c, &TextBox::LostFocus, this, &FrmTarifas::ct_buscar_c_LostFocus);
-    connect(ct_buscar_n, &TextBox::GotFocus, this, &FrmTarifas::ct_buscar_n_GotFocus);
-    connect(ct_buscar_n, &TextBox::LostFocus, this, &FrmTarifas::ct_buscar_n_LostFocus);
-    connect(txt_NuevoPrecio, &TextBox::GotFocus, this, &FrmTarifas::txt_NuevoPrecio_GotFocus);
-    connect(txt_NuevoPrecio, &TextBox::LostFocus, this, &FrmTarifas::txt_NuevoPrecio_LostFocus);
+    Enlazar(tmrRegresaLista, &Timer::Tick, &FrmTarifas::tmrRegresaLista_Timer);
+    Enlazar(cmdSalir, &CommandButton::Click, &FrmTarifas::cmdSalir_Click);
+    Enlazar(Command1, &CommandButton::Click, &FrmTarifas::Command1_Click);
+    Enlazar(ct_buscar_c, &TextBox::GotFocus, &FrmTarifas::ct_buscar_c_GotFocus);
+    Enlazar(ct_buscar_c, &TextBox::LostFocus, &FrmTarifas::ct_buscar_c_LostFocus);
+    Enlazar(ct_buscar_n, &TextBox::GotFocus, &FrmTarifas::ct_buscar_n_GotFocus);
+    Enlazar(ct_buscar_n, &TextBox::LostFocus, &FrmTarifas::ct_buscar_n_LostFocus);
+    Enlazar(txt_NuevoPrecio, &TextBox::GotFocus, &FrmTarifas::txt_NuevoPrecio_GotFocus);
+    Enlazar(txt_NuevoPrecio, &TextBox::LostFocus, &FrmTarifas::txt_NuevoPrecio_LostFocus);
 }

@@ -114,5 +114,5 @@ private:
     void leerVariantesDeLista(VariantesDeLista &variantes);
 };
 
-/// The program's one editor screen, made at its first use.
+/// The program's one editor screen, made at its first use and owned by Principal::Vida.
 FrmTarifas &frmTarifas();

@@ -1,5 +1,6 @@
 #include "frmlistas.h"
 
+#include "session/vida.h"
 #include "screens/disenolistas.h"
 #include "session/principal.h"
 #include "session/sesionsuite.h"
@@ -9,10 +10,7 @@
 
 FrmListas::FrmListas() : Form(DisenoListas()) {}
 
-FrmListas &frmListas() {
-    static FrmListas pantalla;
-    return pantalla;
-}
+FrmListas &frmListas() { return Principal::Vida::Pantalla<FrmListas>(); }
 
 void FrmListas::enlazarControles() {
     frCabecera = control<Frame>(QStringLiteral("frCabecera"));
@@ -34,11 +32,11 @@ void FrmListas::enlazarControles() {
     tmrAyuda = control<Timer>(QStringLiteral("tmrAyuda"));
     Open1 = control<VisorAyuda>(QStringLiteral("Open1"));
 
-    connect(grid_precios, &Grid::DblClick, this, &FrmListas::grid_precios_DblClick);
-    connect(cmdSalir, &CommandButton::Click, this, &FrmListas::cmdSalir_Click);
-    connect(Command1, &CommandButton::Click, this, &FrmListas::Command1_Click);
-    connect(txtNomLista, &TextBox::GotFocus, this, &FrmListas::txtNomLista_GotFocus);
-    connect(txtNomLista, &TextBox::LostFocus, this, &FrmListas::txtNomLista_LostFocus);
+    Enlazar(grid_precios, &Grid::DblClick, &FrmListas::grid_precios_DblClick);
+    Enlazar(cmdSalir, &CommandButton::Click, &FrmListas::cmdSalir_Click);
+    Enlazar(Command1, &CommandButton::Click, &FrmListas::Command1_Click);
+    Enlazar(txtNomLista, &TextBox::GotFocus, &FrmListas::txtNomLista_GotFocus);
+    Enlazar(txtNomLista, &TextBox::LostFocus, &FrmListas::txtNomLista_LostFocus);
 }
 
 void FrmListas::Form_Load() {

@@ -58,5 +58,5 @@ private:
     void txtNomLista_LostFocus();
 };
 
-/// The program's one register screen, made at its first use.
+/// The program's one register screen, made at its first use and owned by Principal::Vida.
 FrmListas &frmListas();

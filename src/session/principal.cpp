@@ -4,6 +4,7 @@
 #include "platform/datos/recordset.h"
 #include "platform/datos/sistema.h"
 #include "sesionsuite.h"
+#include "vida.h"
 #include "suite/datos/svcconexion.h"
 #include "suite/datos/svcopciones.h"
 #include "suite/ui/svcaspecto.h"
@@ -154,12 +155,25 @@ QString NombreEmpleado() {
     return resultado;
 }
 
-SvcConexion &svcConexion() { static SvcConexion s; return s; }
-SvcOpciones &svcOpciones() { static SvcOpciones s; return s; }
-SvcAspecto &svcAspecto() { static SvcAspecto s; return s; }
-SvcEscala &svcEscala() { static SvcEscala s; return s; }
-SvcTeclado &svcTeclado() { static SvcTeclado s; return s; }
-SvcTraduccion &svcTraduccion() { static SvcTraduccion s; return s; }
+namespace {
+
+/// The services when no program lives (a test of start-up alone): they hold nothing of Qt or
+/// of the database, so they may outlive everything.
+template <class T> T &Servicio(T Vida::*miembro) {
+    if (Vida *v = Vida::Actual())
+        return v->*miembro;
+    static T sinPrograma;
+    return sinPrograma;
+}
+
+} // namespace
+
+SvcConexion &svcConexion() { return Servicio(&Vida::conexion); }
+SvcOpciones &svcOpciones() { return Servicio(&Vida::opciones); }
+SvcAspecto &svcAspecto() { return Servicio(&Vida::aspecto); }
+SvcEscala &svcEscala() { return Servicio(&Vida::escala); }
+SvcTeclado &svcTeclado() { return Servicio(&Vida::teclado); }
+SvcTraduccion &svcTraduccion() { return Servicio(&Vida::traduccion); }
 
 void ReiniciarSesion() { SesionSuite = RegistroSesion(); }
 

@@ -42,8 +42,6 @@ TiendaPrueba::~TiendaPrueba() {
     frmListas().Unload();
     // The unloaded screens' widgets go at the next pass of the event loop.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    Principal::ReiniciarSesion();
-    base.reset();
 }
 
 void TiendaPrueba::Ejecutar(const QString &sql, const QVariantList &valores) {

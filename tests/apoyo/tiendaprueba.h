@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apoyo/basedatosprueba.h"
+#include "session/vida.h"
 
 #include <QDate>
 #include <QString>
@@ -14,8 +15,8 @@ class FrmTarifas;
 /// A shop for one editor test: a fresh SQLite suite database as the session's connection,
 /// the session as start-up would leave it (design size, look 0, the given business type),
 /// helpers that store products, variants and price lists, and the two ways into the editor:
-/// the register's double click, or a straight load. The destructor unloads both screens and
-/// puts the session back. Setup failures raise ErrorBD.
+/// the register's double click, or a straight load. The destructor ends the run (screens,
+/// services and session) as the program's end does. Setup failures raise ErrorBD.
 class TiendaPrueba {
 public:
     explicit TiendaPrueba(const QString &tipoNegocio = {});
@@ -61,4 +62,6 @@ public:
 
 private:
     std::unique_ptr<BaseDatosPrueba> base;
+    Principal::Vida vida; ///< the screens, services and session of this shop's run: they end
+                          ///< before the database goes (a server drops no database in use)
 };

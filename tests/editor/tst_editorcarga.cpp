@@ -479,8 +479,8 @@ private slots:
         QString texto;
         try {
             frmTarifas().Load();
-        } catch (const ErrorBD &error) {
-            texto = error.Texto();
+        } catch (const ErrorCarga &error) {
+            texto = QString::fromUtf8(error.what());
         }
         QVERIFY2(texto.contains(QLatin1String("productos")), qPrintable(texto));
         QVERIFY(!frmTarifas().Loaded());

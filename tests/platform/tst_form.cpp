@@ -1,6 +1,8 @@
 // The screen builder: a small design table of its own turned into a window.
+#include "platform/datos/errorbd.h"
 #include "platform/ui/dtpicker.h"
 #include "platform/ui/form.h"
+#include "platform/ui/mensajes.h"
 #include "platform/ui/grid.h"
 #include "platform/ui/twips.h"
 #include "platform/ui/visorayuda.h"
@@ -408,6 +410,78 @@ private slots:
         QTimer::singleShot(0, this, [&] { f.Unload(); });
         f.ShowModal();
         QCOMPARE(descargas.count(), 2);
+    }
+
+    // The handler boundary: what the operator sees after a handler fails, and whether the
+    // program goes on. A modal show under the failing handler must give way, and the code
+    // that opened it must not go on.
+    void atender_data() {
+        QTest::addColumn<QString>("error");
+        QTest::addColumn<bool>("termina");
+        QTest::addColumn<QString>("informe");
+        QTest::newRow("la base rechaza un valor: sigue")
+            << "bd" << false << "CHECK constraint failed: precio";
+        QTest::newRow("fallo del programa: termina") << "logica" << true << "Fila 7 fuera de rango";
+        QTest::newRow("error sin texto propio: termina")
+            << "otro" << true << "Error no identificado.";
+    }
+    void atender() {
+        QFETCH(QString, error);
+        QFETCH(bool, termina);
+        QFETCH(QString, informe);
+        Form::Reanudar();
+        RespuestasMensajes cajas;
+        Form encima(disenoOtra), debajo(disenoPrueba);
+        debajo.Load();
+        encima.Load();
+        auto *salir = encima.control<CommandButton>(QStringLiteral("cmdSalir"));
+        bool siguio = false, forzado = false;
+        connect(salir, &CommandButton::Click, &encima, [&] {
+            Form::Atender([&] {
+                if (error == QLatin1String("bd"))
+                    throw ErrorBD(informe);
+                if (error == QLatin1String("logica"))
+                    throw std::logic_error(informe.toStdString());
+                throw 42;
+            });
+        });
+        QTimer::singleShot(0, this, [&] {
+            QTest::mouseClick(salir->widget(), Qt::LeftButton);
+            // The operator, told, leaves the screen (if it is still there).
+            QTimer::singleShot(0, &encima, &Form::Unload);
+        });
+        QTimer::singleShot(10000, this, [&] {
+            forzado = true;
+            encima.Unload();
+        });
+        // The opener's own handler: it shows the screen and would go on after it.
+        Form::Atender([&] {
+            encima.ShowModal();
+            siguio = true;
+        });
+        QVERIFY(!forzado);
+        QCOMPARE(cajas.Mostrados(), QStringList{informe});
+        QCOMPARE(Form::Terminando(), termina);
+        QCOMPARE(Form::EstadoSalida(), termina ? 1 : 0);
+        QCOMPARE(siguio, !termina);
+        QCOMPARE(debajo.Loaded(), !termina); // the end unloads every screen
+        // Once the end is decided, no handler runs any more.
+        bool corrio = false;
+        Form::Atender([&] { corrio = true; });
+        QCOMPARE(corrio, !termina);
+        Form::Reanudar();
+    }
+
+    void cargaFallida() {
+        // A screen whose load fails is gone, and the failure is a failed load, not the
+        // database's error that the operator could mend.
+        struct Fallida : Form {
+            using Form::Form;
+            void Form_Load() override { throw ErrorBD(QStringLiteral("no such table: productos")); }
+        } f(disenoOtra);
+        QVERIFY_THROWS_EXCEPTION(ErrorCarga, f.Load());
+        QVERIFY(!f.Loaded());
+        QCOMPARE(Form::Buscar(QStringLiteral("frmOtra")), nullptr);
     }
 
     void buscar() {

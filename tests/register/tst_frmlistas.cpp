@@ -6,6 +6,7 @@
 #include "register/frmlistas.h"
 #include "session/principal.h"
 #include "session/sesionsuite.h"
+#include "session/vida.h"
 #include "suite/datos/esquema.h"
 #include "suite/ui/svcaspecto.h"
 
@@ -22,6 +23,8 @@
 namespace {
 
 std::unique_ptr<BaseDatosPrueba> db;
+
+std::unique_ptr<Principal::Vida> vida;
 
 void Ejecutar(const QString &sql) { db->Ejecutar(sql); }
 
@@ -69,7 +72,7 @@ private slots:
     }
 
     void init() {
-        Principal::ReiniciarSesion();
+        vida = std::make_unique<Principal::Vida>();
         db = std::make_unique<BaseDatosPrueba>();
         SesionSuite.Conexion = std::make_unique<ADODB::Connection>();
         SesionSuite.Conexion->Open(db->Cadena());
@@ -80,7 +83,7 @@ private slots:
     void cleanup() {
         frmTarifas().Unload();
         frmListas().Unload();
-        Principal::ReiniciarSesion();
+        vida.reset();
         db.reset();
     }
 

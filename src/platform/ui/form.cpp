@@ -1,5 +1,8 @@
 #include "form.h"
 
+#include "informeerror.h"
+#include "platform/datos/errorbd.h"
+
 #include <utility>
 
 #include "dtpicker.h"
@@ -8,6 +11,7 @@
 #include "visorayuda.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QEventLoop>
 #include <QFile>
 #include <QHash>
@@ -29,6 +33,17 @@ QList<Form *> &cargados()
 {
     static QList<Form *> lista;
     return lista;
+}
+
+/// Whether the program is ending, and with which status.
+struct Fin {
+    bool terminando = false;
+    int estado = 0;
+};
+Fin &fin()
+{
+    static Fin f;
+    return f;
 }
 
 /// The window of a screen. Its close box unloads the screen instead of just hiding it.
@@ -120,7 +135,16 @@ void Form::Load()
         throw;
     }
     cargados().append(this);
-    Form_Load();
+    try {
+        Form_Load();
+    } catch (const FinPrograma &) {
+        throw;
+    } catch (const std::exception &error) {
+        // A half-built screen is no use to anyone: it goes, and the error goes on as a failed
+        // load, which the program can't go on from.
+        Unload();
+        throw ErrorCarga(error.what());
+    }
 }
 
 void Form::Unload()
@@ -331,6 +355,56 @@ void Form::ShowModal()
     ventana_->show();
     ventana_->activateWindow();
     bucle.exec();
+    if (fin().terminando)
+        throw FinPrograma{};
+}
+
+void Form::Atender(const std::function<void()> &manejador)
+{
+    if (fin().terminando)
+        return;
+    try {
+        manejador();
+    } catch (const FinPrograma &) {
+        // The program is ending: the screens are already unloaded, there's nothing to say.
+    } catch (const ErrorBD &error) {
+        MostrarError(error.Texto());
+    } catch (const std::exception &error) {
+        MostrarError(QString::fromUtf8(error.what()));
+        TerminarPrograma(1);
+    } catch (...) {
+        MostrarError(QStringLiteral("Error no identificado."));
+        TerminarPrograma(1);
+    }
+}
+
+void Form::TerminarPrograma(int estado)
+{
+    if (fin().terminando)
+        return;
+    fin() = {true, estado};
+    // Unloading a screen quits its modal show; the show then throws FinPrograma, so the code
+    // that opened it goes no further.
+    // Without a screen (an event before the first one shows), the application's own loop.
+    if (cargados().isEmpty())
+        QCoreApplication::exit(estado);
+    while (!cargados().isEmpty())
+        cargados().constLast()->Unload();
+}
+
+bool Form::Terminando()
+{
+    return fin().terminando;
+}
+
+int Form::EstadoSalida()
+{
+    return fin().estado;
+}
+
+void Form::Reanudar()
+{
+    fin() = {};
 }
 
 QString Form::Caption() const

@@ -8,8 +8,21 @@
 #include <QPointer>
 #include <QWidget>
 #include <QString>
+#include <functional>
+#include <stdexcept>
+#include <utility>
 
+/// Thrown out of ShowModal once the program is ending (Form::TerminarPrograma), so that the
+/// code that showed a screen doesn't go on with a program that is closing. The handler
+/// boundary and Main catch it; nothing else should.
+struct FinPrograma {};
 
+/// A screen whose load failed: the half-built screen is gone, and the program can't go on
+/// without it. Carries the original error's text.
+class ErrorCarga : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
 
 /// A screen built from its design table. Load() creates the window and every control at
 /// its design place; Unload() destroys them, so the next Load starts from the design again.
@@ -58,6 +71,35 @@ public:
 
     /// The loaded screen of that name (the platform's Forms collection), or nullptr.
     static Form *Buscar(const QString &nombre);
+
+    /// Wires an event of a control to a handler of this screen, through Atender: the one line
+    /// a screen writes for each of its handlers, e.g.
+    ///     Enlazar(cmdSalir, &CommandButton::Click, &FrmListas::cmdSalir_Click);
+    template <class Emisor, class Pantalla, class... Args>
+    void Enlazar(Emisor *control, void (Emisor::*evento)(Args...),
+                 void (Pantalla::*manejador)(Args...)) {
+        auto *pantalla = static_cast<Pantalla *>(this);
+        connect(control, evento, this, [pantalla, manejador](Args... args) {
+            Atender([&] { (pantalla->*manejador)(std::forward<Args>(args)...); });
+        });
+    }
+
+    /// The handler boundary: runs one handler of an operator's action, and no error leaves it.
+    /// An ErrorBD (the database refused what was asked, or its connection was lost) is shown in
+    /// the error report and the program goes on: the operator may mend the value and try again.
+    /// Any other error (a screen that couldn't load, a fault of the program) is shown and then
+    /// ends the program cleanly (TerminarPrograma(1)). Once the program is ending, no handler
+    /// runs any more.
+    static void Atender(const std::function<void()> &manejador);
+
+    /// Ends the program cleanly with `estado`: every loaded screen is unloaded, the last loaded
+    /// first, so every modal show returns (throwing FinPrograma) and Main returns `estado`.
+    static void TerminarPrograma(int estado);
+    static bool Terminando();
+    /// What Main returns: 0, or the status TerminarPrograma was given.
+    static int EstadoSalida();
+    /// A new run of the program (Principal::Vida) starts from a program that isn't ending.
+    static void Reanudar();
 
 signals:
     void Unloaded();

@@ -1,12 +1,12 @@
 #include "informeerror.h"
 
+#include "form.h"
 #include "mensajesprueba.h"
 
 #include <QGuiApplication>
 #include <QMessageBox>
 
 #include <cstdio>
-#include <cstdlib>
 #include <exception>
 
 AplicacionTarifas::AplicacionTarifas(int &argc, char **argv) : QApplication(argc, argv) {}
@@ -15,14 +15,21 @@ bool AplicacionTarifas::notify(QObject *receptor, QEvent *evento)
 {
     try {
         return QApplication::notify(receptor, evento);
+    } catch (const FinPrograma &) {
+        // The program is already ending.
     } catch (const std::exception &error) {
-        InformeError(QString::fromUtf8(error.what()));
+        if (!Form::Terminando())
+            MostrarError(QString::fromUtf8(error.what()));
+        Form::TerminarPrograma(1);
     } catch (...) {
-        InformeError(QStringLiteral("Error no identificado."));
+        if (!Form::Terminando())
+            MostrarError(QStringLiteral("Error no identificado."));
+        Form::TerminarPrograma(1);
     }
+    return false;
 }
 
-void InformeError(const QString &texto)
+void MostrarError(const QString &texto)
 {
     std::fprintf(stderr, "%s\n", texto.toLocal8Bit().constData());
     std::fflush(stderr);
@@ -33,6 +40,6 @@ void InformeError(const QString &texto)
     if (mensajes_prueba::Interceptando())
         mensajes_prueba::Registrar(texto);
     else if (!sinPantalla && qobject_cast<QApplication *>(QCoreApplication::instance()))
-        QMessageBox::critical(nullptr, QApplication::applicationDisplayName(), texto);
-    std::exit(1);
+        QMessageBox::critical(QApplication::activeWindow(), QApplication::applicationDisplayName(),
+                              texto);
 }

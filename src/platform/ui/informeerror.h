@@ -2,9 +2,9 @@
 
 #include <QApplication>
 
-/// The platform's standard error report. An error that nothing catches, from any event the
-/// program handles, ends here: its own text goes to standard error and to a message box
-/// titled with the program's title, and the process ends with status 1.
+/// The application object. Its notify is the last resort of the error report: an error that
+/// escapes every handler boundary (Form::Atender) is shown there and ends the program cleanly,
+/// with status 1, instead of unwinding through Qt's event frames.
 class AplicacionTarifas : public QApplication {
     Q_OBJECT
 public:
@@ -12,5 +12,7 @@ public:
     bool notify(QObject *receptor, QEvent *evento) override;
 };
 
-/// Shows `texto` as the error report and ends the process with status 1.
-[[noreturn]] void InformeError(const QString &texto);
+/// The platform's standard error report: `texto`, the error's own text, goes to standard error
+/// and to a message box titled with the program's title, and the program goes on; whether it
+/// then ends is the caller's decision (see Form::Atender).
+void MostrarError(const QString &texto);
