@@ -83,6 +83,13 @@ public:
     /// with it.
     static QString CodigoListaAbierta();
 
+    /// For a write of the editor, inside its unit of work (ADODB::Transaccion): true when the
+    /// open list (lblCodigo) still exists, and then it stays locked against other terminals'
+    /// writes until the unit ends. When another terminal has deleted it, the operator is told
+    /// that nothing was stored, the editor closes (so the register lists what remains), and
+    /// the answer is false: the caller writes nothing.
+    bool ListaSigueViva();
+
 protected:
     void Form_Load() override;
 
