@@ -4,6 +4,6 @@
 set -euo pipefail
 raiz="$(cd "$(dirname "$0")/.." && pwd)"
 "$raiz/scripts/dependencias.sh"
-cmake -S "$raiz" -B "$raiz/build" -DCMAKE_BUILD_TYPE=Release >/dev/null
-cmake --build "$raiz/build" --target tarifas -j"$(nproc)"
-exec "$raiz/build/src/app/tarifas" "$@"
+cmake -S "$raiz" -B "$raiz/build-ejecutar" -DCMAKE_BUILD_TYPE=Release >/dev/null
+cmake --build "$raiz/build-ejecutar" --target tarifas -j"$(nproc)"
+exec "$raiz/build-ejecutar/src/app/tarifas" "$@"

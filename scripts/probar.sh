@@ -5,7 +5,7 @@
 # (CI=true) both runs are required.
 set -euo pipefail
 raiz="$(cd "$(dirname "$0")/.." && pwd)"
-build="$raiz/build"
+build="$raiz/build-pruebas"
 "$raiz/scripts/dependencias.sh"
 
 temporal=$(mktemp -d "${TMPDIR:-/tmp}/tarifas-pruebas.XXXXXX")

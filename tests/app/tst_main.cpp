@@ -1,25 +1,140 @@
-// The program's entry: a second copy ends at once, silently, without touching the database.
+// The program's entry, run as the real program runs: in a process of its own, with the
+// application object, Main and the end of the process. A crash on the way out (something that
+// outlives Qt) shows only there.
+#include "app/principal.h"
 #include "platform/datos/sistema.h"
+#include "platform/ui/controles.h"
+#include "platform/ui/form.h"
+#include "platform/ui/grid.h"
+#include "platform/ui/informeerror.h"
 
 #include <QFile>
 #include <QProcess>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QtTest>
 
+namespace {
+
+/// The variable that makes this test's executable the program, with an operator's case.
+const char *const VariableCaso = "TARIFAS_PRUEBA_CASO";
+
+Form *Pantalla(const char *nombre) { return Form::Buscar(QString::fromLatin1(nombre)); }
+
+void Pulsar(Form *pantalla, const char *boton) {
+    QTest::mouseClick(pantalla->control<CommandButton>(QString::fromLatin1(boton))->widget(),
+                      Qt::LeftButton);
+}
+
+/// Runs `paso` once the screen `nombre` shows, polling the way an operator waits.
+void Cuando(const char *nombre, std::function<void(Form *)> paso) {
+    auto *reloj = new QTimer(qApp);
+    QObject::connect(reloj, &QTimer::timeout, [reloj, nombre, paso] {
+        if (Form *f = Pantalla(nombre); f && f->ventana() && f->ventana()->isVisible()) {
+            reloj->stop();
+            reloj->deleteLater();
+            paso(f);
+        }
+    });
+    reloj->start(20);
+}
+
+/// Opens the register's first list as the double click does.
+void AbrirPrimeraLista(Form *registro) {
+    auto *grid = registro->control<Grid>(QStringLiteral("grid_precios"));
+    grid->setRow(1);
+    emit grid->DblClick();
+}
+
+/// The child: the real start-up, with the operator's hand given by the case.
+int Programa(int argc, char **argv, const QString &caso) {
+    AplicacionTarifas aplicacion(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("tarifas"));
+    if (caso == QLatin1String("puerta")) {
+        Cuando("frmListas", [](Form *r) { Pulsar(r, "cmdSalir"); });
+    } else if (caso == QLatin1String("casilla de cierre")) {
+        Cuando("frmListas", [](Form *r) { r->ventana()->close(); });
+    } else if (caso == QLatin1String("editor y puerta")) {
+        Cuando("frmListas", [](Form *r) {
+            Cuando("frmTarifas", [r](Form *e) {
+                Pulsar(e, "cmdSalir");
+                QTimer::singleShot(50, [r] { Pulsar(r, "cmdSalir"); });
+            });
+            AbrirPrimeraLista(r);
+        });
+    } else if (caso == QLatin1String("carga fallida")) {
+        // Another program of the suite takes the catalogue away while the register is open.
+        Cuando("frmListas", [](Form *r) {
+            {
+                QSqlDatabase otra = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), "otra");
+                otra.setDatabaseName(qEnvironmentVariable("TARIFAS_DB").mid(7));
+                otra.open();
+                QSqlQuery(otra).exec(QStringLiteral("alter table productos rename to viejos"));
+            }
+            QSqlDatabase::removeDatabase(QStringLiteral("otra"));
+            AbrirPrimeraLista(r);
+        });
+    }
+    return Principal::Main();
+}
+
+} // namespace
+
 class TstMain : public QObject {
     Q_OBJECT
-private slots:
-    void segundaInstancia() {
-        QTemporaryDir dir;
-        QVERIFY(dir.isValid());
-        // Locks live in the runtime directory: a private one keeps this test to itself.
-        qputenv("XDG_RUNTIME_DIR", dir.path().toUtf8());
-        const QString ruta = dir.filePath(QStringLiteral("suite.sqlite"));
+    QTemporaryDir dir;
+
+    QProcessEnvironment Entorno(const QString &base) const {
         QProcessEnvironment entorno = QProcessEnvironment::systemEnvironment();
-        entorno.insert(QStringLiteral("TARIFAS_DB"), QStringLiteral("sqlite:") + ruta);
+        entorno.insert(QStringLiteral("TARIFAS_DB"), QStringLiteral("sqlite:") + base);
+        entorno.insert(QStringLiteral("TARIFAS_DEMO"), QStringLiteral("1"));
         entorno.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
         entorno.insert(QStringLiteral("XDG_DATA_HOME"), dir.filePath(QStringLiteral("datos")));
+        // Locks live in the runtime directory: a private one keeps this test to itself.
+        entorno.insert(QStringLiteral("XDG_RUNTIME_DIR"), dir.path());
+        return entorno;
+    }
 
+private slots:
+    void initTestCase() { QVERIFY(dir.isValid()); }
+
+    // How a run ends, as the process's status and its standard error.
+    void salida_data() {
+        QTest::addColumn<QString>("caso");
+        QTest::addColumn<int>("estado");
+        QTest::addColumn<QString>("error");
+        QTest::newRow("la puerta del registro") << "puerta" << 0 << "";
+        QTest::newRow("la casilla de cierre") << "casilla de cierre" << 0 << "";
+        QTest::newRow("el editor y las dos puertas") << "editor y puerta" << 0 << "";
+        QTest::newRow("una carga fallida, tras el informe") << "carga fallida" << 1 << "productos";
+    }
+    void salida() {
+        QFETCH(QString, caso);
+        QFETCH(int, estado);
+        QFETCH(QString, error);
+        const QString base = dir.filePath(QTest::currentDataTag() + QStringLiteral(".sqlite"));
+        QProcess programa;
+        QProcessEnvironment entorno = Entorno(base);
+        entorno.insert(QString::fromLatin1(VariableCaso), caso);
+        programa.setProcessEnvironment(entorno);
+        programa.start(QCoreApplication::applicationFilePath(), {});
+        QVERIFY(programa.waitForFinished(60000));
+        const QString salida = QString::fromLocal8Bit(programa.readAllStandardError());
+        QCOMPARE(programa.exitStatus(), QProcess::NormalExit); // no crash on the way out
+        QVERIFY2(programa.exitCode() == estado, qPrintable(salida));
+        if (error.isEmpty())
+            QCOMPARE(salida, QString());
+        else
+            QVERIFY2(salida.contains(error), qPrintable(salida));
+        // The demo shop the first start made is still there afterwards.
+        QVERIFY(QFile::exists(base));
+    }
+
+    void segundaInstancia() {
+        const QString ruta = dir.filePath(QStringLiteral("suite.sqlite"));
+        QProcessEnvironment entorno = Entorno(ruta);
+        qputenv("XDG_RUNTIME_DIR", dir.path().toUtf8());
         // This test process is the copy that runs; the program started now is the second.
         QVERIFY(!HayInstanciaPrevia(QStringLiteral("tarifas")));
         QProcess segunda;
@@ -30,9 +145,17 @@ private slots:
         QCOMPARE(segunda.exitCode(), 0);
         QCOMPARE(segunda.readAllStandardError(), QByteArray());
         QVERIFY(!QFile::exists(ruta));
-        QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("datos"))));
     }
 };
 
-QTEST_GUILESS_MAIN(TstMain)
+int main(int argc, char **argv) {
+    const QString caso = qEnvironmentVariable(VariableCaso);
+    if (!caso.isEmpty())
+        return Programa(argc, argv, caso);
+    QCoreApplication app(argc, argv);
+    TstMain prueba;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&prueba, argc, argv);
+}
+
 #include "tst_main.moc"
