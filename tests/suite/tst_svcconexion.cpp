@@ -46,12 +46,44 @@ private slots:
         QCOMPARE(SvcConexion::CadenaSuite(), QStringLiteral("postgresql://u:p@127.0.0.1:5432/suite"));
     }
 
-    void baseNuevaConDemo() {
-        const QString ruta = dir.filePath(QStringLiteral("nueva.sqlite"));
-        qputenv("TARIFAS_DB", ("sqlite:" + ruta).toUtf8());
+    void primerArranque_data() {
+        QTest::addColumn<bool>("porDefecto");
+        QTest::addColumn<QByteArray>("demo");
+        QTest::addColumn<bool>("ficheroVacio");
+        QTest::addColumn<bool>("conTienda");
+        QTest::newRow("default place: the demo shop") << true << QByteArray() << false << true;
+        QTest::newRow("default place, first start cut short: the demo shop")
+            << true << QByteArray() << true << true;
+        QTest::newRow("a file named: schema only") << false << QByteArray() << false << false;
+        QTest::newRow("a file named, empty: schema only") << false << QByteArray() << true << false;
+        QTest::newRow("a file named, demo asked") << false << QByteArray("1") << false << true;
+    }
+    void primerArranque() {
+        QFETCH(bool, porDefecto);
+        QFETCH(QByteArray, demo);
+        QFETCH(bool, ficheroVacio);
+        QFETCH(bool, conTienda);
+        const QString ruta = porDefecto
+                                 ? QDir(DirectorioDatosSuite()).filePath(QStringLiteral("tarifas.sqlite"))
+                                 : dir.filePath(QStringLiteral("nueva%1.sqlite").arg(QTest::currentDataTag()));
+        QFile::remove(ruta);
+        if (ficheroVacio) {
+            QFile f(ruta);
+            QVERIFY(f.open(QIODevice::WriteOnly));
+        }
+        if (!porDefecto)
+            qputenv("TARIFAS_DB", ("sqlite:" + ruta).toUtf8());
+        if (!demo.isEmpty())
+            qputenv("TARIFAS_DEMO", demo);
         ADODB::Connection c;
         SvcConexion().AbrirConexion(QString(), c);
         QVERIFY(c.Abierta());
+        QCOMPARE(c.Base().databaseName(), ruta);
+        if (!conTienda) {
+            for (const TablaEsquema &t : TablasSuite())
+                QCOMPARE(Cuenta(c, QLatin1String(t.nombre)), 0);
+            return;
+        }
         QVERIFY(Cuenta(c, QStringLiteral("productos")) >= 200);
         QVERIFY(Cuenta(c, QStringLiteral("cabecera_precio")) >= 3);
         QVERIFY(Cuenta(c, QStringLiteral("detalle_precio")) > 0);
@@ -71,6 +103,9 @@ private slots:
         ADODB::Recordset list2;
         list2.Open(QStringLiteral("Select list2 from listadostemporal"), t);
         QCOMPARE(list2.Fields(QStringLiteral("list2")).Texto(), QStringLiteral("CAJA1"));
+        c.Close();
+        if (porDefecto)
+            QFile::remove(ruta);
     }
 
     void baseExistenteSoloRecibeLoQueFalta() {

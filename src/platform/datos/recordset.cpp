@@ -12,16 +12,9 @@
 #include <QSqlResult>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace ADODB {
-
-namespace {
-
-QString TextoError(const QSqlError &error, const QString &sentencia) {
-    return error.text().trimmed() + QStringLiteral("\nSentencia: ") + sentencia;
-}
-
-} // namespace
 
 QString Field::Name() const {
     return rs->nombres.at(columna);
@@ -101,9 +94,10 @@ void Recordset::Open(const QString &sentencia, const QVariantList &valores, Conn
     Close();
     if (!conexion.Abierta())
         throw ErrorBD(QStringLiteral("La conexión no está abierta.\nSentencia: ") + sentencia);
+    // First, as a use of the connection: one that was lost is opened again here.
+    const QSqlDatabase base = conexion.Base();
     const Dialecto &dialecto = conexion.dialecto();
     const QString texto = dialecto.Adaptar(sentencia);
-    const QSqlDatabase base = conexion.Base();
 
     LecturaSQLite sqlite;
     if (LeerSQLite(base, texto, valores, sqlite)) {
@@ -111,15 +105,15 @@ void Recordset::Open(const QString &sentencia, const QVariantList &valores, Conn
         celdas = std::move(sqlite.valores);
         filas = sqlite.filas;
     } else {
-        LeerConQt(base, dialecto, texto, valores);
+        LeerConQt(conexion, dialecto, texto, valores);
     }
     posicion = 0;
     abierto = true;
 }
 
-void Recordset::LeerConQt(const QSqlDatabase &base, const Dialecto &dialecto, const QString &texto,
+void Recordset::LeerConQt(Connection &conexion, const Dialecto &dialecto, const QString &texto,
                           const QVariantList &valores) {
-    QSqlQuery q(base);
+    QSqlQuery q(std::as_const(conexion).Base());
     // Every result is read whole and at once, so the driver need not keep rows behind us.
     q.setForwardOnly(true);
     // A statement with nothing to bind runs as it stands: preparing it first would cost a
@@ -130,7 +124,7 @@ void Recordset::LeerConQt(const QSqlDatabase &base, const Dialecto &dialecto, co
         return q.exec();
     }();
     if (!ok)
-        throw ErrorBD(TextoError(q.lastError(), texto));
+        throw conexion.Fallo(q.lastError(), texto);
     QStringList leidos;
     ValoresResultado leidas;
     int cuenta = 0;
@@ -151,7 +145,7 @@ void Recordset::LeerConQt(const QSqlDatabase &base, const Dialecto &dialecto, co
             ++cuenta;
         }
         if (q.lastError().isValid())
-            throw ErrorBD(TextoError(q.lastError(), texto));
+            throw conexion.Fallo(q.lastError(), texto);
     }
     nombres = std::move(leidos);
     celdas = std::move(leidas);

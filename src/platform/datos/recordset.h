@@ -79,7 +79,7 @@ private:
     /// current row.
     size_t Celda(int columna) const;
     /// Runs `texto` through Qt's driver and keeps its rows: every database but SQLite.
-    void LeerConQt(const QSqlDatabase &base, const Dialecto &dialecto, const QString &texto,
+    void LeerConQt(Connection &conexion, const Dialecto &dialecto, const QString &texto,
                    const QVariantList &valores);
 
     QStringList nombres;

@@ -5,8 +5,10 @@
 
 /// The operating system's services that the program asks for.
 
-/// True when another copy of this program already runs for this user. The first copy holds
-/// a lock file for as long as it runs; the lock dies with the process, even on a crash.
+/// True when another copy of this program already runs for this account. The first copy holds
+/// a lock on a file of the account's own for as long as it runs; the lock dies with the
+/// process, even on a crash, and a file left behind (empty, or with anything in it) is taken
+/// over. Other accounts have locks of their own.
 bool HayInstanciaPrevia(const QString &programa = QStringLiteral("tarifas"));
 
 /// The directory of the running program, without a trailing separator.

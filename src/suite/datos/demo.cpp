@@ -1,6 +1,7 @@
 #include "demo.h"
 
 #include "platform/datos/errorbd.h"
+#include "platform/datos/transaccion.h"
 
 #include <QDate>
 #include <QSqlDatabase>
@@ -60,10 +61,11 @@ double Rebaja(double precio, double factor) { return std::round(precio * factor 
 } // namespace
 
 void CargarTiendaDemo(ADODB::Connection &conexion) {
+    // All of it or nothing, and part of the caller's unit when one is open: a shop never
+    // stays half filled.
+    ADODB::Transaccion unidad(conexion);
     QSqlDatabase base = conexion.Base();
-    if (!base.transaction())
-        throw ErrorBD(base.lastError().text());
-    try {
+    {
         Insercion opcion(base, QStringLiteral(
             "insert into opciones (numdecimales, multitienda, nombretienda, tiponegocio, estiloaspecto,"
             " indicadoropciones, anchopantalla, altopantalla, idioma) values (?,?,?,?,?,?,?,?,?)"));
@@ -136,10 +138,6 @@ void CargarTiendaDemo(ADODB::Connection &conexion) {
             detalle({3, codigo, Rebaja(PrecioDe(codigo), 0.9), QStringLiteral("-1")});
         Insercion(base, QStringLiteral("insert into relaciones_fijas (indice, daton, dato1) values (?,?,?)"))(
             {QStringLiteral("TarifaAplicada"), 3, QStringLiteral("cliente 12")});
-    } catch (...) {
-        base.rollback();
-        throw;
     }
-    if (!base.commit())
-        throw ErrorBD(base.lastError().text());
+    unidad.Commit();
 }

@@ -1,7 +1,10 @@
 #include "esquema.h"
 
 #include "platform/datos/errorbd.h"
+#include "platform/datos/recordset.h"
+#include "platform/datos/transaccion.h"
 
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QStringList>
@@ -87,26 +90,42 @@ constexpr TablaEsquema tablasSuite[] = {
 constexpr TablaEsquema tablasTerminal[] = {{"listadostemporal", listadosTemporal}};
 
 /// Indexes made with their table. The editor reads a list's prices by list and product,
-/// the variants by their product, and the catalogue sorted by name.
+/// the variants by their product, and the catalogue sorted by name; its code search looks
+/// for a shop code (of a product or of a variant) and for an extra code with a like that
+/// ignores case, which each database indexes in its own spelling.
 struct IndiceEsquema {
     const char *tabla;
     const char *nombre;
     const char *columnas;
+    const char *columnasSQLite = nullptr;
+    const char *columnasPostgreSQL = nullptr;
 };
 constexpr IndiceEsquema indices[] = {
     {"detalle_precio", "ix_detalle_precio_lista_producto", "identificador, producto"},
     {"productostextil", "ix_productostextil_codigopadre", "codigopadre"},
+    {"productostextil", "ix_productostextil_codcliente", "codcliente"},
     {"productos", "ix_productos_nombre", "nombre"},
+    {"productos", "ix_productos_codigocliente", "codigocliente"},
+    {"productos_codigosextra", "ix_codigosextra_codigo_extra", "codigo_extra",
+     "codigo_extra collate nocase", "lower(codigo_extra) text_pattern_ops"},
 };
+
+QLatin1String Columnas(const IndiceEsquema &indice, const Dialecto &dialecto) {
+    if (indice.columnasSQLite && dialecto.Producto() == QSqlDriver::SQLite)
+        return QLatin1String(indice.columnasSQLite);
+    if (indice.columnasPostgreSQL && dialecto.Producto() == QSqlDriver::PostgreSQL)
+        return QLatin1String(indice.columnasPostgreSQL);
+    return QLatin1String(indice.columnas);
+}
 
 bool MismoNombre(const char *a, const QString &b) {
     return b.compare(QLatin1String(a), Qt::CaseInsensitive) == 0;
 }
 
-void Ejecutar(QSqlDatabase &base, const QString &sentencia) {
+void Ejecutar(ADODB::Connection &conexion, QSqlDatabase &base, const QString &sentencia) {
     QSqlQuery q(base);
     if (!q.exec(sentencia))
-        throw ErrorBD(q.lastError().text().trimmed() + QStringLiteral("\nSentencia: ") + sentencia);
+        throw conexion.Fallo(q.lastError(), sentencia);
 }
 
 QString CreateTable(const TablaEsquema &tabla, const Dialecto &dialecto) {
@@ -144,10 +163,29 @@ const ColumnaEsquema *BuscarColumna(const TablaEsquema &tabla, const QString &no
     return nullptr;
 }
 
-bool CrearTablasQueFaltan(ADODB::Connection &conexion, std::span<const TablaEsquema> tablas) {
-    QSqlDatabase base = conexion.Base();
-    const Dialecto &dialecto = conexion.dialecto();
-    const QStringList existentes = base.tables(QSql::Tables);
+namespace {
+
+/// The tables the database has. An empty list is checked with a read of the database's own
+/// catalogue, so that a database that can't be read is never taken for an empty one (and
+/// given a schema it may already have): that read raises ErrorBD with the database's text.
+QStringList TablasExistentes(ADODB::Connection &conexion) {
+    const QStringList existentes = conexion.Base().tables(QSql::Tables);
+    if (existentes.isEmpty()) {
+        const QString driver = conexion.Base().driverName();
+        ADODB::Recordset rs;
+        if (driver == QLatin1String("QSQLITE"))
+            rs.Open(QStringLiteral("select count(*) from sqlite_master"), conexion);
+        else if (driver == QLatin1String("QPSQL"))
+            rs.Open(QStringLiteral("select count(*) from pg_catalog.pg_class"), conexion);
+    }
+    return existentes;
+}
+
+} // namespace
+
+std::vector<const TablaEsquema *> TablasQueFaltan(ADODB::Connection &conexion,
+                                                  std::span<const TablaEsquema> tablas) {
+    const QStringList existentes = TablasExistentes(conexion);
     std::vector<const TablaEsquema *> faltan;
     for (const TablaEsquema &t : tablas) {
         const bool existe = std::any_of(existentes.begin(), existentes.end(),
@@ -155,28 +193,29 @@ bool CrearTablasQueFaltan(ADODB::Connection &conexion, std::span<const TablaEsqu
         if (!existe)
             faltan.push_back(&t);
     }
-    if (faltan.empty())
-        return tablas.empty();
+    return faltan;
+}
 
+bool CrearTablasQueFaltan(ADODB::Connection &conexion, std::span<const TablaEsquema> tablas) {
     // All the missing tables or none: a database left with half a schema would be worse
     // than one that still lacks it. (Databases without transactional DDL do what they can.)
-    const bool transaccion = base.transaction();
-    try {
-        for (const TablaEsquema *t : faltan) {
-            Ejecutar(base, dialecto.Adaptar(CreateTable(*t, dialecto)));
-            for (const IndiceEsquema &i : indices)
-                if (MismoNombre(i.tabla, QLatin1String(t->nombre)))
-                    Ejecutar(base, dialecto.Adaptar(QStringLiteral("create index %1 on %2 (%3)")
-                                                        .arg(QLatin1String(i.nombre),
-                                                             QLatin1String(i.tabla),
-                                                             QLatin1String(i.columnas))));
-        }
-    } catch (...) {
-        if (transaccion)
-            base.rollback();
-        throw;
+    // The list is made inside the unit, so that two terminals starting together don't both
+    // create the same table.
+    ADODB::Transaccion unidad(conexion);
+    const std::vector<const TablaEsquema *> faltan = TablasQueFaltan(conexion, tablas);
+    if (faltan.empty())
+        return tablas.empty();
+    QSqlDatabase base = conexion.Base();
+    const Dialecto &dialecto = conexion.dialecto();
+    for (const TablaEsquema *t : faltan) {
+        Ejecutar(conexion, base, dialecto.Adaptar(CreateTable(*t, dialecto)));
+        for (const IndiceEsquema &i : indices)
+            if (MismoNombre(i.tabla, QLatin1String(t->nombre)))
+                Ejecutar(conexion, base,
+                         dialecto.Adaptar(QStringLiteral("create index %1 on %2 (%3)")
+                                              .arg(QLatin1String(i.nombre), QLatin1String(i.tabla),
+                                                   Columnas(i, dialecto))));
     }
-    if (transaccion && !base.commit())
-        throw ErrorBD(base.lastError().text());
+    unidad.Commit();
     return faltan.size() == tablas.size();
 }

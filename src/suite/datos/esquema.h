@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <span>
+#include <vector>
 
 /// The suite's schema: every table and column the program reads or writes, and the ones the
 /// stand-in services keep (options, translations). It serves two purposes: creating the
@@ -30,6 +31,12 @@ std::span<const TablaEsquema> TablasTerminal();
 const TablaEsquema *BuscarTabla(const QString &nombre);
 const ColumnaEsquema *BuscarColumna(const TablaEsquema &tabla, const QString &nombre);
 
-/// Creates, on `conexion`, those of `tablas` that it lacks; existing tables are left as they
-/// are. Gives true when it created every table (a database that was empty). Raises ErrorBD.
+/// Those of `tablas` that the database of `conexion` lacks. A database whose list of tables
+/// can't be read raises ErrorBD with its text: it is never taken for an empty one.
+std::vector<const TablaEsquema *> TablasQueFaltan(ADODB::Connection &conexion,
+                                                  std::span<const TablaEsquema> tablas);
+
+/// Creates, on `conexion`, those of `tablas` that it lacks, all in one unit of work (which
+/// joins the caller's when one is open); existing tables are left as they are. Gives true
+/// when it created every table (a database that was empty). Raises ErrorBD.
 bool CrearTablasQueFaltan(ADODB::Connection &conexion, std::span<const TablaEsquema> tablas);

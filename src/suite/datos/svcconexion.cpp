@@ -4,22 +4,14 @@
 #include "esquema.h"
 #include "platform/datos/cadenaconexion.h"
 #include "platform/datos/errorbd.h"
+#include "platform/datos/transaccion.h"
 
 #include <QDir>
-#include <QFileInfo>
-#include <QSqlError>
 #include <QSqlQuery>
 
 namespace {
 
-const QString origenTerminal = QStringLiteral("Corvanta");
 const QString terminalDemo = QStringLiteral("CAJA1");
-
-/// True when the string leads to an SQLite file that isn't there yet.
-bool EsSQLiteNueva(const QString &cadena) {
-    const CadenaConexion c = CadenaConexion::Interpretar(cadena);
-    return c.tipo == CadenaConexion::Tipo::SQLite && !QFileInfo::exists(c.ruta);
-}
 
 } // namespace
 
@@ -31,26 +23,38 @@ QString SvcConexion::CadenaSuite() {
 }
 
 void SvcConexion::AbrirConexion(const QString &cadena, ADODB::Connection &conexion) {
-    const QString destino = cadena.isEmpty() ? CadenaSuite() : cadena;
-    const bool nueva = EsSQLiteNueva(destino);
-    conexion.Open(destino);
-    const bool vacia = CrearTablasQueFaltan(conexion, TablasSuite());
-    if (nueva || (vacia && qEnvironmentVariable("TARIFAS_DEMO") == QLatin1String("1")))
-        CargarTiendaDemo(conexion);
+    // The embedded default is the one place a shop appears by itself: a person who names a
+    // database of their own asks for the demo with TARIFAS_DEMO=1.
+    const bool porDefecto = cadena.isEmpty() && qEnvironmentVariable("TARIFAS_DB").trimmed().isEmpty();
+    const bool demo = porDefecto || qEnvironmentVariable("TARIFAS_DEMO") == QLatin1String("1");
+    conexion.Open(cadena.isEmpty() ? CadenaSuite() : cadena);
+    // Only a database that lacks tables is written to, and then the tables and the demo shop
+    // go in one unit: a first start cut short leaves no table, and the next start does it all.
+    if (!TablasQueFaltan(conexion, TablasSuite()).empty()) {
+        ADODB::Transaccion unidad(conexion);
+        if (CrearTablasQueFaltan(conexion, TablasSuite()) && demo)
+            CargarTiendaDemo(conexion);
+        unidad.Commit();
+    }
     PrepararOrigenTerminal();
 }
 
 void PrepararOrigenTerminal() {
-    const QString cadena = QStringLiteral("dsn=") + origenTerminal;
-    if (ExisteOrigenODBC(origenTerminal) || !EsSQLiteNueva(cadena))
+    const QString cadena = QStringLiteral("dsn=") + OrigenTerminal;
+    if (ExisteOrigenODBC(OrigenTerminal))
         return;
     ADODB::Connection terminal;
     terminal.Open(cadena);
-    CrearTablasQueFaltan(terminal, TablasTerminal());
-    QSqlQuery q(terminal.Base());
-    q.prepare(QStringLiteral("insert into listadostemporal (list1, list2) values (?, ?)"));
-    q.addBindValue(QStringLiteral("TIENDA"));
-    q.addBindValue(terminalDemo);
-    if (!q.exec())
-        throw ErrorBD(q.lastError().text());
+    if (TablasQueFaltan(terminal, TablasTerminal()).empty())
+        return;
+    ADODB::Transaccion unidad(terminal);
+    if (CrearTablasQueFaltan(terminal, TablasTerminal())) {
+        QSqlQuery q(terminal.Base());
+        q.prepare(QStringLiteral("insert into listadostemporal (list1, list2) values (?, ?)"));
+        q.addBindValue(QStringLiteral("TIENDA"));
+        q.addBindValue(terminalDemo);
+        if (!q.exec())
+            throw terminal.Fallo(q.lastError(), q.lastQuery());
+    }
+    unidad.Commit();
 }

@@ -2,6 +2,10 @@
 
 #include "platform/datos/recordset.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
 namespace {
 
 double anchoPantalla = 15360.0;
@@ -24,10 +28,44 @@ qint16 Corto(const QVariant &v) {
     return ok && n >= -32768 && n <= 32767 ? qint16(n) : 0;
 }
 
-double Tamano(const QVariant &v, double pantalla) {
+/// The design's size, in twips: a screen is never laid out for less than half of it.
+constexpr double anchoDiseno = 15360.0;
+constexpr double altoDiseno = 11085.0;
+
+/// One stored size, when it is a size to fit the screens to: a number from half the design's
+/// size to ten times the display's. Anything else (1, 1e300, inf, or 1024 where twips were
+/// meant) would make a window nobody can use; it counts as not set.
+bool TamanoValido(const QVariant &v, double diseno, double pantalla) {
     bool ok = false;
     const double d = v.toDouble(&ok);
-    return ok && d > 0 ? d : pantalla;
+    return ok && std::isfinite(d) && d >= diseno / 2 && d <= 10 * std::max(pantalla, diseno);
+}
+
+/// The size to fit the screens to, one dimension of it: the stored one when it serves, else
+/// the display's. Values stored but unusable are said once on stderr, both together.
+double Tamano(ADODB::Connection &conexion, bool ancho) {
+    const QVariant anchoGuardado = Opcion(conexion, QStringLiteral("anchopantalla"));
+    const QVariant altoGuardado = Opcion(conexion, QStringLiteral("altopantalla"));
+    const auto sinValor = [](const QVariant &v) { return v.isNull() || v.toDouble() == 0.0; };
+    const bool anchoSirve = TamanoValido(anchoGuardado, anchoDiseno, anchoPantalla);
+    const bool altoSirve = TamanoValido(altoGuardado, altoDiseno, altoPantalla);
+    static bool dicho = false;
+    if (!dicho &&
+        ((!anchoSirve && !sinValor(anchoGuardado)) || (!altoSirve && !sinValor(altoGuardado)))) {
+        dicho = true;
+        std::fprintf(stderr, "%s\n",
+                     qPrintable(QStringLiteral(
+                                    "Las opciones anchopantalla y altopantalla (%1 x %2) no son un "
+                                    "tamaño de pantalla en twips (de %3 x %4 a diez pantallas): "
+                                    "se usa el de la pantalla.")
+                                    .arg(anchoGuardado.toString(), altoGuardado.toString())
+                                    .arg(anchoDiseno / 2)
+                                    .arg(altoDiseno / 2)));
+        std::fflush(stderr);
+    }
+    if (ancho)
+        return anchoSirve ? anchoGuardado.toDouble() : anchoPantalla;
+    return altoSirve ? altoGuardado.toDouble() : altoPantalla;
 }
 
 } // namespace
@@ -46,11 +84,11 @@ qint16 SvcOpciones::LeerIndicadorOpciones(ADODB::Connection &conexion) {
 }
 
 double SvcOpciones::LeerAnchoPantalla(ADODB::Connection &conexion) {
-    return Tamano(Opcion(conexion, QStringLiteral("anchopantalla")), anchoPantalla);
+    return Tamano(conexion, true);
 }
 
 double SvcOpciones::LeerAltoPantalla(ADODB::Connection &conexion) {
-    return Tamano(Opcion(conexion, QStringLiteral("altopantalla")), altoPantalla);
+    return Tamano(conexion, false);
 }
 
 void SvcOpciones::FijarTamanoPantalla(double anchoTwips, double altoTwips) {

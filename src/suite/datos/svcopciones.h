@@ -7,7 +7,9 @@
 /// The suite's options, from the first row of the table opciones:
 ///   tiponegocio (text), estiloaspecto (small whole number), indicadoropciones (small whole
 ///   number), anchopantalla and altopantalla (twips; Null or 0: the display's own size).
-/// A missing row or a Null gives "", 0, 0 and the display's size.
+/// A missing row or a Null gives "", 0, 0 and the display's size. A stored size below half
+/// the design's (7680 x 5542.5) or above ten times the display's, or not a finite number,
+/// counts as not set; that is said once on stderr.
 class SvcOpciones {
 public:
     qint16 LeerEstiloAspecto(ADODB::Connection &conexion);

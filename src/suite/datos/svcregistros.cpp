@@ -204,11 +204,11 @@ void Ejecutar(ADODB::Connection &conexion, const QString &sentencia,
     const QString texto = conexion.dialecto().Adaptar(sentencia);
     QSqlQuery q(conexion.Base());
     if (!q.prepare(texto))
-        throw ErrorBD(q.lastError().text().trimmed() + QStringLiteral("\nSentencia: ") + texto);
+        throw conexion.Fallo(q.lastError(), texto);
     for (const Campo &c : campos)
         q.addBindValue(c.valor);
     if (!q.exec())
-        throw ErrorBD(q.lastError().text().trimmed() + QStringLiteral("\nSentencia: ") + texto);
+        throw conexion.Fallo(q.lastError(), texto);
 }
 
 } // namespace
@@ -252,4 +252,13 @@ void SvcRegistros::BorrarRegistro(ADODB::Connection &conexion, const QString &ta
     const QString donde = CriterioObligatorio(t, criterio);
     Ejecutar(conexion, QStringLiteral("DELETE FROM %1 WHERE ").arg(QLatin1String(t.nombre)) + donde,
              {});
+}
+
+QString SvcRegistros::ComprobarCampos(const QString &tabla, const QString &campos) {
+    try {
+        LeerCampos(Tabla(tabla), campos);
+    } catch (const ErrorBD &e) {
+        return e.Texto();
+    }
+    return {};
 }

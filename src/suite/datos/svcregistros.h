@@ -24,4 +24,10 @@ public:
                            const QString &extra2, const QString &extra3);
     void BorrarRegistro(ADODB::Connection &conexion, const QString &tabla,
                         const QString &nombretienda, bool multitienda, const QString &criterio);
+
+    /// What InsertarRegistro or ModificarRegistro would say of this field list before writing
+    /// anything: "" when every value fits its column, else the reason it is refused (the text
+    /// of the ErrorBD the write would raise). Touches no database: a screen asks it first, so
+    /// that a typing slip is refused before any row of a change is deleted.
+    QString ComprobarCampos(const QString &tabla, const QString &campos);
 };

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QSqlDatabase>
+#include <QString>
+
+/// The checks of an SQLite file around its opening, so that a file that can't serve as the
+/// suite's database is told apart from an empty one and named with its cause.
+
+/// Before opening: a file that isn't there must be creatable (its folder exists and can be
+/// written), one that is there must be a readable plain file. Raises ErrorBD naming the file
+/// or the folder and the cause.
+void ComprobarFicheroSQLite(const QString &ruta);
+
+/// After opening (SQLite reads nothing until asked): reads the file's schema once. A file
+/// that another program keeps locked is waited for, said once on stderr after a second, for
+/// `esperaMaxima` ms at most. Raises ErrorBD naming the file and the cause (not a database,
+/// damaged, still locked) with SQLite's own text; nothing is written to the file.
+void ComprobarBaseSQLite(const QSqlDatabase &base, const QString &ruta, int esperaMaxima = 30000);
