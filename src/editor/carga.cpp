@@ -5,6 +5,7 @@
 #include "session/sesionsuite.h"
 #include "suite/ui/svcaspecto.h"
 #include "suite/ui/svcescala.h"
+#include "platform/ui/controles.h"
 #include "suite/ui/svctraduccion.h"
 
 #include <QCoreApplication>
@@ -96,20 +97,32 @@ void FrmTarifas::Command1_Click() {
     Principal::svcTraduccion().GenerarCaptions(*SesionSuite.Conexion, *this);
 }
 
+namespace {
+
+/// A box that takes the focus shows it in the focus colour and has its whole text selected,
+/// so that what the operator types replaces it.
+void AlEntrar(TextBox &caja, const QString &color) {
+    caja.setBackColor(color.toInt());
+    caja.setSelStart(0);
+    caja.setSelLength(int(caja.Text().size()));
+}
+
+} // namespace
+
 void FrmTarifas::ct_buscar_c_GotFocus() {
-    ct_buscar_c->setBackColor(estado.colorConFoco.toInt());
+    AlEntrar(*ct_buscar_c, estado.colorConFoco);
 }
 void FrmTarifas::ct_buscar_c_LostFocus() {
     ct_buscar_c->setBackColor(estado.colorSinFoco.toInt());
 }
 void FrmTarifas::ct_buscar_n_GotFocus() {
-    ct_buscar_n->setBackColor(estado.colorConFoco.toInt());
+    AlEntrar(*ct_buscar_n, estado.colorConFoco);
 }
 void FrmTarifas::ct_buscar_n_LostFocus() {
     ct_buscar_n->setBackColor(estado.colorSinFoco.toInt());
 }
 void FrmTarifas::txt_NuevoPrecio_GotFocus() {
-    txt_NuevoPrecio->setBackColor(estado.colorConFoco.toInt());
+    AlEntrar(*txt_NuevoPrecio, estado.colorConFoco);
 }
 void FrmTarifas::txt_NuevoPrecio_LostFocus() {
     txt_NuevoPrecio->setBackColor(estado.colorSinFoco.toInt());

@@ -45,4 +45,29 @@ void FrmTarifas::enlazarControles() {
     Enlazar(ct_buscar_n, &TextBox::LostFocus, &FrmTarifas::ct_buscar_n_LostFocus);
     Enlazar(txt_NuevoPrecio, &TextBox::GotFocus, &FrmTarifas::txt_NuevoPrecio_GotFocus);
     Enlazar(txt_NuevoPrecio, &TextBox::LostFocus, &FrmTarifas::txt_NuevoPrecio_LostFocus);
+
+    // Validity period and deletion
+    cmdAceptarFecha = control<CommandButton>(QStringLiteral("cmdAceptarFecha"));
+    cmdCancelarFecha = control<CommandButton>(QStringLiteral("cmdCancelarFecha"));
+    cmdEliminar = control<CommandButton>(QStringLiteral("cmdEliminar"));
+    Enlazar(desde, &DTPicker::Change, &FrmTarifas::desde_Change);
+    Enlazar(hasta, &DTPicker::Change, &FrmTarifas::hasta_Change);
+    Enlazar(cmdAceptarFecha, &CommandButton::Click, &FrmTarifas::cmdAceptarFecha_Click);
+    Enlazar(cmdCancelarFecha, &CommandButton::Click, &FrmTarifas::cmdCancelarFecha_Click);
+    Enlazar(cmdEliminar, &CommandButton::Click, &FrmTarifas::cmdEliminar_Click);
+
+    // Price entry, saving and search
+    Frame1 = control<Frame>(QStringLiteral("Frame1"));
+    Label3 = control<Label>(QStringLiteral("Label3"));
+    txt_precio = control<TextBox>(QStringLiteral("txt_precio"));
+    cmdAceptar = control<CommandButton>(QStringLiteral("cmdAceptar"));
+    cmdCancelar = control<CommandButton>(QStringLiteral("cmdCancelar"));
+    Enlazar(grid_productos, &Grid::Click, &FrmTarifas::grid_productos_Click);
+    Enlazar(grid_productos_textil, &Grid::Click, &FrmTarifas::grid_productos_textil_Click);
+    Enlazar(txt_NuevoPrecio, &TextBox::KeyPress, &FrmTarifas::txt_NuevoPrecio_KeyPress);
+    Enlazar(cmdAceptar, &CommandButton::Click, &FrmTarifas::cmdAceptar_Click);
+    Enlazar(cmdCancelar, &CommandButton::Click, &FrmTarifas::cmdCancelar_Click);
+    Enlazar(ct_buscar_c, &TextBox::KeyPress, &FrmTarifas::ct_buscar_c_KeyPress);
+    Enlazar(ct_buscar_c, &TextBox::Change, &FrmTarifas::ct_buscar_c_Change);
+    Enlazar(ct_buscar_n, &TextBox::Change, &FrmTarifas::ct_buscar_n_Change);
 }

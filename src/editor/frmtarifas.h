@@ -90,6 +90,100 @@ public:
     /// the answer is false: the caller writes nothing.
     bool ListaSigueViva();
 
+    // Price entry, saving and search
+    // The price panel frCambio lies over grid_Pseleccionados; the screen is in the list view
+    // (Label3 and Frame1 shown, the panel hidden) or in the entry view (the other way round).
+    Frame *Frame1 = nullptr;
+    Label *Label3 = nullptr;
+    TextBox *txt_precio = nullptr;
+    CommandButton *cmdAceptar = nullptr, *cmdCancelar = nullptr;
+    /// A click on a row of the plain catalogue opens that product in the panel. A click on
+    /// the title row, below the rows, or on a row without a product code opens nothing.
+    void grid_productos_Click();
+    /// The same on the size-and-colour catalogue, with the variant of the row.
+    void grid_productos_textil_Click();
+    /// Fills the state labels and the panel with one product (or variant), empties the new
+    /// price, shows the entry view and puts the focus in txt_NuevoPrecio.
+    void CargarDatosProd(const QString &codProd, const QString &codCli, const QString &nombre,
+                         const QString &precio, const QString &cod_prodTextil,
+                         const QString &talla, const QString &color);
+    /// Opens product `cod` (an internal code as decimal text) from the database; a code that
+    /// productos doesn't hold changes nothing. The variant labels keep their values.
+    void CargarProductoXcodigo(const QString &cod);
+    void txt_NuevoPrecio_KeyPress(int &KeyAscii);
+    /// Saves the typed price (a blank one saves nothing) and goes back to the list view,
+    /// emptying both search boxes. A price the record writer can't read is refused with a
+    /// message before anything is written, and the panel stays open to mend it.
+    void cmdAceptar_Click();
+    /// Back to the list view, saving nothing; the search boxes keep their text.
+    void cmdCancelar_Click();
+
+    /// The save of the panel's price, plain and size-and-colour. true when the panel may close
+    /// (saved, or nothing to save); false when the price was refused and the panel stays, or
+    /// the editor closed because the list is gone.
+    bool GuardarProducto();
+    bool GuardarProducto_textil();
+    /// The delete of the old price and the insert of the new one, as one unit of work. false,
+    /// writing nothing, when the price is refused (told to the operator) or the list is gone.
+    /// A refusal of the database raises ErrorBD with the old price still stored.
+    bool GuardarBDProd();
+    bool GuardarBDProd_textil();
+    /// The saved price into grid_Pseleccionados: its row overwritten, or one row appended.
+    void AñadirGridProd();
+    void AñadirGridProd_textil();
+    /// The first row of grid_Pseleccionados (1..Rows-1) whose column 2 is "" or codProd;
+    /// Rows + 1 when none is.
+    int ObtenerFila(const QString &codProd);
+    /// The same, and column 3 must equal codHijo as well.
+    int ObtenerFila_textil(const QString &codProd, const QString &codHijo);
+
+    /// The internal code of the product whose shop code (a live product) or one of whose
+    /// extra codes (a like pattern: the database's wildcards work) is `cod`; -1 for none.
+    /// The text is bound: any character is just itself in the shop code.
+    qint64 iBuscarCodInternoItem(const QString &cod);
+    /// Enter in ct_buscar_c: opens the product of that code, or selects the text to type over.
+    void ct_buscar_c_KeyPress(int &KeyAscii);
+    /// Size-and-colour mode: an emptied code box shows again the rows a code search left out.
+    void ct_buscar_c_Change();
+    void ct_buscar_n_Change();
+    /// Filters the mode's catalogue grid by the start of the name (column 1), case ignored.
+    void Buscar(const QString &texto);
+    void BusquedaItemsxNombre_Grid(const QString &valor, Grid &grid);
+    /// Shows every row of the mode's catalogue grid again.
+    void AnularBusqueda();
+    void DeshacerBusquedaItemsxNombre_Grid(Grid &grid);
+    /// The size-and-colour code search: a variant's own shop code opens that variant; the
+    /// code of a product without variants opens it with "-1"; the code of a product with
+    /// variants leaves only its rows in the catalogue for the operator to pick one. false
+    /// when no product has that code.
+    bool BuscarCodigo_textil(const QString &cod);
+    /// The catalogue grid of the current mode.
+    Grid &GridCatalogo();
+    // end of price entry, saving and search
+
+    // Validity period and deletion
+    CommandButton *cmdAceptarFecha = nullptr, *cmdCancelarFecha = nullptr,
+                  *cmdEliminar = nullptr;
+    /// Stores the period that desde and hasta show in the open list's header, both dates
+    /// whichever changed, and makes it the stored one (lblDesde, lblHasta). No check of the
+    /// dates: a period may end before it starts. Writes nothing, and closes the editor, when
+    /// another terminal has deleted the list. A refusal of the database raises ErrorBD, with
+    /// nothing written and the labels as they were.
+    void cambiarFecha();
+    /// Puts the stored period back in desde and hasta. A label that holds no date (a list
+    /// stored without one) leaves its control on the date it shows.
+    void regresarFechas();
+
+private:
+    void desde_Change();
+    void hasta_Change();
+    void cmdAceptarFecha_Click();
+    void cmdCancelarFecha_Click();
+    void cmdEliminar_Click();
+    /// Shows or hides the two period buttons, always together.
+    void botonesFecha(bool visibles);
+    // end of validity period and deletion
+
 protected:
     void Form_Load() override;
 

@@ -25,13 +25,19 @@ void FrmListas::VerDetalles(const QString &Nom, const QDate &fdesde, const QDate
     // which already holds the list's code.
     editor.Load();
     editor.lblCodigo->setCaption(lblCodigo->Caption());
+    // A date the control can't show (stored before 1601, or a typo such as year 0026) goes
+    // over as the nearer day it can, and the editor takes that day for the stored one: it
+    // writes nothing unless the operator accepts a period. A list stored without a date
+    // (Null, or a text that is no date) gets an empty label and today in the control.
+    const QDate desdeMostrada = DTPicker::Acotar(fdesde);
+    const QDate hastaMostrada = DTPicker::Acotar(fhasta);
     // The labels go before the date controls: the editor's date handlers compare each
     // control with its label, so the hand-over itself is no change of period.
-    editor.lblDesde->setCaption(FechaATexto(fdesde));
-    editor.lblHasta->setCaption(FechaATexto(fhasta));
+    editor.lblDesde->setCaption(FechaATexto(desdeMostrada));
+    editor.lblHasta->setCaption(FechaATexto(hastaMostrada));
     editor.Label5->setCaption(Nom);
-    editor.desde->setValue(fdesde.isValid() ? fdesde : Hoy());
-    editor.hasta->setValue(fhasta.isValid() ? fhasta : Hoy());
+    editor.desde->setValue(desdeMostrada.isValid() ? desdeMostrada : Hoy());
+    editor.hasta->setValue(hastaMostrada.isValid() ? hastaMostrada : Hoy());
     QCoreApplication::processEvents();
     editor.ShowModal();
     cargarGridPrecios();

@@ -11,6 +11,7 @@
 #include <QDateEdit>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -252,6 +253,30 @@ private slots:
                  qPrintable(editor->text()));
     }
 
+    void fechaAcotada_data() {
+        QTest::addColumn<QDate>("fecha");
+        QTest::addColumn<QDate>("mostrable");
+        QTest::newRow("dentro") << QDate(2026, 3, 4) << QDate(2026, 3, 4);
+        QTest::newRow("primer dia") << QDate(1601, 1, 1) << QDate(1601, 1, 1);
+        QTest::newRow("ultimo dia") << QDate(9999, 12, 31) << QDate(9999, 12, 31);
+        QTest::newRow("dia antes del primero") << QDate(1600, 12, 31) << QDate(1601, 1, 1);
+        QTest::newRow("año 0026") << QDate(26, 5, 1) << QDate(1601, 1, 1);
+        QTest::newRow("dia despues del ultimo") << QDate(10000, 1, 1) << QDate(9999, 12, 31);
+        QTest::newRow("no valida sigue sin valer") << QDate() << QDate();
+    }
+    void fechaAcotada() {
+        QFETCH(QDate, fecha);
+        QFETCH(QDate, mostrable);
+        const QDate acotada = DTPicker::Acotar(fecha);
+        QCOMPARE(acotada.isValid(), mostrable.isValid());
+        if (!mostrable.isValid())
+            return;
+        QCOMPARE(acotada, mostrable);
+        DTPicker dt(QStringLiteral("desde"), nullptr, nullptr);
+        dt.setValue(acotada); // the control takes it
+        QCOMPARE(dt.Value(), mostrable);
+    }
+
     void fechaConTeclas() {
         Banco banco;
         DTPicker dt(QStringLiteral("desde"), &banco.marco, nullptr);
@@ -491,13 +516,58 @@ private slots:
             QCOMPARE(MsgBoxPregunta(QStringLiteral("¿Borrar?")), false);
             QCOMPARE(MsgBoxPregunta(QStringLiteral("¿Seguro?")), true);
             QCOMPARE(MsgBoxPregunta(QStringLiteral("¿Otra vez?")), true); // the queue ran dry: Yes
+            QCOMPARE(MsgBoxPregunta(QStringLiteral("¿Eliminar?"), QStringLiteral("Eliminar Tarifa"),
+                                    IconoPregunta::Ninguno),
+                     true);
             QCOMPARE(r.Mostrados(),
-                     (QStringList{"Guardado", "¿Borrar?", "¿Seguro?", "¿Otra vez?"}));
+                     (QStringList{"Guardado", "¿Borrar?", "¿Seguro?", "¿Otra vez?", "¿Eliminar?"}));
+            QCOMPARE(r.Titulos(), (QStringList{"", "", "", "", "Eliminar Tarifa"}));
             r.Responder(false); // left over when it goes
         }
         RespuestasMensajes otra; // a new one starts with an empty record and an empty queue
         QVERIFY(otra.Mostrados().isEmpty());
         QCOMPARE(MsgBoxPregunta(QStringLiteral("¿Seguro?")), true);
+    }
+
+    // The real box, as the operator meets it: title, icon, buttons, the default one.
+    void preguntaMostrada_data() {
+        QTest::addColumn<QString>("titulo");
+        QTest::addColumn<bool>("sinIcono");
+        QTest::addColumn<bool>("conIntro"); // Enter takes the default; otherwise No is clicked
+        QTest::newRow("titulo propio y sin icono, Intro es Si")
+            << "Eliminar Tarifa" << true << true;
+        QTest::newRow("titulo propio y sin icono, No") << "Eliminar Tarifa" << true << false;
+        QTest::newRow("titulo del programa con icono") << "" << false << true;
+    }
+    void preguntaMostrada() {
+        QFETCH(QString, titulo);
+        QFETCH(bool, sinIcono);
+        QFETCH(bool, conIntro);
+        QApplication::setApplicationDisplayName(QStringLiteral("Tarifas"));
+        QString tituloVisto;
+        QMessageBox::Icon iconoVisto = QMessageBox::Warning;
+        QMessageBox::StandardButtons botones;
+        bool siPorOmision = false;
+        QTimer::singleShot(0, [&] {
+            auto *caja = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            if (!caja)
+                return;
+            tituloVisto = caja->windowTitle();
+            iconoVisto = caja->icon();
+            botones = caja->standardButtons();
+            siPorOmision = caja->defaultButton() == caja->button(QMessageBox::Yes);
+            if (conIntro)
+                QTest::keyClick(caja, Qt::Key_Return);
+            else
+                caja->button(QMessageBox::No)->click();
+        });
+        const bool si = MsgBoxPregunta(QStringLiteral("¿Desea eliminar la tarifa General?"), titulo,
+                                       sinIcono ? IconoPregunta::Ninguno : IconoPregunta::Pregunta);
+        QCOMPARE(tituloVisto, titulo.isEmpty() ? QStringLiteral("Tarifas") : titulo);
+        QCOMPARE(iconoVisto, sinIcono ? QMessageBox::NoIcon : QMessageBox::Question);
+        QCOMPARE(botones, QMessageBox::Yes | QMessageBox::No);
+        QVERIFY(siPorOmision);
+        QCOMPARE(si, conIntro);
     }
 
     void informeError_data() {

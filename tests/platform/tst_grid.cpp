@@ -153,7 +153,8 @@ class TstGrid : public QObject {
         QTest::newRow("encoge bajo la actual") << 10 << 4 << 8 << 3;
         QTest::newRow("solo títulos") << 6 << 1 << 5 << 0;
         QTest::newRow("igual") << 5 << 5 << 4 << 4;
-        QTest::newRow("de títulos a muchas") << 1 << 1001 << 0 << 0;
+        // A fill from the title row alone starts at the first data row.
+        QTest::newRow("de títulos a muchas") << 1 << 1001 << 0 << 1;
     }
 
     void filas() {
@@ -327,14 +328,14 @@ class TstGrid : public QObject {
         b.grid.Clear();
         QCOMPARE(b.grid.Rows(), 2);
         QCOMPARE(b.grid.Cols(), 4);
-        QCOMPARE(b.grid.Row(), 0);
+        QCOMPARE(b.grid.Row(), 1);
         QCOMPARE(b.grid.TextMatrix(0, 2), QStringLiteral("T2"));
         for (int c = 0; c < 4; ++c)
             QCOMPARE(b.grid.TextMatrix(1, c), QString());
         QCOMPARE(b.grid.RowHeight(1), b.grid.RowHeight(0));
         QCoreApplication::processEvents();
         QCOMPARE(b.vista()->model()->rowCount(), 1);
-        QCOMPARE(b.marcadas(), QList<int>{});
+        QCOMPARE(b.vista()->selectionModel()->currentIndex().row(), 0);
         b.grid.setRows(3); // the row 2 that was isn't back
         QCOMPARE(b.grid.RowHeight(2), b.grid.RowHeight(0));
     }
@@ -480,25 +481,28 @@ class TstGrid : public QObject {
         QTest::addColumn<int>("filaEsperada");
         QTest::addColumn<int>("clics");
         QTest::addColumn<int>("dobles");
+        QTest::addColumn<int>("filaRaton");
         const auto caso = [](const char *nombre, const QList<int> &ocultas, int antes, Accion a,
-                             int esperada, int clics = 0, int dobles = 0) {
-            QTest::newRow(nombre) << ocultas << antes << a << esperada << clics << dobles;
+                             int esperada, int clics = 0, int dobles = 0, int raton = -1) {
+            QTest::newRow(nombre) << ocultas << antes << a << esperada << clics << dobles << raton;
         };
         const QList<int> todas = rango(1, 5);
-        caso("clic en la primera", {}, 0, raton(Clic, EnFila, 1), 1, 1);
-        caso("clic en otra", {}, 1, raton(Clic, EnFila, 4), 4, 1);
-        caso("clic en la misma", {}, 2, raton(Clic, EnFila, 2), 2, 1);
-        caso("clic tras ocultas", {1, 2, 3}, 0, raton(Clic, EnFila, 4), 4, 1);
-        caso("clic en el título", {}, 3, raton(Clic, EnTitulo), 3, 1);
-        caso("clic en el título sin fila", {}, 0, raton(Clic, EnTitulo), 0, 1);
-        caso("clic debajo", {}, 2, raton(Clic, Debajo), 2);
-        caso("clic sin filas a la vista", todas, 0, raton(Clic, Debajo), 0);
+        caso("clic en la primera", {}, 0, raton(Clic, EnFila, 1), 1, 1, 0, 1);
+        caso("clic en otra", {}, 1, raton(Clic, EnFila, 4), 4, 1, 0, 4);
+        caso("clic en la misma", {}, 2, raton(Clic, EnFila, 2), 2, 1, 0, 2);
+        caso("clic tras ocultas", {1, 2, 3}, 0, raton(Clic, EnFila, 4), 4, 1, 0, 4);
+        caso("clic en el título", {}, 3, raton(Clic, EnTitulo), 3, 1, 0, 0);
+        caso("clic en el título sin fila", {}, 0, raton(Clic, EnTitulo), 0, 1, 0, 0);
+        // Below the rows the grid is clicked all the same, and no row is chosen.
+        caso("clic debajo", {}, 2, raton(Clic, Debajo), 2, 1, 0, -1);
+        caso("clic sin filas a la vista", todas, 1, raton(Clic, Debajo), 1, 1, 0, -1);
         caso("botón derecho", {}, 2, raton(ClicDerecho, EnFila, 4), 2);
-        caso("clic y doble", {}, 0, raton(ClicYDoble, EnFila, 2), 2, 1, 1);
-        caso("doble solo", {}, 1, raton(DobleClic, EnFila, 4), 4, 0, 1);
-        caso("doble en el título", {}, 3, raton(DobleClic, EnTitulo), 3, 0, 1);
-        caso("clic y doble en el título sin filas", todas, 0, raton(ClicYDoble, EnTitulo), 0, 1, 1);
-        caso("doble debajo", {}, 2, raton(DobleClic, Debajo), 2);
+        caso("clic y doble", {}, 0, raton(ClicYDoble, EnFila, 2), 2, 1, 1, 2);
+        caso("doble solo", {}, 1, raton(DobleClic, EnFila, 4), 4, 0, 1, 4);
+        caso("doble en el título", {}, 3, raton(DobleClic, EnTitulo), 3, 0, 1, 0);
+        caso("clic y doble en el título sin filas", todas, 1, raton(ClicYDoble, EnTitulo), 1, 1, 1,
+             0);
+        caso("doble debajo", {}, 2, raton(DobleClic, Debajo), 2, 0, 1, -1);
         // Keys move over the shown rows and raise nothing. The focus alone chooses no row: a
         // double click on the title would open nothing.
         caso("abajo", {}, 1, tecla(Qt::Key_Down), 2);
@@ -518,17 +522,18 @@ class TstGrid : public QObject {
         QFETCH(int, filaEsperada);
         QFETCH(int, clics);
         QFETCH(int, dobles);
+        QFETCH(int, filaRaton);
         Banco b(5);
         QVERIFY(b.mostrar());
+        QCOMPARE(b.grid.Row(), 1); // filled: the first data row
         ocultar(b.grid, ocultas);
-        if (filaAntes > 0)
-            b.grid.setRow(filaAntes);
+        b.grid.setRow(filaAntes);
         b.vista()->clearFocus();
         QTRY_VERIFY(!b.vista()->hasFocus());
         b.vista()->setFocus(Qt::TabFocusReason);
         QTRY_VERIFY(b.vista()->hasFocus());
         QCOMPARE(b.grid.Row(), filaAntes);
-        QCOMPARE(b.marcadas(), solo(filaAntes));
+        QCOMPARE(b.marcadas(), solo(ocultas.contains(filaAntes) ? 0 : filaAntes));
         QSignalSpy click(&b.grid, &Grid::Click);
         QSignalSpy dblClick(&b.grid, &Grid::DblClick);
         // The handlers read Row: it has moved before they run.
@@ -540,7 +545,8 @@ class TstGrid : public QObject {
         QCOMPARE(click.count(), clics);
         QCOMPARE(dblClick.count(), dobles);
         QCOMPARE(filaEnEvento, QList<int>(clics + dobles, filaEsperada));
-        QCOMPARE(b.marcadas(), solo(filaEsperada));
+        QCOMPARE(b.grid.MouseRow(), filaRaton);
+        QCOMPARE(b.marcadas(), solo(ocultas.contains(filaEsperada) ? 0 : filaEsperada));
     }
 
     void ponerFila_data() {

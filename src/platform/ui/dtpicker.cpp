@@ -6,6 +6,7 @@
 #include <QDateEdit>
 #include <QTextCharFormat>
 
+#include <algorithm>
 #include <stdexcept>
 
 DTPicker::DTPicker(const QString &nombre, Control *contenedor, Form *form)
@@ -23,6 +24,13 @@ DTPicker::DTPicker(const QString &nombre, Control *contenedor, Form *form)
 QDate DTPicker::Value() const
 {
     return editor->date();
+}
+
+QDate DTPicker::Acotar(const QDate &fecha)
+{
+    if (!fecha.isValid())
+        return fecha;
+    return std::clamp(fecha, MinDate(), MaxDate());
 }
 
 void DTPicker::setValue(const QDate &fecha)

@@ -17,6 +17,10 @@ public:
     void setValue(const QDate &fecha);
     static QDate MinDate() { return QDate(1601, 1, 1); }
     static QDate MaxDate() { return QDate(9999, 12, 31); }
+    /// The date the control can show for `fecha`: the date itself between MinDate and MaxDate,
+    /// the nearer end outside them (a stored 1600-12-31, a typo such as year 0026). An
+    /// invalid date stays invalid.
+    static QDate Acotar(const QDate &fecha);
 
     ColorOLE CalendarBackColor() const { return calBack; }
     void setCalendarBackColor(ColorOLE c);

@@ -36,6 +36,7 @@ class VistaGrid : public QTableView {
     bool eligiendoSola = false;
 
   signals:
+    /// A left press or double click on the cells; an invalid index below the last row.
     void pulsada(const QModelIndex &indice);
     void dobleClic(const QModelIndex &indice);
     void tituloPulsado();
@@ -53,7 +54,11 @@ class VistaGrid : public QTableView {
         static_cast<ModeloGrid *>(model())->actualizar();
         const QModelIndex indice = indexAt(e->position().toPoint());
         if (!indice.isValid()) {
+            // Below the rows: the grid is clicked all the same, and no row is chosen.
             e->accept();
+            if (!hasFocus() && focusPolicy() != Qt::NoFocus)
+                setFocus(Qt::MouseFocusReason);
+            emit pulsada(indice);
             return;
         }
         QTableView::mousePressEvent(e);
@@ -67,9 +72,7 @@ class VistaGrid : public QTableView {
         if (e->button() != Qt::LeftButton)
             return;
         static_cast<ModeloGrid *>(model())->actualizar();
-        const QModelIndex indice = indexAt(e->position().toPoint());
-        if (indice.isValid())
-            emit dobleClic(indice);
+        emit dobleClic(indexAt(e->position().toPoint()));
     }
 
     void changeEvent(QEvent *e) override {
@@ -188,7 +191,8 @@ int APixelesMinimo1(double twips) {
 } // namespace
 
 Grid::Grid(const QString &nombre, Control *contenedor, Form *form, const DisenoGrid &diseno)
-    : Control(nombre, contenedor, form), d(diseno), filasMinimas(diseno.rows) {
+    : Control(nombre, contenedor, form), d(diseno), filaActual(diseno.rows > 1 ? 1 : 0),
+      filasMinimas(diseno.rows) {
     if (diseno.fixedRows != 1 || diseno.fixedCols != 0)
         throw std::invalid_argument(
             QStringLiteral("%1: la rejilla admite una fila de títulos y ninguna columna fija "
@@ -253,14 +257,25 @@ Grid::Grid(const QString &nombre, Control *contenedor, Form *form, const DisenoG
     m->setFondoFijo(diseno.backColorFixed == SinColor ? QColor() : AColor(diseno.backColorFixed));
     m->setTextoFijo(diseno.foreColorFixed == SinColor ? QColor() : AColor(diseno.foreColorFixed));
 
+    // The view's rows are the shown ones only: the grid row a press falls on is read through
+    // the published map, so a filtered grid opens the row the operator sees.
     connect(vista, &VistaGrid::pulsada, this, [this](const QModelIndex &indice) {
-        filaActual = m->filaDeGrid(indice.row());
-        colActual = indice.column();
-        mostrarActual(false);
+        if (indice.isValid()) {
+            filaActual = filaRaton = m->filaDeGrid(indice.row());
+            colActual = indice.column();
+            mostrarActual(false);
+        } else {
+            filaRaton = -1;
+        }
         emit Click();
     });
     connect(vista, &VistaGrid::dobleClic, this, [this](const QModelIndex &indice) {
-        const int fila = m->filaDeGrid(indice.row());
+        if (!indice.isValid()) {
+            filaRaton = -1;
+            emit DblClick();
+            return;
+        }
+        const int fila = filaRaton = m->filaDeGrid(indice.row());
         if (fila != filaActual) {
             filaActual = fila;
             colActual = indice.column();
@@ -268,8 +283,14 @@ Grid::Grid(const QString &nombre, Control *contenedor, Form *form, const DisenoG
         }
         emit DblClick();
     });
-    connect(vista, &VistaGrid::tituloPulsado, this, &Grid::Click);
-    connect(vista, &VistaGrid::tituloDobleClic, this, &Grid::DblClick);
+    connect(vista, &VistaGrid::tituloPulsado, this, [this] {
+        filaRaton = 0;
+        emit Click();
+    });
+    connect(vista, &VistaGrid::tituloDobleClic, this, [this] {
+        filaRaton = 0;
+        emit DblClick();
+    });
     connect(vista, &VistaGrid::fuenteCambiada, this, &Grid::trasCambioDeFuente);
     connect(vista->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex &actual) {
@@ -348,7 +369,9 @@ void Grid::setRows(int n) {
         fueraDeRango(
             QStringLiteral("Rows = %1 (la fila de títulos queda siempre: Rows 1 o más)").arg(n));
     m->setFilas(n);
-    filaActual = std::min(filaActual, n - 1);
+    // A grid filled from its title row starts at its first data row, as the grid control
+    // did: a handler that reads Row never reads the titles of a filled grid.
+    filaActual = filaActual == 0 ? std::min(1, n - 1) : std::min(filaActual, n - 1);
     filasMinimas = std::min(filasMinimas, n);
 }
 
@@ -385,7 +408,7 @@ void Grid::setTextMatrix(int fila, int columna, QString &&texto) {
 void Grid::Clear() {
     m->setFilas(1);
     m->setFilas(2);
-    filaActual = 0;
+    filaActual = 1;
     filasMinimas = 1;
 }
 

@@ -22,20 +22,23 @@ enum class AlineacionColumna { Izquierda, Centrado, Derecha };
 /// returns to the event loop, or at Refresh), so a walk over all rows costs one update.
 /// RowHeight answers at once: 0 for a hidden row, the title row's height for a shown one.
 ///
-/// Row is the current row (0 when the grid has no data row or none was chosen); a click or
-/// a key moves it. Click is raised after a press that changes or keeps the current row,
-/// DblClick on a double click (on any row: the handler looks at Row).
+/// Row is the current row: the first data row after every fill (whenever Rows grows from the
+/// title row alone, and at the start), 0 while the grid has no data row; a click or a key
+/// moves it. Click is raised after every left press on the grid, DblClick after every left
+/// double click, wherever they fall: the handler looks at Row, and at MouseRow when it
+/// cares where the mouse was.
 ///
 /// Details this grid settles:
 /// - A left press on a data row makes it current and selects it, then raises Click; a press
-///   on the title row keeps Row and raises Click; a press below the last row does nothing.
-///   A double click on a data row makes it current (if the press before it hadn't) and raises
-///   DblClick; on the title row it raises DblClick with Row unchanged. Up and Down move Row
-///   over the shown rows and raise nothing. Other buttons, and the focus alone, don't move
-///   Row.
+///   on the title row, or below the last shown row, keeps Row and raises Click. A double
+///   click on a data row makes it current (if the press before it hadn't) and raises
+///   DblClick; elsewhere it raises DblClick with Row unchanged. MouseRow is the grid row under
+///   that last press or double click: a data row, 0 for the title row, -1 below the rows.
+///   Up and Down move Row over the shown rows only and raise nothing. Other buttons, and the
+///   focus alone, don't move Row.
 /// - Row keeps pointing at the same grid row while rows are hidden and shown; a hidden
 ///   current row shows no selection until it is shown again. When Rows shrinks below it, Row
-///   becomes the last row (0 with the title row alone); Clear sets it to 0.
+///   becomes the last row (0 with the title row alone); Clear sets it to 1.
 /// - Heights in twips. Shown data rows have the default height, which follows the font,
 ///   unless given one of their own; RowHeight(0) is the title row's height (the default until
 ///   set; 0 hides the title row). A negative height gives a row back the default height.
@@ -67,6 +70,9 @@ public:
 
     int Row() const;
     void setRow(int fila);
+    /// Where the last left press or double click fell: its data row, 0 on the title row, -1
+    /// below the last shown row; -1 before any.
+    int MouseRow() const { return filaRaton; }
     int Col() const;
     void setCol(int columna);
     /// The first data row that shows at the top.
@@ -131,6 +137,7 @@ private:
     DisenoGrid d;           ///< colours and behaviour, as designed and as changed since
     int filaActual = 0;
     int colActual = 0;
+    int filaRaton = -1;
     int superiorPrevio = 0;    ///< the grid row at the top before a publication
     int filasMinimas = 0;      ///< the fewest Rows since the last publication
     bool sincronizando = false; ///< the view's current index is being set from Row

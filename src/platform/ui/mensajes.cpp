@@ -11,6 +11,7 @@ namespace {
 struct Intercepcion {
     int activas = 0;
     QStringList mostrados;
+    QStringList titulos;
     QQueue<bool> respuestas;
 };
 
@@ -20,12 +21,12 @@ Intercepcion &intercepcion()
     return i;
 }
 
-QMessageBox::StandardButton mostrar(QMessageBox::Icon icono, const QString &texto,
-                                    QMessageBox::StandardButtons botones,
+QMessageBox::StandardButton mostrar(QMessageBox::Icon icono, const QString &titulo,
+                                    const QString &texto, QMessageBox::StandardButtons botones,
                                     QMessageBox::StandardButton porOmision)
 {
-    QMessageBox caja(icono, QApplication::applicationDisplayName(), texto, botones,
-                     QApplication::activeWindow());
+    QMessageBox caja(icono, titulo.isEmpty() ? QApplication::applicationDisplayName() : titulo,
+                     texto, botones, QApplication::activeWindow());
     caja.setDefaultButton(porOmision);
     return QMessageBox::StandardButton(caja.exec());
 }
@@ -39,9 +40,10 @@ bool Interceptando()
     return intercepcion().activas > 0;
 }
 
-void Registrar(const QString &texto)
+void Registrar(const QString &texto, const QString &titulo)
 {
     intercepcion().mostrados.append(texto);
+    intercepcion().titulos.append(titulo);
 }
 
 } // namespace mensajes_prueba
@@ -52,18 +54,20 @@ void MsgBoxInformacion(const QString &texto)
         mensajes_prueba::Registrar(texto);
         return;
     }
-    mostrar(QMessageBox::Information, texto, QMessageBox::Ok, QMessageBox::Ok);
+    mostrar(QMessageBox::Information, {}, texto, QMessageBox::Ok, QMessageBox::Ok);
 }
 
-bool MsgBoxPregunta(const QString &texto)
+bool MsgBoxPregunta(const QString &texto, const QString &titulo, IconoPregunta icono)
 {
     if (mensajes_prueba::Interceptando()) {
+        mensajes_prueba::Registrar(texto, titulo);
         Intercepcion &i = intercepcion();
-        i.mostrados.append(texto);
         return i.respuestas.isEmpty() ? true : i.respuestas.dequeue();
     }
-    return mostrar(QMessageBox::Question, texto, QMessageBox::Yes | QMessageBox::No,
-                   QMessageBox::Yes) == QMessageBox::Yes;
+    const QMessageBox::Icon dibujo =
+        icono == IconoPregunta::Ninguno ? QMessageBox::NoIcon : QMessageBox::Question;
+    return mostrar(dibujo, titulo, texto, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) ==
+           QMessageBox::Yes;
 }
 
 RespuestasMensajes::RespuestasMensajes()
@@ -71,6 +75,7 @@ RespuestasMensajes::RespuestasMensajes()
     Intercepcion &i = intercepcion();
     if (i.activas++ == 0) {
         i.mostrados.clear();
+        i.titulos.clear();
         i.respuestas.clear();
     }
 }
@@ -88,4 +93,9 @@ void RespuestasMensajes::Responder(bool si)
 QStringList RespuestasMensajes::Mostrados() const
 {
     return intercepcion().mostrados;
+}
+
+QStringList RespuestasMensajes::Titulos() const
+{
+    return intercepcion().titulos;
 }

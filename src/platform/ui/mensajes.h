@@ -8,8 +8,14 @@
 
 /// An information box with the one button OK.
 void MsgBoxInformacion(const QString &texto);
-/// A question with Yes and No; true for Yes.
-bool MsgBoxPregunta(const QString &texto);
+/// The icon of a question box.
+enum class IconoPregunta { Pregunta, Ninguno };
+
+/// A question with Yes and No, Yes the default; true for Yes. Titled `titulo`, or with the
+/// program's title when it is empty; `Ninguno` makes the plain box with no icon (the old
+/// platform's button code 4).
+bool MsgBoxPregunta(const QString &texto, const QString &titulo = {},
+                    IconoPregunta icono = IconoPregunta::Pregunta);
 
 /// For tests: while one of these lives, boxes are not shown; each is recorded and answered
 /// from the queue (Yes when it runs dry).
@@ -19,4 +25,6 @@ public:
     ~RespuestasMensajes();
     void Responder(bool si);
     QStringList Mostrados() const;
+    /// The title of each box recorded, in the same order: empty for the program's own title.
+    QStringList Titulos() const;
 };

@@ -6,5 +6,5 @@
 /// and the record of what would have been shown.
 namespace mensajes_prueba {
 bool Interceptando();
-void Registrar(const QString &texto);
+void Registrar(const QString &texto, const QString &titulo = {});
 } // namespace mensajes_prueba

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/datos/dialecto.h"
+
+#include <QString>
+#include <QVariantList>
+
+/// The statement of the editor's code search and the values bound to it, for one typed code:
+/// the shop code of a live product, or an extra code of any product as a like pattern (the
+/// database's wildcards work there, case ignored as SQLite's like ignores it). Each branch is
+/// answered by an index: productos(codigocliente), and productos_codigosextra(codigo_extra)
+/// with no case on SQLite, or lower(codigo_extra) text_pattern_ops on PostgreSQL.
+struct BusquedaCodigo {
+    QString sentencia;
+    QVariantList valores;
+};
+BusquedaCodigo SentenciaBusquedaCodigo(const Dialecto &dialecto, const QString &cod);

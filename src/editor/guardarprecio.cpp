@@ -1,0 +1,170 @@
+// Saving the panel's price: the old price of the product (or of the variant) in the open list
+// gives way to the new one, in the database and in grid_Pseleccionados.
+#include "frmtarifas.h"
+
+#include "platform/datos/transaccion.h"
+#include "platform/ui/controles.h"
+#include "platform/ui/mensajes.h"
+#include "session/sesionsuite.h"
+#include "suite/datos/svcregistros.h"
+
+namespace {
+
+const QString Tabla = QStringLiteral("detalle_precio");
+
+/// Whether `texto` is a whole number: the list's and the product's codes stand bare in the
+/// criterion, so anything else must never reach it.
+bool EsCodigo(const QString &texto) {
+    bool ok = false;
+    texto.toLongLong(&ok);
+    return ok;
+}
+
+/// A variant code between apostrophes, as the criterion compares a text column. The code
+/// comes from the catalogue, and an apostrophe in it is doubled so it stays one character.
+QString Literal(QString texto) {
+    return QLatin1Char('\'') + texto.replace(QLatin1Char('\''), QStringLiteral("''")) +
+           QLatin1Char('\'');
+}
+
+/// The delete of the old row and the insert of the new one, as one unit. A field list the
+/// record writer can't read (a typing slip in the price) is told to the operator before the
+/// unit starts, so nothing is written: the answer is false, as when the list is gone.
+bool Grabar(FrmTarifas &f, const QString &criterio, const QString &campos) {
+    SvcRegistros registros;
+    const QString motivo = registros.ComprobarCampos(Tabla, campos);
+    if (!motivo.isEmpty()) {
+        MsgBoxInformacion(QStringLiteral("El precio \"%1\" no se puede guardar: escriba un número, "
+                                         "con una coma o un punto decimal si hace falta.\n\n%2")
+                              .arg(f.txt_NuevoPrecio->Text(), motivo));
+        return false;
+    }
+    ADODB::Connection &conexion = *SesionSuite.Conexion;
+    ADODB::Transaccion unidad(conexion);
+    if (!f.ListaSigueViva())
+        return false;
+    registros.BorrarRegistro(conexion, Tabla, SesionSuite.nombretienda, SesionSuite.multitienda,
+                             criterio);
+    registros.InsertarRegistro(conexion, Tabla, campos, SesionSuite.nombretienda,
+                               SesionSuite.multitienda, QString());
+    unidad.Commit();
+    return true;
+}
+
+/// The product in the panel has a code (a click on an empty row opens nothing, yet the
+/// labels start from their design texts).
+bool HayProducto(FrmTarifas &f) {
+    if (EsCodigo(f.lblCodProducto->Caption()) && EsCodigo(f.lblCodigo->Caption()))
+        return true;
+    MsgBoxInformacion(QStringLiteral("Elija primero un producto de la lista."));
+    return false;
+}
+
+} // namespace
+
+bool FrmTarifas::GuardarProducto() {
+    if (txt_NuevoPrecio->Text().isEmpty())
+        return true;
+    if (!GuardarBDProd())
+        return false;
+    AñadirGridProd();
+    return true;
+}
+
+bool FrmTarifas::GuardarProducto_textil() {
+    if (txt_NuevoPrecio->Text().isEmpty())
+        return true;
+    if (!GuardarBDProd_textil())
+        return false;
+    AñadirGridProd_textil();
+    return true;
+}
+
+bool FrmTarifas::GuardarBDProd() {
+    if (!HayProducto(*this))
+        return false;
+    const QString lista = lblCodigo->Caption();
+    const QString producto = lblCodProducto->Caption();
+    return Grabar(*this,
+                  QStringLiteral("identificador=") + lista + QStringLiteral(" and producto=") +
+                      producto,
+                  QStringLiteral("identificador=") + lista + QStringLiteral("|producto=") +
+                      producto + QStringLiteral("|precio=") + txt_NuevoPrecio->Text() +
+                      QStringLiteral("|"));
+}
+
+bool FrmTarifas::GuardarBDProd_textil() {
+    if (!HayProducto(*this))
+        return false;
+    const QString lista = lblCodigo->Caption();
+    const QString producto = lblCodProducto->Caption();
+    const QString variante = lblCodProdTextil->Caption();
+    // The record writer separates its fields with "|": a variant code that holds one (a
+    // catalogue typed by hand elsewhere) can't be stored, whatever the price.
+    if (variante.contains(QLatin1Char('|'))) {
+        MsgBoxInformacion(QStringLiteral("La talla y color de código \"%1\" no se puede guardar en "
+                                         "una tarifa: su código lleva el carácter \"|\". "
+                                         "Corrija el código en el catálogo.")
+                              .arg(variante));
+        return false;
+    }
+    return Grabar(*this,
+                  QStringLiteral("identificador=") + lista + QStringLiteral(" and producto=") +
+                      producto + QStringLiteral(" and CodProductoTextil=") + Literal(variante),
+                  QStringLiteral("identificador=") + lista + QStringLiteral("|producto=") +
+                      producto + QStringLiteral("|precio=") + txt_NuevoPrecio->Text() +
+                      QStringLiteral("|CodProductoTextil=") + variante + QStringLiteral("|"));
+}
+
+int FrmTarifas::ObtenerFila(const QString &codProd) {
+    const Grid &g = *grid_Pseleccionados;
+    // The first empty row (the one a new list shows) or the product's own row.
+    for (int fila = 1; fila < g.Rows(); ++fila) {
+        const QString &codigo = g.TextMatrix(fila, 2);
+        if (codigo.isEmpty() || codigo == codProd)
+            return fila;
+    }
+    return g.Rows() + 1;
+}
+
+int FrmTarifas::ObtenerFila_textil(const QString &codProd, const QString &codHijo) {
+    const Grid &g = *grid_Pseleccionados;
+    // The variant must match as well: an empty row whose column 3 isn't this variant's code
+    // (the design row of a new list) is passed over, and the price goes to a new row.
+    for (int fila = 1; fila < g.Rows(); ++fila) {
+        const QString &codigo = g.TextMatrix(fila, 2);
+        if ((codigo.isEmpty() || codigo == codProd) && g.TextMatrix(fila, 3) == codHijo)
+            return fila;
+    }
+    return g.Rows() + 1;
+}
+
+void FrmTarifas::AñadirGridProd() {
+    Grid &g = *grid_Pseleccionados;
+    int fila = ObtenerFila(lblCodProducto->Caption());
+    if (fila > g.Rows()) {
+        g.setRows(g.Rows() + 1);
+        fila = g.Rows() - 1;
+    }
+    g.setTextMatrix(fila, 0, lblCodCliente->Caption());
+    g.setTextMatrix(fila, 1, lblNomProd->Caption());
+    g.setTextMatrix(fila, 2, lblCodProducto->Caption());
+    // As typed: the grid shows the operator's text, not the stored value's form.
+    g.setTextMatrix(fila, 3, txt_NuevoPrecio->Text());
+}
+
+void FrmTarifas::AñadirGridProd_textil() {
+    Grid &g = *grid_Pseleccionados;
+    int fila = ObtenerFila_textil(lblCodProducto->Caption(), lblCodProdTextil->Caption());
+    if (fila > g.Rows()) {
+        g.setRows(g.Rows() + 1);
+        fila = g.Rows() - 1;
+    }
+    g.setTextMatrix(fila, 0, lblCodCliente->Caption());
+    g.setTextMatrix(fila, 1, lblNomProd->Caption());
+    g.setTextMatrix(fila, 2, lblCodProducto->Caption());
+    g.setTextMatrix(fila, 3, lblCodProdTextil->Caption());
+    g.setTextMatrix(fila, 4, lblTalla->Caption());
+    g.setTextMatrix(fila, 5, lblColor->Caption());
+    g.setTextMatrix(fila, 6, txt_NuevoPrecio->Text());
+}
