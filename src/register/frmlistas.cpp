@@ -37,6 +37,12 @@ void FrmListas::enlazarControles() {
     Enlazar(Command1, &CommandButton::Click, &FrmListas::Command1_Click);
     Enlazar(txtNomLista, &TextBox::GotFocus, &FrmListas::txtNomLista_GotFocus);
     Enlazar(txtNomLista, &TextBox::LostFocus, &FrmListas::txtNomLista_LostFocus);
+    Enlazar(cmdNuevo, &CommandButton::Click, &FrmListas::cmdNuevo_Click);
+    Enlazar(cmdAceptar, &CommandButton::Click, &FrmListas::cmdAceptar_Click);
+    Enlazar(cmdCancelar, &CommandButton::Click, &FrmListas::cmdCancelar_Click);
+    Enlazar(cmd_Ayuda, &CommandButton::Click, &FrmListas::cmd_Ayuda_Click);
+    Enlazar(tmrAyuda, &Timer::Tick, &FrmListas::tmrAyuda_Timer);
+    Enlazar(Open1, &VisorAyuda::Aviso, &FrmListas::Open1_Aviso);
 }
 
 void FrmListas::Form_Load() {

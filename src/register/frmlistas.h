@@ -14,7 +14,10 @@ struct EstadoListas {
     QString colorConFoco; ///< focus colour of the look, decimal text of a 32-bit colour
     QString colorSinFoco; ///< txtNomLista's own back colour at load, the same way
     QString rutaAyuda;    ///< the help page last asked for
-    bool ayudaSubiendo = false;
+    bool ayudaSubiendo = false; ///< the help panel's way: true up, false down
+    /// The code cmdNuevo gave the list being created. lblCodigo holds it too, but a double
+    /// click on the grid while the panel is open overwrites the label with that row's code.
+    QString codigoAlta;
 };
 
 /// frmListas, the register of price lists: the first screen the operator sees. A double
@@ -31,6 +34,20 @@ public:
     /// A null date (a list stored without one) hands over an empty label and today's date.
     void VerDetalles(const QString &Nom, const QDate &fdesde, const QDate &fhasta);
     void ColocarAyuda();
+
+    // The new-list panel. GuardarLista gives true when the list was stored; CompruebaDatos
+    // tells the operator why it refuses, and puts the focus on the box to mend.
+    bool GuardarLista();
+    bool CompruebaDatos();
+    /// Stores the new list under lblCodigo's code, or, when another terminal has taken that
+    /// code since cmdNuevo, under the next free one, which lblCodigo then holds. Raises ErrorBD
+    /// with the database's text when it can't store; nothing is left half-written.
+    void GuardarBD();
+    /// The highest code in cabecera_precio plus one (1 for an empty table or Null codes).
+    qint32 DarNuevoCod();
+    void LimpiarAlta();
+    void ModoAlta();
+    void ModoNavegacion();
 
     EstadoListas estado;
 
@@ -56,6 +73,15 @@ private:
     void Command1_Click();
     void txtNomLista_GotFocus();
     void txtNomLista_LostFocus();
+    void cmdNuevo_Click();
+    void cmdAceptar_Click();
+    void cmdCancelar_Click();
+    void cmd_Ayuda_Click();
+    void tmrAyuda_Timer();
+    void Open1_Aviso();
+    /// One try at storing the list under `codigo`: true when stored, false when the insert
+    /// was refused and the code turned out to be taken. Any other failure is raised.
+    bool InsertarCabecera(const QString &codigo);
 };
 
 /// The program's one register screen, made at its first use and owned by Principal::Vida.

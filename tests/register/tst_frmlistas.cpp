@@ -1,8 +1,10 @@
-// The register screen: its load, its grid, the double click and the hand-over to the editor.
+// The register screen: its load, its grid, the double click, the hand-over to the editor, and
+// the help panel's slide.
 #include "apoyo/basedatosprueba.h"
 #include "editor/frmtarifas.h"
 #include "platform/datos/cadenaconexion.h"
 #include "platform/datos/regional.h"
+#include "platform/datos/sistema.h"
 #include "register/frmlistas.h"
 #include "session/principal.h"
 #include "session/sesionsuite.h"
@@ -12,6 +14,7 @@
 
 #include <QFile>
 #include <QHeaderView>
+#include <QPushButton>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QStandardPaths>
@@ -27,6 +30,25 @@ std::unique_ptr<BaseDatosPrueba> db;
 std::unique_ptr<Principal::Vida> vida;
 
 void Ejecutar(const QString &sql) { db->Ejecutar(sql); }
+
+/// The help viewer's close button, as the operator presses it.
+void CerrarAyuda(FrmListas &f) {
+    QTest::mouseClick(f.Open1->widget()->findChild<QPushButton *>("cerrar"), Qt::LeftButton);
+}
+
+/// Gives the timer's ticks by hand until it stops; the number of ticks, or -1 when a tick
+/// that left the timer running didn't move the panel by `paso`.
+int Deslizar(FrmListas &f, double paso) {
+    int ticks = 0;
+    while (f.tmrAyuda->Enabled() && ticks < 500) {
+        const double antes = f.Open1->Top();
+        emit f.tmrAyuda->Tick();
+        ++ticks;
+        if (f.tmrAyuda->Enabled() && qAbs(f.Open1->Top() - (antes + paso)) > 0.01)
+            return -1;
+    }
+    return ticks;
+}
 
 /// Runs `mientras` once the editor is shown, then leaves it with its exit button. The editor
 /// is looked for without blocking, since the first check may come during the pass over
@@ -199,6 +221,64 @@ private slots:
         QCOMPARE(f.txtNomLista->SelLength(), 15);
         f.grid_precios->SetFocus();
         QTRY_COMPARE(QString::number(f.txtNomLista->BackColor()), f.estado.colorSinFoco);
+    }
+
+    void ayuda_data() {
+        QTest::addColumn<double>("ancho");
+        QTest::addColumn<double>("alto");
+        // 9435 twips from the bottom to the top at design size: not a whole number of steps.
+        QTest::newRow("diseno") << 15360.0 << 11085.0;
+        QTest::newRow("1024x768") << 15360.0 << 11520.0;
+        QTest::newRow("1280x1024") << 19200.0 << 15360.0;
+    }
+    void ayuda() {
+        QFETCH(double, ancho);
+        QFETCH(double, alto);
+        abrir(ancho, alto);
+        FrmListas &f = frmListas();
+        f.ventana()->show();
+        const double abajo = f.Height();
+        const double arriba = f.fr_SeparacionH1->Height() + f.Frame1->Top();
+        const int pasos = int(std::ceil((abajo - arriba) / 100));
+
+        // Up a step of 100 a tick, the last one past the top; the next tick puts it exactly
+        // there and stops. Down the same way onto the screen's height.
+        QTest::mouseClick(f.cmd_Ayuda->widget(), Qt::LeftButton);
+        QCOMPARE(f.Open1->RutaPagina, DirectorioPrograma() + QStringLiteral("\\ayudas\\tartpv.html"));
+        QCOMPARE(f.Open1->Height(), abajo - arriba);
+        QCOMPARE(f.Open1->Top(), abajo);
+        QCOMPARE(Deslizar(f, -100), pasos + 1);
+        QCOMPARE(f.Open1->Top(), arriba);
+        emit f.Open1->Aviso(); // a link followed in the page: no request to close
+        QVERIFY(!f.tmrAyuda->Enabled());
+        CerrarAyuda(f);
+        QCOMPARE(Deslizar(f, 100), pasos + 1);
+        QCOMPARE(f.Open1->Top(), abajo);
+        // Closed while hidden: one tick that moves nothing.
+        CerrarAyuda(f);
+        QCOMPARE(Deslizar(f, 0), 1);
+        QCOMPARE(f.Open1->Top(), abajo);
+
+        // Closed while rising: it turns back from where it is (a sixth step where single
+        // precision left it a hair short of the bottom).
+        QTest::mouseClick(f.cmd_Ayuda->widget(), Qt::LeftButton);
+        for (int i = 0; i < 5; ++i)
+            emit f.tmrAyuda->Tick();
+        QVERIFY(qAbs(f.Open1->Top() - (abajo - 500)) < 0.01);
+        CerrarAyuda(f);
+        const int vuelta = Deslizar(f, 100);
+        QVERIFY2(vuelta == 6 || vuelta == 7, qPrintable(QString::number(vuelta)));
+        QCOMPARE(f.Open1->Top(), abajo);
+
+        // Pressed while falling: from the bottom again, up to the top.
+        QTest::mouseClick(f.cmd_Ayuda->widget(), Qt::LeftButton);
+        Deslizar(f, -100);
+        CerrarAyuda(f);
+        emit f.tmrAyuda->Tick();
+        QTest::mouseClick(f.cmd_Ayuda->widget(), Qt::LeftButton);
+        QCOMPARE(f.Open1->Top(), abajo);
+        QCOMPARE(Deslizar(f, -100), pasos + 1);
+        QCOMPARE(f.Open1->Top(), arriba);
     }
 
     void salir() {

@@ -1,6 +1,8 @@
 #include "visorayuda.h"
 
+#include <QCoreApplication>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileInfo>
 #include <QFrame>
 #include <QHBoxLayout>
@@ -46,13 +48,30 @@ VisorAyuda::VisorAyuda(const QString &nombre, Control *contenedor, Form *form)
     ponerWidget(panel);
 }
 
+QString VisorAyuda::Ubicar(const QString &ruta)
+{
+    QString buscada = ruta;
+    // Paths written for the old platform separate folders with backslashes.
+    if (!QFileInfo(buscada).isFile() && buscada.contains(QLatin1Char('\\')))
+        buscada.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    if (QFileInfo(buscada).isFile())
+        return buscada;
+    // Installed, the program lies in <prefix>/bin and its pages in <prefix>/share/tarifas:
+    // a page asked for beside the program is looked for there too.
+    const QString programa = QDir::cleanPath(QCoreApplication::applicationDirPath());
+    const QString pedida = QDir::cleanPath(buscada);
+    if (pedida.startsWith(programa + QLatin1Char('/'))) {
+        const QString instalada = QDir::cleanPath(programa + QStringLiteral("/../share/tarifas/") +
+                                                  pedida.mid(programa.size() + 1));
+        if (QFileInfo(instalada).isFile())
+            return instalada;
+    }
+    return buscada;
+}
+
 void VisorAyuda::MostrarPagina()
 {
-    QString ruta = RutaPagina;
-    // Paths written for the old platform separate folders with backslashes.
-    if (!QFileInfo(ruta).isFile() && ruta.contains(QLatin1Char('\\')))
-        ruta.replace(QLatin1Char('\\'), QLatin1Char('/'));
-    const QFileInfo fichero(ruta);
+    const QFileInfo fichero(Ubicar(RutaPagina));
     if (!fichero.isFile()) {
         pagina->setHtml(QStringLiteral("<p>No se encuentra la página de ayuda.</p><p><tt>%1</tt></p>")
                             .arg(RutaPagina.toHtmlEscaped()));

@@ -18,6 +18,12 @@ public:
     void MostrarPagina();
     bool PedidoCierre() const { return pedidoCierre; }
 
+    /// Where the page at `ruta` is: the path itself (its backslashes read as separators), or,
+    /// for a page beside the program that isn't there, the same page in the installed
+    /// program's data folder (<prefix>/share/tarifas beside <prefix>/bin). `ruta`, made
+    /// readable, when it is in neither place.
+    static QString Ubicar(const QString &ruta);
+
 signals:
     void Aviso();
 

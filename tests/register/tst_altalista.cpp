@@ -1,0 +1,329 @@
+// A new price list from the register: the next code, the checks of the panel, what is stored
+// and shown, a double click while the panel is open, two terminals taking the same code, and a
+// database that refuses the row.
+#include "apoyo/basedatosprueba.h"
+#include "editor/frmtarifas.h"
+#include "platform/datos/regional.h"
+#include "platform/datos/sistema.h"
+#include "platform/ui/mensajes.h"
+#include "register/frmlistas.h"
+#include "session/sesionsuite.h"
+#include "session/vida.h"
+
+#include <QApplication>
+#include <QSqlQuery>
+#include <QStandardPaths>
+#include <QTableView>
+#include <QtTest>
+#include <functional>
+
+namespace {
+
+std::unique_ptr<BaseDatosPrueba> db;
+std::unique_ptr<Principal::Vida> vida;
+
+void Lista(int codigo, const QString &nombre) {
+    db->Ejecutar(
+        QStringLiteral("insert into cabecera_precio values (?, ?, '2026-01-01', '2026-01-01', "
+                       "'2026-12-31')"),
+        {codigo, nombre});
+}
+
+QString Descripcion(int codigo) {
+    return db
+        ->Valor(QStringLiteral("select descripcion from cabecera_precio where identificador = ?"),
+                {codigo})
+        .toString();
+}
+
+int Listas() {
+    return db->Valor(QStringLiteral("select count(*) from cabecera_precio")).toInt();
+}
+
+void Mostrar(FrmListas &f) {
+    f.Load();
+    f.ventana()->show();
+    QVERIFY(QTest::qWaitForWindowExposed(f.ventana()));
+    QApplication::setActiveWindow(f.ventana());
+}
+
+/// Runs `accion`; when the editor shows meanwhile, runs `mientras` in it and leaves it by its
+/// exit button. Gives whether the editor showed.
+bool ConEditor(const std::function<void()> &accion,
+               const std::function<void(FrmTarifas &)> &mientras = {}) {
+    bool visto = false;
+    QTimer sondeo;
+    sondeo.setInterval(5);
+    QObject::connect(&sondeo, &QTimer::timeout, [&] {
+        FrmTarifas &e = frmTarifas();
+        if (!(e.Loaded() && e.ventana()->isVisible()))
+            return;
+        sondeo.stop();
+        visto = true;
+        if (mientras)
+            mientras(e);
+        QTest::mouseClick(e.cmdSalir->widget(), Qt::LeftButton);
+    });
+    sondeo.start();
+    accion();
+    return visto;
+}
+
+/// Clicks `boton`, with ConEditor.
+bool Pulsar(CommandButton *boton, const std::function<void(FrmTarifas &)> &mientras = {}) {
+    return ConEditor([boton] { QTest::mouseClick(boton->widget(), Qt::LeftButton); }, mientras);
+}
+
+bool ConFoco(Control *c) {
+    const QWidget *foco = QApplication::focusWidget();
+    return foco && (foco == c->widget() || c->widget()->isAncestorOf(foco));
+}
+
+/// Fills the panel the way the operator does, in the open register `f`.
+void Rellenar(FrmListas &f, const QString &nombre, QDate desde, QDate hasta) {
+    f.txtNomLista->setText(nombre);
+    f.desde->setValue(desde);
+    f.hasta->setValue(hasta);
+}
+
+} // namespace
+
+class TstAltaLista : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void initTestCase() {
+        QStandardPaths::setTestModeEnabled(true);
+        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
+    }
+
+    void init() {
+        vida = std::make_unique<Principal::Vida>();
+        db = std::make_unique<BaseDatosPrueba>();
+        SesionSuite.Conexion = std::make_unique<ADODB::Connection>();
+        SesionSuite.Conexion->Open(db->Cadena());
+        db->Ejecutar(
+            QStringLiteral("insert into opciones (numdecimales, estiloaspecto) values (2, 0)"));
+        SesionSuite.AnchoDiseno = SesionSuite.AnchoPantalla = 15360;
+        SesionSuite.AltoDiseno = SesionSuite.AltoPantalla = 11085;
+    }
+    void cleanup() {
+        frmTarifas().Unload();
+        frmListas().Unload();
+        vida.reset();
+        db.reset();
+    }
+
+    void nuevoCodigo_data() {
+        QTest::addColumn<QStringList>("preparar");
+        QTest::addColumn<QString>("codigo");
+        QTest::newRow("tabla vacía") << QStringList{} << "1";
+        QTest::newRow("la más alta es 41")
+            << QStringList{"insert into cabecera_precio (identificador) values (5), (41), (3)"}
+            << "42";
+        // A table some other program of the suite made without the key.
+        QTest::newRow("todas Null")
+            << QStringList{"drop table cabecera_precio",
+                           "create table cabecera_precio (identificador integer, descripcion "
+                           "varchar(50), fechaalta date, preciovalidodesde date, "
+                           "preciovalidohasta date)",
+                           "insert into cabecera_precio (descripcion) values ('a'), ('b')"}
+            << "1";
+    }
+    void nuevoCodigo() {
+        QFETCH(QStringList, preparar);
+        for (const QString &sql : preparar)
+            db->Ejecutar(sql);
+        const int antes = Listas();
+        FrmListas &f = frmListas();
+        Mostrar(f);
+        QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
+        QTEST(f.lblCodigo->Caption(), "codigo");
+        // The panel as the operator finds it, with the three buttons of the bottom hidden.
+        QVERIFY(f.frAltaLista->Visible());
+        QVERIFY(!f.cmdNuevo->Visible() && !f.cmdSalir->Visible() && !f.cmd_Ayuda->Visible());
+        QCOMPARE(f.desde->Value(), Hoy());
+        QCOMPARE(f.hasta->Value(), Hoy().addDays(30));
+        QTRY_VERIFY(ConFoco(f.txtNomLista));
+
+        // Cancelled: nothing stored. Opened again: cleared, and the code worked out afresh.
+        Rellenar(f, QStringLiteral("Sin guardar"), QDate(2026, 5, 1), QDate(2026, 4, 1));
+        QTest::mouseClick(f.cmdCancelar->widget(), Qt::LeftButton);
+        QVERIFY(!f.frAltaLista->Visible());
+        QVERIFY(f.cmdNuevo->Visible() && f.cmdSalir->Visible() && f.cmd_Ayuda->Visible());
+        QCOMPARE(Listas(), antes);
+        db->Ejecutar(QStringLiteral("insert into cabecera_precio (identificador) values (99)"));
+        QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
+        QCOMPARE(f.lblCodigo->Caption(), QStringLiteral("100"));
+        QCOMPARE(f.txtNomLista->Text(), QString());
+        QCOMPARE(f.desde->Value(), Hoy());
+    }
+
+    void aceptar_data() {
+        QTest::addColumn<QString>("nombre");
+        QTest::addColumn<QDate>("desde");
+        QTest::addColumn<QDate>("hasta");
+        QTest::addColumn<QString>("mensaje"); // empty: stored, and the editor opens on it
+        QTest::addColumn<bool>("focoEnNombre");
+        const QString sinNombre =
+            QStringLiteral("Tiene que indicar un nombre para la nueva tarifa");
+        const QString periodo = QStringLiteral("Compruebe el periodo de validez de la tarifa");
+        const QDate d1(2026, 1, 1), d31(2026, 1, 31);
+        QTest::newRow("sin nombre") << "" << d1 << d31 << sinNombre << true;
+        QTest::newRow("desde un día después") << "V" << d31.addDays(1) << d31 << periodo << false;
+        QTest::newRow("sin nombre, periodo al revés") << "" << d31 << d1 << sinNombre << true;
+        QTest::newRow("barra") << "Mayo|Junio" << d1 << d31
+                               << "El nombre de la tarifa no puede llevar el carácter |" << true;
+        QTest::newRow("desde igual a hasta") << "Un día" << d1 << d1 << "" << false;
+        // Compared as dates: as texts, "15/12/2026" would come after "14/1/2027".
+        QTest::newRow("cruza el año")
+            << "Navidad" << QDate(2026, 12, 15) << QDate(2026, 12, 15).addDays(30) << "" << false;
+        QTest::newRow("blancos") << "   " << d1 << d31 << "" << false;
+        QTest::newRow("comillas y comodines")
+            << "L'Oréal \"VIP\" 10% a_b \\n \\\\ ; drop table x; --" << d1 << d31 << "" << false;
+        QTest::newRow("emoji") << QString::fromUtf8(" T \xF0\x9F\x98\x80 ñ ") << d1 << d31 << ""
+                               << false;
+        QTest::newRow("2000 caracteres") << QString(1999, 'x') + 'Z' << d1 << d31 << "" << false;
+    }
+    void aceptar() {
+        QFETCH(QString, nombre);
+        QFETCH(QDate, desde);
+        QFETCH(QDate, hasta);
+        QFETCH(QString, mensaje);
+        QFETCH(bool, focoEnNombre);
+        Lista(4, QStringLiteral("General"));
+        FrmListas &f = frmListas();
+        Mostrar(f);
+        QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
+        Rellenar(f, nombre, desde, hasta);
+        RespuestasMensajes respuestas;
+        int filasAlAbrir = 0;
+        const bool abierto = Pulsar(f.cmdAceptar, [&](FrmTarifas &e) {
+            filasAlAbrir = f.grid_precios->Rows(); // listed again before the editor opened
+            QCOMPARE(e.lblCodigo->Caption(), QStringLiteral("5"));
+            QCOMPARE(e.Label5->Caption(), nombre);
+            QCOMPARE(e.lblDesde->Caption(), FechaATexto(desde));
+            QCOMPARE(e.lblHasta->Caption(), FechaATexto(hasta));
+            QCOMPARE(e.desde->Value(), desde);
+            QCOMPARE(e.hasta->Value(), hasta);
+        });
+        if (!mensaje.isEmpty()) {
+            // Refused: told why, the focus on what to mend, nothing stored, the panel open.
+            QVERIFY(!abierto);
+            QCOMPARE(respuestas.Mostrados(), QStringList{mensaje});
+            QCOMPARE(respuestas.Titulos(), QStringList{QString()});
+            QTRY_VERIFY(ConFoco(focoEnNombre ? static_cast<Control *>(f.txtNomLista) : f.desde));
+            QCOMPARE(Listas(), 1);
+            QVERIFY(f.frAltaLista->Visible());
+            QCOMPARE(f.txtNomLista->Text(), nombre);
+            return;
+        }
+        QVERIFY(abierto);
+        QCOMPARE(respuestas.Mostrados(), QStringList{});
+        QCOMPARE(filasAlAbrir, 3);
+        QVERIFY(!f.frAltaLista->Visible() && f.cmdNuevo->Visible());
+        QCOMPARE(Descripcion(5), nombre);
+        for (const auto &[columna, fecha] : {std::pair{"fechaalta", Hoy()},
+                                             {"preciovalidodesde", desde},
+                                             {"preciovalidohasta", hasta}})
+            QCOMPARE(
+                db->Valor(QStringLiteral("select %1 from cabecera_precio where identificador = 5")
+                              .arg(QLatin1String(columna)))
+                    .toDate(),
+                fecha);
+        const int fila = f.grid_precios->TextMatrix(1, 3) == QLatin1String("5") ? 1 : 2;
+        QCOMPARE(f.grid_precios->TextMatrix(fila, 0), nombre);
+        QCOMPARE(f.grid_precios->TextMatrix(fila, 3), QStringLiteral("5"));
+    }
+
+    void dobleClicConPanelAbierto() {
+        // The row clicked while the panel is open takes lblCodigo; Aceptar still makes a new
+        // list, and leaves the clicked one as it was.
+        Lista(1, QStringLiteral("General"));
+        Lista(2, QStringLiteral("Rebajas"));
+        FrmListas &f = frmListas();
+        Mostrar(f);
+        QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
+        QTableView *v = f.grid_precios->vista();
+        const QPoint centro = v->visualRect(v->model()->index(0, 0)).center();
+        QVERIFY(ConEditor([&] {
+            QTest::mouseClick(v->viewport(), Qt::LeftButton, {}, centro);
+            QTest::mouseDClick(v->viewport(), Qt::LeftButton, {}, centro);
+        }));
+        QCOMPARE(f.lblCodigo->Caption(), QStringLiteral("1"));
+        QVERIFY(f.frAltaLista->Visible());
+
+        Rellenar(f, QStringLiteral("Nueva"), QDate(2026, 1, 1), QDate(2026, 1, 31));
+        QString abierta;
+        QVERIFY(Pulsar(f.cmdAceptar, [&](FrmTarifas &e) { abierta = e.lblCodigo->Caption(); }));
+        QCOMPARE(abierta, QStringLiteral("3"));
+        QCOMPARE(Descripcion(1), QStringLiteral("General"));
+        QCOMPARE(Descripcion(3), QStringLiteral("Nueva"));
+    }
+
+    void dosTerminales() {
+        // Two registers on two connections to the same database, each its own terminal. Both
+        // open the panel before either stores: they work out the same code.
+        Lista(1, QStringLiteral("General"));
+        auto otraConexion = std::make_unique<ADODB::Connection>();
+        otraConexion->Open(db->Cadena());
+        const auto enOtraCaja = [&](const std::function<void()> &paso) {
+            std::swap(SesionSuite.Conexion, otraConexion);
+            paso();
+            std::swap(SesionSuite.Conexion, otraConexion);
+        };
+        FrmListas &caja1 = frmListas();
+        Mostrar(caja1);
+        FrmListas caja2;
+        enOtraCaja([&] { Mostrar(caja2); });
+
+        QTest::mouseClick(caja1.cmdNuevo->widget(), Qt::LeftButton);
+        enOtraCaja([&] { QTest::mouseClick(caja2.cmdNuevo->widget(), Qt::LeftButton); });
+        QCOMPARE(caja1.lblCodigo->Caption(), QStringLiteral("2"));
+        QCOMPARE(caja2.lblCodigo->Caption(), QStringLiteral("2"));
+
+        RespuestasMensajes respuestas;
+        QString abiertaEn2, abiertaEn1;
+        const QDate d1(2026, 1, 1), d31(2026, 1, 31);
+        enOtraCaja([&] {
+            Rellenar(caja2, QStringLiteral("De la caja 2"), d1, d31);
+            QVERIFY(Pulsar(caja2.cmdAceptar,
+                           [&](FrmTarifas &e) { abiertaEn2 = e.lblCodigo->Caption(); }));
+        });
+        Rellenar(caja1, QStringLiteral("De la caja 1"), d1, d31);
+        QVERIFY(
+            Pulsar(caja1.cmdAceptar, [&](FrmTarifas &e) { abiertaEn1 = e.lblCodigo->Caption(); }));
+        // No error for the operator; the editor opens on the code actually stored.
+        QCOMPARE(respuestas.Mostrados(), QStringList{});
+        QCOMPARE(abiertaEn2, QStringLiteral("2"));
+        QCOMPARE(abiertaEn1, QStringLiteral("3"));
+        QCOMPARE(Descripcion(2), QStringLiteral("De la caja 2"));
+        QCOMPARE(Descripcion(3), QStringLiteral("De la caja 1"));
+        QCOMPARE(caja1.grid_precios->Rows(), 4);
+        enOtraCaja([&] { caja2.Unload(); });
+    }
+
+    void baseQueRechaza() {
+        // A database that takes no writes: its own words in the error report, nothing stored,
+        // the panel still open to try again.
+        FrmListas &f = frmListas();
+        Mostrar(f);
+        QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
+        Rellenar(f, QStringLiteral("Otoño"), QDate(2026, 9, 1), QDate(2026, 9, 30));
+        QSqlQuery q(SesionSuite.Conexion->Base());
+        QVERIFY(q.exec(BaseDatosPrueba::EnPostgreSQL()
+                           ? QStringLiteral("set default_transaction_read_only = on")
+                           : QStringLiteral("pragma query_only = 1")));
+        RespuestasMensajes respuestas;
+        QVERIFY(!Pulsar(f.cmdAceptar));
+        QCOMPARE(respuestas.Mostrados().size(), 1);
+        QVERIFY2(respuestas.Mostrados().at(0).contains(QLatin1String("read")),
+                 qPrintable(respuestas.Mostrados().at(0)));
+        QCOMPARE(Listas(), 0);
+        QVERIFY(f.frAltaLista->Visible());
+        QCOMPARE(f.lblCodigo->Caption(), QStringLiteral("1"));
+    }
+};
+
+QTEST_MAIN(TstAltaLista)
+#include "tst_altalista.moc"
