@@ -1,6 +1,7 @@
 // Starting the real program the ways it used to go wrong: no display, a lock file left behind,
 // a database that is not one, a data source nobody defined, a server that never answers, sizes
 // that make no window. Every run is bounded; each checks the exit, stderr and the data after.
+#include "apoyo/ejecucion.h"
 #include "platform/datos/conexion.h"
 #include "suite/datos/svcconexion.h"
 
@@ -373,5 +374,5 @@ class TstArranque : public QObject {
     }
 };
 
-QTEST_GUILESS_MAIN(TstArranque)
+TARIFAS_PRUEBAS_SIN_VENTANAS(TstArranque)
 #include "tst_arranque.moc"

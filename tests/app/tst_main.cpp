@@ -1,6 +1,7 @@
 // The program's entry, run as the real program runs: in a process of its own, with the
 // application object, Main and the end of the process. A crash on the way out (something that
 // outlives Qt) shows only there.
+#include "apoyo/ejecucion.h"
 #include "app/principal.h"
 #include "platform/datos/sistema.h"
 #include "platform/ui/controles.h"
@@ -155,7 +156,7 @@ int main(int argc, char **argv) {
     QCoreApplication app(argc, argv);
     TstMain prueba;
     QTEST_SET_MAIN_SOURCE_PATH
-    return QTest::qExec(&prueba, argc, argv);
+    return Pruebas::EjecutarTodas(prueba, argc, argv);
 }
 
 #include "tst_main.moc"

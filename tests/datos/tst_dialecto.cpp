@@ -1,5 +1,6 @@
 // What differs between the databases: the statements' rewording, and the rows that the
 // reworded statements give, which must be the same on every database the suite runs on.
+#include "apoyo/ejecucion.h"
 #include "apoyo/basedatosprueba.h"
 #include "platform/datos/recordset.h"
 
@@ -164,5 +165,5 @@ class TstDialecto : public QObject {
     }
 };
 
-QTEST_GUILESS_MAIN(TstDialecto)
+TARIFAS_PRUEBAS_SIN_VENTANAS(TstDialecto)
 #include "tst_dialecto.moc"

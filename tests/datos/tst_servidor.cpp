@@ -1,5 +1,6 @@
 // The suite's database as the run gives it (an SQLite file, or a PostgreSQL server): its first
 // use, start-up on it, and a server connection that goes away while in use.
+#include "apoyo/ejecucion.h"
 #include "apoyo/basedatosprueba.h"
 #include "apoyo/errores.h"
 #include "platform/datos/cadenaconexion.h"
@@ -179,5 +180,5 @@ class TstServidor : public QObject {
     }
 };
 
-QTEST_GUILESS_MAIN(TstServidor)
+TARIFAS_PRUEBAS_SIN_VENTANAS(TstServidor)
 #include "tst_servidor.moc"

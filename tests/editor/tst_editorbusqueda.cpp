@@ -1,5 +1,6 @@
 // Finding a product in the editor: by a code (shop code or extra code, typed text always bound)
 // and by the start of its name, which hides the other rows of the catalogue; in both modes.
+#include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
 #include "editor/frmtarifas.h"
 #include "platform/ui/controles.h"
@@ -263,5 +264,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TstEditorBusqueda)
+TARIFAS_PRUEBAS(TstEditorBusqueda)
 #include "tst_editorbusqueda.moc"

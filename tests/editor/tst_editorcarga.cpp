@@ -1,6 +1,7 @@
 // The editor's load: the business mode, the grids' formats, the colours, the placing of the
 // frames, the sliding entry, the focus colours, the hand-over from the register, the way out
 // and the next opening, and what a load that can't go on does.
+#include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
 #include "editor/frmtarifas.h"
 #include "platform/datos/errorbd.h"
@@ -487,5 +488,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TstEditorCarga)
+TARIFAS_PRUEBAS(TstEditorCarga)
 #include "tst_editorcarga.moc"

@@ -1,5 +1,6 @@
 // The two catalogues of the editor: the plain one (a row per live product, by name) and the
 // size-and-colour one (a row per variant, and per product without variants).
+#include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
 #include "editor/frmtarifas.h"
 
@@ -246,5 +247,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TstEditorCatalogo)
+TARIFAS_PRUEBAS(TstEditorCatalogo)
 #include "tst_editorcatalogo.moc"

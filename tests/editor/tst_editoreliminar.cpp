@@ -1,5 +1,6 @@
 // Deleting the open price list, and what the editor's writes do when another terminal has
 // deleted the list (or is deleting it) while this editor has it open.
+#include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
 #include "editor/frmtarifas.h"
 #include "platform/datos/transaccion.h"
@@ -283,5 +284,5 @@ class TstEditorEliminar : public QObject {
     }
 };
 
-QTEST_MAIN(TstEditorEliminar)
+TARIFAS_PRUEBAS(TstEditorEliminar)
 #include "tst_editoreliminar.moc"

@@ -1,6 +1,7 @@
 // The validity period in the editor: when its two buttons show, what Accept stores and
 // Cancel puts back, the dates' text in every regional setting, and lists whose stored dates
 // the date control can't show.
+#include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
 #include "editor/frmtarifas.h"
 #include "platform/datos/regional.h"
@@ -274,5 +275,5 @@ class TstEditorPeriodo : public QObject {
     }
 };
 
-QTEST_MAIN(TstEditorPeriodo)
+TARIFAS_PRUEBAS(TstEditorPeriodo)
 #include "tst_editorperiodo.moc"

@@ -1,6 +1,7 @@
 // Setting a price in the editor: the click that opens the panel, the typed price, the save
 // (one unit: the old price survives a failed insert), the row it takes in the list, and the
 // prices the record writer can't read.
+#include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
 #include "editor/frmtarifas.h"
 #include "platform/ui/controles.h"
@@ -323,5 +324,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TstEditorPrecio)
+TARIFAS_PRUEBAS(TstEditorPrecio)
 #include "tst_editorprecio.moc"

@@ -1,5 +1,6 @@
 // The selected products: the prices the open list holds, in the plain mode and in the
 // size-and-colour mode, and the size and colour of a stored variant.
+#include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
 #include "editor/frmtarifas.h"
 #include "platform/datos/recordset.h"
@@ -341,5 +342,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TstEditorSeleccionados)
+TARIFAS_PRUEBAS(TstEditorSeleccionados)
 #include "tst_editorseleccionados.moc"

@@ -2,6 +2,7 @@
 // on the database of the run. For each case: the write succeeds and what it wrote reads back
 // intact, or it is refused with a message and the price list tables are exactly as before.
 // No case may end the program or show the error report.
+#include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
 #include "editor/frmtarifas.h"
 #include "platform/ui/mensajes.h"
@@ -367,5 +368,5 @@ class TstFiabilidad : public QObject {
     }
 };
 
-QTEST_MAIN(TstFiabilidad)
+TARIFAS_PRUEBAS(TstFiabilidad)
 #include "tst_fiabilidad.moc"

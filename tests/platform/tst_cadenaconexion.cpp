@@ -1,4 +1,5 @@
 // Connection strings, ODBC data sources, and opening and closing a connection.
+#include "apoyo/ejecucion.h"
 #include "apoyo/errores.h"
 #include "platform/datos/cadenaconexion.h"
 #include "platform/datos/conexion.h"
@@ -378,5 +379,5 @@ class TstCadenaConexion : public QObject {
     }
 };
 
-QTEST_GUILESS_MAIN(TstCadenaConexion)
+TARIFAS_PRUEBAS_SIN_VENTANAS(TstCadenaConexion)
 #include "tst_cadenaconexion.moc"

@@ -1,4 +1,5 @@
 // The single controls, driven as an operator would: keys, clicks and focus.
+#include "apoyo/ejecucion.h"
 #include "platform/datos/regional.h"
 #include "platform/ui/controles.h"
 #include "platform/ui/dtpicker.h"
@@ -622,7 +623,7 @@ int main(int argc, char **argv) {
     QApplication app(argc, argv);
     TstControles prueba;
     QTEST_SET_MAIN_SOURCE_PATH
-    return QTest::qExec(&prueba, argc, argv);
+    return Pruebas::EjecutarTodas(prueba, argc, argv);
 }
 
 #include "tst_controles.moc"

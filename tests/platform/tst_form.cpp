@@ -1,4 +1,5 @@
 // The screen builder: a small design table of its own turned into a window.
+#include "apoyo/ejecucion.h"
 #include "platform/datos/errorbd.h"
 #include "platform/ui/dtpicker.h"
 #include "platform/ui/form.h"
@@ -506,5 +507,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TstForm)
+TARIFAS_PRUEBAS(TstForm)
 #include "tst_form.moc"

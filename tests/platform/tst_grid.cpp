@@ -1,5 +1,6 @@
 // The grid control: texts by (row, column), rows hidden by their height, the current row
 // under the mouse and the keys, columns, colours. Driven through the real view, offscreen.
+#include "apoyo/ejecucion.h"
 #include "platform/ui/grid.h"
 #include "platform/ui/modelogrid.h"
 #include "platform/ui/twips.h"
@@ -693,5 +694,5 @@ class TstGrid : public QObject {
     }
 };
 
-QTEST_MAIN(TstGrid)
+TARIFAS_PRUEBAS(TstGrid)
 #include "tst_grid.moc"

@@ -1,5 +1,6 @@
 // Reading queries: the whole result at once, fields by name whatever their case, the
 // database's Null, and the types each database gives a date, a price or a Boolean.
+#include "apoyo/ejecucion.h"
 #include "apoyo/errores.h"
 #include "platform/datos/conexion.h"
 #include "platform/datos/dialecto.h"
@@ -573,5 +574,5 @@ class TstRecordset : public QObject {
     }
 };
 
-QTEST_GUILESS_MAIN(TstRecordset)
+TARIFAS_PRUEBAS_SIN_VENTANAS(TstRecordset)
 #include "tst_recordset.moc"

@@ -1,4 +1,5 @@
 // Dates and numbers as text, by the regional settings.
+#include "apoyo/ejecucion.h"
 #include "platform/datos/regional.h"
 
 #include <QDateTime>
@@ -191,5 +192,5 @@ class TstRegional : public QObject {
     }
 };
 
-QTEST_GUILESS_MAIN(TstRegional)
+TARIFAS_PRUEBAS_SIN_VENTANAS(TstRegional)
 #include "tst_regional.moc"

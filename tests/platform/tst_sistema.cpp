@@ -1,4 +1,5 @@
 // The operating system's services: one copy of the program, files, the program's directory.
+#include "apoyo/ejecucion.h"
 #include "platform/datos/sistema.h"
 
 #include <QCoreApplication>
@@ -163,5 +164,5 @@ class TstSistema : public QObject {
     }
 };
 
-QTEST_GUILESS_MAIN(TstSistema)
+TARIFAS_PRUEBAS_SIN_VENTANAS(TstSistema)
 #include "tst_sistema.moc"

@@ -1,6 +1,7 @@
 // A new price list from the register: the next code, the checks of the panel, what is stored
 // and shown, a double click while the panel is open, two terminals taking the same code, and a
 // database that refuses the row.
+#include "apoyo/ejecucion.h"
 #include "apoyo/basedatosprueba.h"
 #include "editor/frmtarifas.h"
 #include "platform/datos/regional.h"
@@ -325,5 +326,5 @@ class TstAltaLista : public QObject {
     }
 };
 
-QTEST_MAIN(TstAltaLista)
+TARIFAS_PRUEBAS(TstAltaLista)
 #include "tst_altalista.moc"

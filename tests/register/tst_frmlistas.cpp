@@ -1,5 +1,6 @@
 // The register screen: its load, its grid, the double click, the hand-over to the editor, and
 // the help panel's slide.
+#include "apoyo/ejecucion.h"
 #include "apoyo/basedatosprueba.h"
 #include "editor/frmtarifas.h"
 #include "platform/datos/cadenaconexion.h"
@@ -295,5 +296,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TstFrmListas)
+TARIFAS_PRUEBAS(TstFrmListas)
 #include "tst_frmlistas.moc"

@@ -1,4 +1,5 @@
 // Start-up: what the session record holds for each state of the suite's tables.
+#include "apoyo/ejecucion.h"
 #include "apoyo/basedatosprueba.h"
 #include "platform/datos/cadenaconexion.h"
 #include "platform/datos/errorbd.h"
@@ -165,5 +166,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TstCargaSesion)
+TARIFAS_PRUEBAS_SIN_VENTANAS(TstCargaSesion)
 #include "tst_cargasesion.moc"

@@ -1,4 +1,5 @@
 // The suite's schema: creating what a database lacks, and finding tables and columns.
+#include "apoyo/ejecucion.h"
 #include "apoyo/errores.h"
 #include "apoyo/basedatosprueba.h"
 #include "platform/datos/conexion.h"
@@ -262,5 +263,5 @@ class TstEsquema : public QObject {
     }
 };
 
-QTEST_GUILESS_MAIN(TstEsquema)
+TARIFAS_PRUEBAS_SIN_VENTANAS(TstEsquema)
 #include "tst_esquema.moc"

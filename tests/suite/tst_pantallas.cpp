@@ -1,4 +1,5 @@
 // The screen services on a small screen of their own: scaling, looks and translation.
+#include "apoyo/ejecucion.h"
 #include "apoyo/basedatosprueba.h"
 #include "platform/datos/cadenaconexion.h"
 #include "platform/datos/recordset.h"
@@ -139,5 +140,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TstPantallas)
+TARIFAS_PRUEBAS(TstPantallas)
 #include "tst_pantallas.moc"

@@ -1,4 +1,5 @@
 // Finding and preparing the suite's database.
+#include "apoyo/ejecucion.h"
 #include "platform/datos/cadenaconexion.h"
 #include "platform/datos/errorbd.h"
 #include "platform/datos/recordset.h"
@@ -137,5 +138,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TstSvcConexion)
+TARIFAS_PRUEBAS_SIN_VENTANAS(TstSvcConexion)
 #include "tst_svcconexion.moc"

@@ -1,4 +1,5 @@
 // The suite's grid service: reading formats, filling grids from a query.
+#include "apoyo/ejecucion.h"
 #include "apoyo/basedatosprueba.h"
 #include "platform/datos/cadenaconexion.h"
 #include "platform/datos/errorbd.h"
@@ -129,5 +130,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TstSvcGrid)
+TARIFAS_PRUEBAS(TstSvcGrid)
 #include "tst_svcgrid.moc"

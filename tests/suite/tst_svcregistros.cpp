@@ -1,5 +1,6 @@
 // The record writer: field lists turned into typed, bound statements; what doesn't fit is
 // refused before anything is written; what is written is seen at once.
+#include "apoyo/ejecucion.h"
 #include "apoyo/errores.h"
 #include "apoyo/basedatosprueba.h"
 #include "platform/datos/errorbd.h"
@@ -659,5 +660,5 @@ class TstSvcRegistros : public QObject {
     }
 };
 
-QTEST_GUILESS_MAIN(TstSvcRegistros)
+TARIFAS_PRUEBAS_SIN_VENTANAS(TstSvcRegistros)
 #include "tst_svcregistros.moc"

@@ -1,4 +1,5 @@
 // What a price box lets through.
+#include "apoyo/ejecucion.h"
 #include "platform/ui/controles.h"
 #include "suite/ui/svcteclado.h"
 
@@ -50,5 +51,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TstSvcTeclado)
+TARIFAS_PRUEBAS(TstSvcTeclado)
 #include "tst_svcteclado.moc"
