@@ -1,10 +1,10 @@
 #include "informeerror.h"
 
 #include "form.h"
+#include "mensajes.h"
 #include "mensajesprueba.h"
 
 #include <QGuiApplication>
-#include <QMessageBox>
 
 #include <cstdio>
 #include <exception>
@@ -40,6 +40,5 @@ void MostrarError(const QString &texto)
     if (mensajes_prueba::Interceptando())
         mensajes_prueba::Registrar(texto);
     else if (!sinPantalla && qobject_cast<QApplication *>(QCoreApplication::instance()))
-        QMessageBox::critical(QApplication::activeWindow(), QApplication::applicationDisplayName(),
-                              texto);
+        MsgBoxError(texto);
 }

@@ -2,6 +2,7 @@
 
 #include "mensajesprueba.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QMessageBox>
 #include <QQueue>
@@ -28,6 +29,15 @@ QMessageBox::StandardButton mostrar(QMessageBox::Icon icono, const QString &titu
     QMessageBox caja(icono, titulo.isEmpty() ? QApplication::applicationDisplayName() : titulo,
                      texto, botones, QApplication::activeWindow());
     caja.setDefaultButton(porOmision);
+    // The shop's boxes speak Spanish whatever translations Qt finds on the machine.
+    const std::pair<QMessageBox::StandardButton, QString> textos[] = {
+        {QMessageBox::Ok, QStringLiteral("Aceptar")},
+        {QMessageBox::Yes, QStringLiteral("&Sí")},
+        {QMessageBox::No, QStringLiteral("&No")},
+    };
+    for (const auto &[boton, texto] : textos)
+        if (QAbstractButton *b = caja.button(boton))
+            b->setText(texto);
     return QMessageBox::StandardButton(caja.exec());
 }
 
@@ -55,6 +65,11 @@ void MsgBoxInformacion(const QString &texto)
         return;
     }
     mostrar(QMessageBox::Information, {}, texto, QMessageBox::Ok, QMessageBox::Ok);
+}
+
+void MsgBoxError(const QString &texto)
+{
+    mostrar(QMessageBox::Critical, {}, texto, QMessageBox::Ok, QMessageBox::Ok);
 }
 
 bool MsgBoxPregunta(const QString &texto, const QString &titulo, IconoPregunta icono)

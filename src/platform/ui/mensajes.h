@@ -8,6 +8,9 @@
 
 /// An information box with the one button OK.
 void MsgBoxInformacion(const QString &texto);
+/// The error report's box: a critical icon and OK. Not recorded in tests (the report records
+/// its text itself).
+void MsgBoxError(const QString &texto);
 /// The icon of a question box.
 enum class IconoPregunta { Pregunta, Ninguno };
 
