@@ -31,23 +31,56 @@ private:
     QSqlQuery q;
 };
 
-const QStringList prendas = {
-    QStringLiteral("Camiseta"), QStringLiteral("Pantalón"), QStringLiteral("Falda"),
-    QStringLiteral("Jersey"),   QStringLiteral("Chaqueta"), QStringLiteral("Vestido"),
-    QStringLiteral("Camisa"),   QStringLiteral("Abrigo"),   QStringLiteral("Sudadera"),
-    QStringLiteral("Bermuda"),  QStringLiteral("Blusa"),    QStringLiteral("Cazadora"),
+/// A garment and whether its name is masculine, for the adjective to agree with it.
+struct Prenda {
+    QString nombre;
+    bool masculino;
 };
-const QStringList calificativos = {
-    QStringLiteral("básica"),   QStringLiteral("de lino"),  QStringLiteral("vaquera"),
-    QStringLiteral("de punto"), QStringLiteral("estampada"), QStringLiteral("de algodón"),
-    QStringLiteral("clásica"),  QStringLiteral("deportiva"), QStringLiteral("de pana"),
-    QStringLiteral("infantil"), QStringLiteral("de fiesta"), QStringLiteral("de invierno"),
-    QStringLiteral("oversize"), QStringLiteral("entallada"), QStringLiteral("de rayas"),
-    QStringLiteral("con capucha"), QStringLiteral("reversible"), QStringLiteral("de seda"),
-    QStringLiteral("de cuadros"), QStringLiteral("térmica"), QStringLiteral("de verano"),
-    QStringLiteral("acolchada"), QStringLiteral("de lana"), QStringLiteral("elástica"),
-    QStringLiteral("de ceremonia"),
+const QList<Prenda> prendas = {
+    {QStringLiteral("Camiseta"), false}, {QStringLiteral("Pantalón"), true},
+    {QStringLiteral("Falda"), false},    {QStringLiteral("Jersey"), true},
+    {QStringLiteral("Chaqueta"), false}, {QStringLiteral("Vestido"), true},
+    {QStringLiteral("Camisa"), false},   {QStringLiteral("Abrigo"), true},
+    {QStringLiteral("Sudadera"), false}, {QStringLiteral("Bermuda"), false},
+    {QStringLiteral("Blusa"), false},    {QStringLiteral("Cazadora"), false},
 };
+/// What qualifies a garment: its masculine and feminine forms, or one form for both.
+const QList<std::pair<QString, QString>> calificativos = {
+    {QStringLiteral("básico"), QStringLiteral("básica")},
+    {QStringLiteral("de lino"), {}},
+    {QStringLiteral("vaquero"), QStringLiteral("vaquera")},
+    {QStringLiteral("de punto"), {}},
+    {QStringLiteral("estampado"), QStringLiteral("estampada")},
+    {QStringLiteral("de algodón"), {}},
+    {QStringLiteral("clásico"), QStringLiteral("clásica")},
+    {QStringLiteral("deportivo"), QStringLiteral("deportiva")},
+    {QStringLiteral("de pana"), {}},
+    {QStringLiteral("infantil"), {}},
+    {QStringLiteral("de fiesta"), {}},
+    {QStringLiteral("de invierno"), {}},
+    {QStringLiteral("oversize"), {}},
+    {QStringLiteral("entallado"), QStringLiteral("entallada")},
+    {QStringLiteral("de rayas"), {}},
+    {QStringLiteral("de temporada"), {}},
+    {QStringLiteral("reversible"), {}},
+    {QStringLiteral("de seda"), {}},
+    {QStringLiteral("de cuadros"), {}},
+    {QStringLiteral("térmico"), QStringLiteral("térmica")},
+    {QStringLiteral("de verano"), {}},
+    {QStringLiteral("acolchado"), QStringLiteral("acolchada")},
+    {QStringLiteral("de lana"), {}},
+    {QStringLiteral("elástico"), QStringLiteral("elástica")},
+    {QStringLiteral("de ceremonia"), {}},
+};
+
+/// "Abrigo acolchado", "Falda acolchada": the garment with the adjective in its gender.
+QString NombrePrenda(int codigo) {
+    const Prenda &prenda = prendas[codigo % prendas.size()];
+    const auto &[masculino, femenino] =
+        calificativos[(codigo / prendas.size()) % calificativos.size()];
+    return prenda.nombre + QLatin1Char(' ') +
+           (prenda.masculino || femenino.isEmpty() ? masculino : femenino);
+}
 const QStringList secciones = {QStringLiteral("Mujer"), QStringLiteral("Hombre"),
                                QStringLiteral("Niños"), QStringLiteral("Complementos")};
 
@@ -98,8 +131,7 @@ void CargarTiendaDemo(ADODB::Connection &conexion) {
         Insercion variante(base, QStringLiteral("insert into productostextil (codigopadre, codigohijo, talla,"
                                                 " color, codcliente, precio) values (?,?,?,?,?,?)"));
         for (int codigo = 1; codigo <= numProductos; ++codigo) {
-            const QString nombre = prendas[codigo % prendas.size()] + QLatin1Char(' ') +
-                                   calificativos[(codigo / prendas.size()) % calificativos.size()];
+            const QString nombre = NombrePrenda(codigo);
             const bool borrado = codigo % 23 == 0;
             producto({codigo, QStringLiteral("%1").arg(840000 + codigo, 7, 10, QLatin1Char('0')), nombre,
                       PrecioDe(codigo), secciones[codigo % secciones.size()], borrado ? 1 : 0});
