@@ -1,5 +1,5 @@
 // tarifas: keeps the price lists of the shop's point-of-sale suite.
-#include "app/principal.h"
+#include "app/programa.h"
 #include "platform/ui/informeerror.h"
 #include "platform/ui/twips.h"
 #include "suite/datos/svcopciones.h"

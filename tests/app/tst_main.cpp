@@ -2,7 +2,7 @@
 // application object, Main and the end of the process. A crash on the way out (something that
 // outlives Qt) shows only there.
 #include "apoyo/ejecucion.h"
-#include "app/principal.h"
+#include "app/programa.h"
 #include "platform/datos/sistema.h"
 #include "platform/ui/controles.h"
 #include "platform/ui/form.h"

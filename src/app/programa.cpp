@@ -1,4 +1,4 @@
-#include "principal.h"
+#include "programa.h"
 
 #include "platform/datos/sistema.h"
 #include "platform/ui/informeerror.h"
