@@ -2,6 +2,8 @@
 // by the start of its name in ct_buscar_n, which filters the catalogue as the operator types.
 #include "frmtarifas.h"
 
+#include "columnas.h"
+
 #include "busquedacodigo.h"
 
 #include "platform/datos/recordset.h"
@@ -108,10 +110,10 @@ void FrmTarifas::BusquedaItemsxNombre_Grid(const QString &valor, Grid &grid) {
     // view by one update when control goes back to the event loop.
     const double alto = grid.RowHeight(0);
     const int filas = grid.Rows();
-    if (grid.Cols() < 2)
+    if (grid.Cols() <= ColLlano::Nombre)
         return; // a grid not yet formatted has no names
     for (int fila = 1; fila < filas; ++fila) {
-        if (grid.TextMatrix(fila, 1).startsWith(valor, Qt::CaseInsensitive)) {
+        if (grid.TextMatrix(fila, ColLlano::Nombre).startsWith(valor, Qt::CaseInsensitive)) {
             if (grid.RowHeight(fila) == 0)
                 grid.setRowHeight(fila, alto);
         } else {
@@ -187,7 +189,7 @@ bool FrmTarifas::BuscarCodigo_textil(const QString &cod) {
     const QString padre = QString::number(producto);
     const double alto = grid.RowHeight(0);
     for (int fila = 1; fila < grid.Rows(); ++fila) {
-        if (grid.TextMatrix(fila, 2) == padre) {
+        if (grid.TextMatrix(fila, ColTallaColor::Codigo) == padre) {
             if (grid.RowHeight(fila) == 0)
                 grid.setRowHeight(fila, alto);
         } else {

@@ -3,9 +3,8 @@
 
 #include "session/principal.h"
 #include "session/sesionsuite.h"
-#include "suite/ui/svcaspecto.h"
-#include "suite/ui/svcescala.h"
 #include "platform/ui/controles.h"
+#include "session/cargapantalla.h"
 #include "suite/ui/svctraduccion.h"
 
 #include <QCoreApplication>
@@ -21,30 +20,20 @@ void FrmTarifas::Form_Load() {
     enlazarControles();
     estado = EstadoEditor();
     variantesDeLista.reset();
-    ADODB::Connection &conexion = *SesionSuite.Conexion;
     try {
-        Principal::svcTraduccion().TraducirFormulario(conexion, *this);
+        Principal::TraducirPantalla(*this);
         // Whatever is pending runs now; a tick of the sliding entry may be among it, and it
         // finds the grid past its end, snaps it there and stops: the steps below redo it.
         QCoreApplication::processEvents();
-        Principal::svcAspecto().AplicarAspecto(*this, SesionSuite.EstiloAspecto, conexion);
-        // The look has given the boxes and frames their colours: read them back now.
-        estado.colorConFoco =
-            Principal::svcAspecto().ColorFoco(conexion, SesionSuite.EstiloAspecto);
-        estado.colorSinFoco = QString::number(ct_buscar_c->BackColor());
-        for (DTPicker *fecha : {desde, hasta}) {
-            fecha->setCalendarBackColor(frPadre->BackColor());
-            fecha->setCalendarTitleBackColor(frHijo->BackColor());
-            fecha->setCalendarForeColor(0);
-            fecha->setCalendarTitleForeColor(0);
-        }
+        const Principal::ColoresFoco colores =
+            Principal::AplicarAspectoPantalla(*this, *ct_buscar_c, *frPadre, *frHijo, {desde, hasta});
+        estado.colorConFoco = colores.conFoco;
+        estado.colorSinFoco = colores.sinFoco;
         // The price panel lies over the selected products; placed before the scaling, which
         // then moves both alike.
         frCambio->setTop(grid_Pseleccionados->Top());
         frCambio->setLeft(grid_Pseleccionados->Left());
-        Principal::svcEscala().AjustarFormulario(conexion, *this, SesionSuite.AnchoPantalla,
-                                                 SesionSuite.AltoPantalla, SesionSuite.AnchoDiseno,
-                                                 SesionSuite.AltoDiseno);
+        Principal::EscalarPantalla(*this);
         if (ModoTallaColor()) {
             inicializarGrid_Productos_Textil();
             ListarProductos_Textil();

@@ -2,8 +2,8 @@
 // product without variants, which carries "-1" as its variant code.
 #include "frmtarifas.h"
 
-#include "platform/datos/recordset.h"
-#include "session/sesionsuite.h"
+#include "columnas.h"
+#include "listado.h"
 
 namespace {
 
@@ -29,44 +29,35 @@ void FrmTarifas::ListarProductos_Textil() {
             "       LEFT JOIN tallas ON productostextil.Talla = tallas.codigo) LEFT JOIN "
             "colorestextil ON productostextil.Color = colorestextil.codigo ") +
         QStringLiteral(" WHERE PRODUCTOS.codigo <> null and PRODUCTOS.borrar = 0 ");
-    ADODB::Recordset rs;
-    rs.Open(sql, *SesionSuite.Conexion, ADODB::adOpenStatic, ADODB::adLockOptimistic,
-            ADODB::adCmdUnspecified);
-    if (rs.RecordCount() > 0) {
-        grid_productos_textil->setRows(1);
-        grid_productos_textil->setRows(rs.RecordCount() + 1);
-        const ADODB::Field codcliP = rs.Fields(QStringLiteral("codclip"));
-        const ADODB::Field codcli = rs.Fields(QStringLiteral("codCli"));
-        const ADODB::Field nombre = rs.Fields(QStringLiteral("nombre"));
-        const ADODB::Field codigo = rs.Fields(QStringLiteral("codigo"));
-        const ADODB::Field codigohijo = rs.Fields(QStringLiteral("codigohijo"));
-        const ADODB::Field descTall = rs.Fields(QStringLiteral("DESCTALL"));
-        const ADODB::Field nomCol = rs.Fields(QStringLiteral("NOMCOL"));
-        const ADODB::Field precio = rs.Fields(QStringLiteral("precio"));
-        const ADODB::Field precioTextil = rs.Fields(QStringLiteral("precioTextil"));
-        const ADODB::Field seccion = rs.Fields(QStringLiteral("seccion"));
-        int fila = 1;
-        while (!rs.Eof()) {
+    Grid &grid = *grid_productos_textil;
+    ListarEnGrid(grid, sql, [&grid](ADODB::Recordset &rs) {
+        return [&grid, codcliP = rs.Fields(QStringLiteral("codclip")),
+                codcli = rs.Fields(QStringLiteral("codCli")),
+                nombre = rs.Fields(QStringLiteral("nombre")),
+                codigo = rs.Fields(QStringLiteral("codigo")),
+                codigohijo = rs.Fields(QStringLiteral("codigohijo")),
+                descTall = rs.Fields(QStringLiteral("DESCTALL")),
+                nomCol = rs.Fields(QStringLiteral("NOMCOL")),
+                precio = rs.Fields(QStringLiteral("precio")),
+                precioTextil = rs.Fields(QStringLiteral("precioTextil")),
+                seccion = rs.Fields(QStringLiteral("seccion"))](int fila) {
             // The variant's own shop code, or else its parent's.
             QString codigoTienda = ValorPropio(codcli);
-            grid_productos_textil->setTextMatrix(
-                fila, 0, codigoTienda.isEmpty() ? codcliP.Texto() : std::move(codigoTienda));
-            grid_productos_textil->setTextMatrix(fila, 1, nombre.Texto());
-            grid_productos_textil->setTextMatrix(fila, 2, codigo.Texto());
+            grid.setTextMatrix(fila, ColTallaColor::CodigoTienda,
+                               codigoTienda.isEmpty() ? codcliP.Texto() : std::move(codigoTienda));
+            grid.setTextMatrix(fila, ColTallaColor::Nombre, nombre.Texto());
+            grid.setTextMatrix(fila, ColTallaColor::Codigo, codigo.Texto());
             // A product without variants is its own sellable unit, marked "-1".
-            grid_productos_textil->setTextMatrix(
-                fila, 3, codigohijo.EsNulo() ? QStringLiteral("-1") : codigohijo.Texto());
+            grid.setTextMatrix(fila, ColTallaColor::CodigoHijo,
+                               codigohijo.EsNulo() ? QStringLiteral("-1") : codigohijo.Texto());
             // A size or colour that is missing (or gone from its table) shows empty.
-            grid_productos_textil->setTextMatrix(fila, 4, descTall.Texto());
-            grid_productos_textil->setTextMatrix(fila, 5, nomCol.Texto());
+            grid.setTextMatrix(fila, ColTallaColor::Talla, descTall.Texto());
+            grid.setTextMatrix(fila, ColTallaColor::Color, nomCol.Texto());
             // The variant's own price, even 0, or else its parent's.
             QString precioPropio = ValorPropio(precioTextil);
-            grid_productos_textil->setTextMatrix(
-                fila, 6, precioPropio.isEmpty() ? precio.Texto() : std::move(precioPropio));
-            grid_productos_textil->setTextMatrix(fila, 7, seccion.Texto());
-            ++fila;
-            rs.MoveNext();
-        }
-    }
-    rs.Close();
+            grid.setTextMatrix(fila, ColTallaColor::Precio,
+                               precioPropio.isEmpty() ? precio.Texto() : std::move(precioPropio));
+            grid.setTextMatrix(fila, ColTallaColor::Seccion, seccion.Texto());
+        };
+    });
 }

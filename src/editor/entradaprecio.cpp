@@ -2,6 +2,8 @@
 // standard price, the operator types the new one, and Accept saves it or Cancel drops it.
 #include "frmtarifas.h"
 
+#include "columnas.h"
+
 #include "platform/datos/recordset.h"
 #include "platform/ui/controles.h"
 #include "session/principal.h"
@@ -24,21 +26,24 @@ void FrmTarifas::grid_productos_Click() {
     // The grid raises Click for the title row and below the rows as well: only a data row,
     // and one that holds a product, opens the panel (a save needs the product's code).
     const int fila = grid_productos->MouseRow();
-    if (fila < 1 || grid_productos->TextMatrix(fila, 2).isEmpty())
-        return;
     const Grid &g = *grid_productos;
-    CargarDatosProd(g.TextMatrix(fila, 2), g.TextMatrix(fila, 0), g.TextMatrix(fila, 1),
-                    g.TextMatrix(fila, 3), QString(), QString(), QString());
+    if (fila < 1 || g.TextMatrix(fila, ColLlano::Codigo).isEmpty())
+        return;
+    CargarDatosProd(g.TextMatrix(fila, ColLlano::Codigo), g.TextMatrix(fila, ColLlano::CodigoTienda),
+                    g.TextMatrix(fila, ColLlano::Nombre), g.TextMatrix(fila, ColLlano::Precio),
+                    QString(), QString(), QString());
 }
 
 void FrmTarifas::grid_productos_textil_Click() {
     const int fila = grid_productos_textil->MouseRow();
-    if (fila < 1 || grid_productos_textil->TextMatrix(fila, 2).isEmpty())
-        return;
     const Grid &g = *grid_productos_textil;
-    CargarDatosProd(g.TextMatrix(fila, 2), g.TextMatrix(fila, 0), g.TextMatrix(fila, 1),
-                    g.TextMatrix(fila, 6), g.TextMatrix(fila, 3), g.TextMatrix(fila, 4),
-                    g.TextMatrix(fila, 5));
+    if (fila < 1 || g.TextMatrix(fila, ColTallaColor::Codigo).isEmpty())
+        return;
+    CargarDatosProd(g.TextMatrix(fila, ColTallaColor::Codigo),
+                    g.TextMatrix(fila, ColTallaColor::CodigoTienda),
+                    g.TextMatrix(fila, ColTallaColor::Nombre), g.TextMatrix(fila, ColTallaColor::Precio),
+                    g.TextMatrix(fila, ColTallaColor::CodigoHijo),
+                    g.TextMatrix(fila, ColTallaColor::Talla), g.TextMatrix(fila, ColTallaColor::Color));
 }
 
 void FrmTarifas::CargarDatosProd(const QString &codProd, const QString &codCli,

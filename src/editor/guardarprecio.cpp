@@ -2,6 +2,8 @@
 // gives way to the new one, in the database and in grid_Pseleccionados.
 #include "frmtarifas.h"
 
+#include "columnas.h"
+
 #include "platform/datos/transaccion.h"
 #include "platform/ui/controles.h"
 #include "platform/ui/mensajes.h"
@@ -120,7 +122,7 @@ int FrmTarifas::ObtenerFila(const QString &codProd) {
     const Grid &g = *grid_Pseleccionados;
     // The first empty row (the one a new list shows) or the product's own row.
     for (int fila = 1; fila < g.Rows(); ++fila) {
-        const QString &codigo = g.TextMatrix(fila, 2);
+        const QString &codigo = g.TextMatrix(fila, ColLlano::Codigo);
         if (codigo.isEmpty() || codigo == codProd)
             return fila;
     }
@@ -129,11 +131,12 @@ int FrmTarifas::ObtenerFila(const QString &codProd) {
 
 int FrmTarifas::ObtenerFila_textil(const QString &codProd, const QString &codHijo) {
     const Grid &g = *grid_Pseleccionados;
-    // The variant must match as well: an empty row whose column 3 isn't this variant's code
-    // (the design row of a new list) is passed over, and the price goes to a new row.
+    // The variant must match as well: an empty row whose variant isn't this one (the design
+    // row of a new list) is passed over, and the price goes to a new row.
     for (int fila = 1; fila < g.Rows(); ++fila) {
-        const QString &codigo = g.TextMatrix(fila, 2);
-        if ((codigo.isEmpty() || codigo == codProd) && g.TextMatrix(fila, 3) == codHijo)
+        const QString &codigo = g.TextMatrix(fila, ColTallaColor::Codigo);
+        if ((codigo.isEmpty() || codigo == codProd) &&
+            g.TextMatrix(fila, ColTallaColor::CodigoHijo) == codHijo)
             return fila;
     }
     return g.Rows() + 1;
@@ -146,11 +149,11 @@ void FrmTarifas::AñadirGridProd() {
         g.setRows(g.Rows() + 1);
         fila = g.Rows() - 1;
     }
-    g.setTextMatrix(fila, 0, lblCodCliente->Caption());
-    g.setTextMatrix(fila, 1, lblNomProd->Caption());
-    g.setTextMatrix(fila, 2, lblCodProducto->Caption());
+    g.setTextMatrix(fila, ColLlano::CodigoTienda, lblCodCliente->Caption());
+    g.setTextMatrix(fila, ColLlano::Nombre, lblNomProd->Caption());
+    g.setTextMatrix(fila, ColLlano::Codigo, lblCodProducto->Caption());
     // As typed: the grid shows the operator's text, not the stored value's form.
-    g.setTextMatrix(fila, 3, txt_NuevoPrecio->Text());
+    g.setTextMatrix(fila, ColLlano::Precio, txt_NuevoPrecio->Text());
 }
 
 void FrmTarifas::AñadirGridProd_textil() {
@@ -160,11 +163,11 @@ void FrmTarifas::AñadirGridProd_textil() {
         g.setRows(g.Rows() + 1);
         fila = g.Rows() - 1;
     }
-    g.setTextMatrix(fila, 0, lblCodCliente->Caption());
-    g.setTextMatrix(fila, 1, lblNomProd->Caption());
-    g.setTextMatrix(fila, 2, lblCodProducto->Caption());
-    g.setTextMatrix(fila, 3, lblCodProdTextil->Caption());
-    g.setTextMatrix(fila, 4, lblTalla->Caption());
-    g.setTextMatrix(fila, 5, lblColor->Caption());
-    g.setTextMatrix(fila, 6, txt_NuevoPrecio->Text());
+    g.setTextMatrix(fila, ColTallaColor::CodigoTienda, lblCodCliente->Caption());
+    g.setTextMatrix(fila, ColTallaColor::Nombre, lblNomProd->Caption());
+    g.setTextMatrix(fila, ColTallaColor::Codigo, lblCodProducto->Caption());
+    g.setTextMatrix(fila, ColTallaColor::CodigoHijo, lblCodProdTextil->Caption());
+    g.setTextMatrix(fila, ColTallaColor::Talla, lblTalla->Caption());
+    g.setTextMatrix(fila, ColTallaColor::Color, lblColor->Caption());
+    g.setTextMatrix(fila, ColTallaColor::Precio, txt_NuevoPrecio->Text());
 }

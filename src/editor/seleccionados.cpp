@@ -2,8 +2,8 @@
 // of a stored variant.
 #include "frmtarifas.h"
 
-#include "platform/datos/recordset.h"
-#include "session/sesionsuite.h"
+#include "columnas.h"
+#include "listado.h"
 
 #include <cmath>
 
@@ -69,89 +69,75 @@ void FrmTarifas::ListarProductosLista() {
     const QString lista = CodigoListaAbierta();
     if (lista.isEmpty())
         return; // no list bears such a code: the grid keeps its design rows
-    ADODB::Recordset rs;
-    rs.Open(QStringLiteral("Select productos.codigocliente,productos.nombre,productos.codigo,"
-                           "detalle_precio.precio from productos,detalle_precio where "
-                           "productos.borrar =0 and productos.codigo=detalle_precio.producto and "
-                           "detalle_precio.identificador = ") +
-                lista + QStringLiteral(" order by nombre asc"),
-            *SesionSuite.Conexion, ADODB::adOpenStatic, ADODB::adLockOptimistic,
-            ADODB::adCmdUnspecified);
     // With no price the grid keeps its design rows: the titles and one empty row, which the
     // first price saved takes.
-    if (rs.RecordCount() > 0) {
-        grid_Pseleccionados->setRows(1);
-        grid_Pseleccionados->setRows(rs.RecordCount() + 1);
-        const ADODB::Field codigocliente = rs.Fields(QStringLiteral("codigocliente"));
-        const ADODB::Field nombre = rs.Fields(QStringLiteral("nombre"));
-        const ADODB::Field codigo = rs.Fields(QStringLiteral("codigo"));
-        const ADODB::Field precio = rs.Fields(QStringLiteral("precio"));
-        int fila = 1;
-        while (!rs.Eof()) {
-            grid_Pseleccionados->setTextMatrix(fila, 0, codigocliente.Texto());
-            grid_Pseleccionados->setTextMatrix(fila, 1, nombre.Texto());
-            grid_Pseleccionados->setTextMatrix(fila, 2, codigo.Texto());
-            // The price of this list, never the product's standard one.
-            grid_Pseleccionados->setTextMatrix(fila, 3, precio.Texto());
-            ++fila;
-            rs.MoveNext();
-        }
-    }
-    rs.Close();
+    Grid &grid = *grid_Pseleccionados;
+    ListarEnGrid(
+        grid,
+        QStringLiteral("Select productos.codigocliente,productos.nombre,productos.codigo,"
+                       "detalle_precio.precio from productos,detalle_precio where "
+                       "productos.borrar =0 and productos.codigo=detalle_precio.producto and "
+                       "detalle_precio.identificador = ") +
+            lista + QStringLiteral(" order by nombre asc"),
+        [&grid](ADODB::Recordset &rs) {
+            return [&grid, codigocliente = rs.Fields(QStringLiteral("codigocliente")),
+                    nombre = rs.Fields(QStringLiteral("nombre")),
+                    codigo = rs.Fields(QStringLiteral("codigo")),
+                    precio = rs.Fields(QStringLiteral("precio"))](int fila) {
+                grid.setTextMatrix(fila, ColLlano::CodigoTienda, codigocliente.Texto());
+                grid.setTextMatrix(fila, ColLlano::Nombre, nombre.Texto());
+                grid.setTextMatrix(fila, ColLlano::Codigo, codigo.Texto());
+                // The price of this list, never the product's standard one.
+                grid.setTextMatrix(fila, ColLlano::Precio, precio.Texto());
+            };
+        });
 }
 
 void FrmTarifas::ListarProductosLista_textil() {
     const QString lista = CodigoListaAbierta();
     if (lista.isEmpty())
         return; // no list bears such a code: the grid keeps its design rows
-    ADODB::Recordset rs;
-    rs.Open(
+    // For the length of this listing obtenerTallaYColor answers from one read of the list's
+    // variants; it goes however the listing ends.
+    variantesDeLista.emplace();
+    variantesDeLista->lista = lista;
+    struct AlTerminar {
+        std::optional<VariantesDeLista> &variantes;
+        ~AlTerminar() { variantes.reset(); }
+    } alTerminar{variantesDeLista};
+    Grid &grid = *grid_Pseleccionados;
+    ListarEnGrid(
+        grid,
         QStringLiteral("select producto,codproductotextil,productos.nombre,productos.codigocliente,"
                        "detalle_precio.precio from detalle_precio,productos where "
                        "productos.codigo = detalle_precio.producto and "
                        "detalle_precio.identificador = ") +
             lista,
-        *SesionSuite.Conexion, ADODB::adOpenStatic, ADODB::adLockOptimistic,
-        ADODB::adCmdUnspecified);
-    if (rs.RecordCount() > 0) {
-        grid_Pseleccionados->setRows(1);
-        grid_Pseleccionados->setRows(rs.RecordCount() + 1);
-        const ADODB::Field producto = rs.Fields(QStringLiteral("producto"));
-        const ADODB::Field codproductotextil = rs.Fields(QStringLiteral("codproductotextil"));
-        const ADODB::Field nombre = rs.Fields(QStringLiteral("nombre"));
-        const ADODB::Field codigocliente = rs.Fields(QStringLiteral("codigocliente"));
-        const ADODB::Field precio = rs.Fields(QStringLiteral("precio"));
-        // For the length of this listing obtenerTallaYColor answers from one read of the
-        // list's variants; it goes however the listing ends.
-        variantesDeLista.emplace();
-        variantesDeLista->lista = lista;
-        struct AlTerminar {
-            std::optional<VariantesDeLista> &variantes;
-            ~AlTerminar() { variantes.reset(); }
-        } alTerminar{variantesDeLista};
-        int fila = 1;
-        while (!rs.Eof()) {
-            // Null where the row was saved in the plain mode: it is looked for as "", and like
-            // "-1" (a product without variants) it finds no ordinary variant, so no size or
-            // colour shows.
-            const QString codHijo =
-                codproductotextil.EsNulo() ? QString() : codproductotextil.Texto();
-            QString codProd = producto.Texto();
-            QString color, codCliente;
-            QString talla = obtenerTallaYColor(codProd, codHijo, color, codCliente);
-            grid_Pseleccionados->setTextMatrix(
-                fila, 0, codCliente.isEmpty() ? codigocliente.Texto() : std::move(codCliente));
-            grid_Pseleccionados->setTextMatrix(fila, 1, nombre.Texto());
-            grid_Pseleccionados->setTextMatrix(fila, 2, std::move(codProd));
-            grid_Pseleccionados->setTextMatrix(fila, 3, codHijo);
-            grid_Pseleccionados->setTextMatrix(fila, 4, std::move(talla));
-            grid_Pseleccionados->setTextMatrix(fila, 5, std::move(color));
-            grid_Pseleccionados->setTextMatrix(fila, 6, precio.Texto());
-            ++fila;
-            rs.MoveNext();
-        }
-    }
-    rs.Close();
+        [this, &grid](ADODB::Recordset &rs) {
+            return [this, &grid, producto = rs.Fields(QStringLiteral("producto")),
+                    codproductotextil = rs.Fields(QStringLiteral("codproductotextil")),
+                    nombre = rs.Fields(QStringLiteral("nombre")),
+                    codigocliente = rs.Fields(QStringLiteral("codigocliente")),
+                    precio = rs.Fields(QStringLiteral("precio"))](int fila) {
+                // Null where the row was saved in the plain mode: it is looked for as "", and
+                // like "-1" (a product without variants) it finds no ordinary variant, so no
+                // size or colour shows.
+                const QString codHijo =
+                    codproductotextil.EsNulo() ? QString() : codproductotextil.Texto();
+                QString codProd = producto.Texto();
+                QString color, codCliente;
+                QString talla = obtenerTallaYColor(codProd, codHijo, color, codCliente);
+                grid.setTextMatrix(fila, ColTallaColor::CodigoTienda,
+                                   codCliente.isEmpty() ? codigocliente.Texto()
+                                                        : std::move(codCliente));
+                grid.setTextMatrix(fila, ColTallaColor::Nombre, nombre.Texto());
+                grid.setTextMatrix(fila, ColTallaColor::Codigo, std::move(codProd));
+                grid.setTextMatrix(fila, ColTallaColor::CodigoHijo, codHijo);
+                grid.setTextMatrix(fila, ColTallaColor::Talla, std::move(talla));
+                grid.setTextMatrix(fila, ColTallaColor::Color, std::move(color));
+                grid.setTextMatrix(fila, ColTallaColor::Precio, precio.Texto());
+            };
+        });
 }
 
 QString FrmTarifas::obtenerTallaYColor(const QString &codProd, const QString &codHijo,

@@ -1,11 +1,10 @@
 #include "frmlistas.h"
 
-#include "session/vida.h"
 #include "screens/disenolistas.h"
+#include "session/cargapantalla.h"
 #include "session/principal.h"
 #include "session/sesionsuite.h"
-#include "suite/ui/svcaspecto.h"
-#include "suite/ui/svcescala.h"
+#include "session/vida.h"
 #include "suite/ui/svctraduccion.h"
 
 FrmListas::FrmListas() : Form(DisenoListas()) {}
@@ -47,22 +46,13 @@ void FrmListas::enlazarControles() {
 
 void FrmListas::Form_Load() {
     enlazarControles();
-    ADODB::Connection &conexion = *SesionSuite.Conexion;
-
-    Principal::svcTraduccion().TraducirFormulario(conexion, *this);
+    Principal::TraducirPantalla(*this);
     ColocarAyuda();
-    Principal::svcAspecto().AplicarAspecto(*this, SesionSuite.EstiloAspecto, conexion);
-    estado.colorConFoco = Principal::svcAspecto().ColorFoco(conexion, SesionSuite.EstiloAspecto);
-    estado.colorSinFoco = QString::number(txtNomLista->BackColor());
-    for (DTPicker *fecha : {desde, hasta}) {
-        fecha->setCalendarBackColor(frCabecera->BackColor());
-        fecha->setCalendarTitleBackColor(frHijo->BackColor());
-        fecha->setCalendarForeColor(0);
-        fecha->setCalendarTitleForeColor(0);
-    }
-    Principal::svcEscala().AjustarFormulario(conexion, *this, SesionSuite.AnchoPantalla,
-                                             SesionSuite.AltoPantalla, SesionSuite.AnchoDiseno,
-                                             SesionSuite.AltoDiseno);
+    const Principal::ColoresFoco colores =
+        Principal::AplicarAspectoPantalla(*this, *txtNomLista, *frCabecera, *frHijo, {desde, hasta});
+    estado.colorConFoco = colores.conFoco;
+    estado.colorSinFoco = colores.sinFoco;
+    Principal::EscalarPantalla(*this);
     inicializarGridPrecios();
     cargarGridPrecios();
 }

@@ -2,6 +2,8 @@
 // hand-over of the list's code, name and dates.
 #include "frmlistas.h"
 
+#include "columnaslistas.h"
+
 #include "editor/frmtarifas.h"
 #include "platform/datos/regional.h"
 #include "platform/datos/sistema.h"
@@ -12,10 +14,10 @@ void FrmListas::grid_precios_DblClick() {
     const int fila = grid_precios->Row();
     if (fila <= 0)
         return;
-    lblCodigo->setCaption(grid_precios->TextMatrix(fila, 3));
-    const QString nombre = grid_precios->TextMatrix(fila, 0);
-    const QDate fdesde = TextoAFecha(grid_precios->TextMatrix(fila, 1));
-    const QDate fhasta = TextoAFecha(grid_precios->TextMatrix(fila, 2));
+    lblCodigo->setCaption(grid_precios->TextMatrix(fila, ColListas::Codigo));
+    const QString nombre = grid_precios->TextMatrix(fila, ColListas::Nombre);
+    const QDate fdesde = TextoAFecha(grid_precios->TextMatrix(fila, ColListas::Desde));
+    const QDate fhasta = TextoAFecha(grid_precios->TextMatrix(fila, ColListas::Hasta));
     VerDetalles(nombre, fdesde, fhasta);
 }
 
