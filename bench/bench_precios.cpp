@@ -48,7 +48,8 @@ bool fallo = false;
 void Ejecutar(QSqlDatabase base, const QString &sql) {
     QSqlQuery q(base);
     if (!q.exec(sql))
-        throw std::runtime_error((q.lastError().text() + QStringLiteral(" in ") + sql).toStdString());
+        throw std::runtime_error(
+            (q.lastError().text() + QStringLiteral(" in ") + sql).toStdString());
 }
 
 double Mediana(std::vector<double> v) {
@@ -150,7 +151,8 @@ QString NuevaSQLite(QTemporaryDir &dir, const std::function<void(QSqlDatabase)> 
     CrearTablasQueFaltan(c, TablasSuite());
     QSqlDatabase base = c.Base();
     base.transaction();
-    Ejecutar(base, QStringLiteral("insert into opciones (numdecimales, estiloaspecto) values (2, 0)"));
+    Ejecutar(base,
+             QStringLiteral("insert into opciones (numdecimales, estiloaspecto) values (2, 0)"));
     Ejecutar(base, QStringLiteral("insert into cabecera_precio values (1, 'General', "
                                   "'2026-01-01', '2026-01-01', '2026-12-31')"));
     llenar(base);
@@ -253,7 +255,8 @@ bool PlanConIndices(QSqlDatabase base, bool postgresql, const QString &codigo) {
 void MedirCodigoEn(FrmTarifas &e, const char *donde) {
     QSqlDatabase base = SesionSuite.Conexion->Base();
     const bool postgresql = SesionSuite.Conexion->dialecto().Producto() == QSqlDriver::PostgreSQL;
-    Comprobar(PlanConIndices(base, postgresql, QStringLiteral("C77")), "EXPLAIN of the code search");
+    Comprobar(PlanConIndices(base, postgresql, QStringLiteral("C77")),
+              "EXPLAIN of the code search");
     // Shop codes, extra codes and codes that exist nowhere, spread over the catalogue.
     struct Caso {
         QString codigo;

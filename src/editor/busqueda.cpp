@@ -37,7 +37,6 @@ BusquedaCodigo SentenciaBusquedaCodigo(const Dialecto &dialecto, const QString &
     return b;
 }
 
-
 Grid &FrmTarifas::GridCatalogo() {
     return ModoTallaColor() ? *grid_productos_textil : *grid_productos;
 }

@@ -1,10 +1,10 @@
 // The editor's load, its sliding entry, its way out, and the focus colours of its boxes.
 #include "frmtarifas.h"
 
-#include "session/principal.h"
-#include "session/sesionsuite.h"
 #include "platform/ui/controles.h"
 #include "session/cargapantalla.h"
+#include "session/principal.h"
+#include "session/sesionsuite.h"
 #include "suite/ui/svctraduccion.h"
 
 #include <QCoreApplication>
@@ -25,8 +25,8 @@ void FrmTarifas::Form_Load() {
         // Whatever is pending runs now; a tick of the sliding entry may be among it, and it
         // finds the grid past its end, snaps it there and stops: the steps below redo it.
         QCoreApplication::processEvents();
-        const Principal::ColoresFoco colores =
-            Principal::AplicarAspectoPantalla(*this, *ct_buscar_c, *frPadre, *frHijo, {desde, hasta});
+        const Principal::ColoresFoco colores = Principal::AplicarAspectoPantalla(
+            *this, *ct_buscar_c, *frPadre, *frHijo, {desde, hasta});
         estado.colorConFoco = colores.conFoco;
         estado.colorSinFoco = colores.sinFoco;
         // The price panel lies over the selected products; placed before the scaling, which

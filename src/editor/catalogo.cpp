@@ -6,7 +6,8 @@
 
 void FrmTarifas::ListarProductos() {
     Grid &grid = *grid_productos;
-    ListarEnGrid(grid, QStringLiteral("Select * from productos where borrar =0 order by nombre asc"),
+    ListarEnGrid(grid,
+                 QStringLiteral("Select * from productos where borrar =0 order by nombre asc"),
                  [&grid](ADODB::Recordset &rs) {
                      // Each field is looked up once; the handle reads whatever row the
                      // recordset is on.

@@ -9,9 +9,9 @@ namespace ColLlano {
 enum : int {
     CodigoTienda = 0, ///< the shop's own code (codigocliente)
     Nombre = 1,
-    Codigo = 2,       ///< the internal code (hidden)
-    Precio = 3,       ///< the standard price in the catalogue, the list's in the list
-    Seccion = 4,      ///< hidden
+    Codigo = 2,  ///< the internal code (hidden)
+    Precio = 3,  ///< the standard price in the catalogue, the list's in the list
+    Seccion = 4, ///< hidden
 };
 }
 
@@ -21,12 +21,12 @@ namespace ColTallaColor {
 enum : int {
     CodigoTienda = 0, ///< the variant's own shop code, or else its product's
     Nombre = 1,
-    Codigo = 2,       ///< the product's internal code (hidden)
-    CodigoHijo = 3,   ///< the variant's code (hidden)
+    Codigo = 2,     ///< the product's internal code (hidden)
+    CodigoHijo = 3, ///< the variant's code (hidden)
     Talla = 4,
     Color = 5,
     Precio = 6,
-    Seccion = 7,      ///< hidden
+    Seccion = 7, ///< hidden
 };
 }
 

@@ -29,7 +29,8 @@ void FrmTarifas::grid_productos_Click() {
     const Grid &g = *grid_productos;
     if (fila < 1 || g.TextMatrix(fila, ColLlano::Codigo).isEmpty())
         return;
-    CargarDatosProd(g.TextMatrix(fila, ColLlano::Codigo), g.TextMatrix(fila, ColLlano::CodigoTienda),
+    CargarDatosProd(g.TextMatrix(fila, ColLlano::Codigo),
+                    g.TextMatrix(fila, ColLlano::CodigoTienda),
                     g.TextMatrix(fila, ColLlano::Nombre), g.TextMatrix(fila, ColLlano::Precio),
                     QString(), QString(), QString());
 }
@@ -39,11 +40,11 @@ void FrmTarifas::grid_productos_textil_Click() {
     const Grid &g = *grid_productos_textil;
     if (fila < 1 || g.TextMatrix(fila, ColTallaColor::Codigo).isEmpty())
         return;
-    CargarDatosProd(g.TextMatrix(fila, ColTallaColor::Codigo),
-                    g.TextMatrix(fila, ColTallaColor::CodigoTienda),
-                    g.TextMatrix(fila, ColTallaColor::Nombre), g.TextMatrix(fila, ColTallaColor::Precio),
-                    g.TextMatrix(fila, ColTallaColor::CodigoHijo),
-                    g.TextMatrix(fila, ColTallaColor::Talla), g.TextMatrix(fila, ColTallaColor::Color));
+    CargarDatosProd(
+        g.TextMatrix(fila, ColTallaColor::Codigo), g.TextMatrix(fila, ColTallaColor::CodigoTienda),
+        g.TextMatrix(fila, ColTallaColor::Nombre), g.TextMatrix(fila, ColTallaColor::Precio),
+        g.TextMatrix(fila, ColTallaColor::CodigoHijo), g.TextMatrix(fila, ColTallaColor::Talla),
+        g.TextMatrix(fila, ColTallaColor::Color));
 }
 
 void FrmTarifas::CargarDatosProd(const QString &codProd, const QString &codCli,

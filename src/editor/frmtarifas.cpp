@@ -1,12 +1,14 @@
 // The editor screen itself: its one instance and the binding of its controls.
 #include "frmtarifas.h"
 
-#include "session/vida.h"
 #include "screens/disenotarifas.h"
+#include "session/vida.h"
 
 FrmTarifas::FrmTarifas() : Form(DisenoTarifas()) {}
 
-FrmTarifas &frmTarifas() { return Principal::Vida::Pantalla<FrmTarifas>(); }
+FrmTarifas &frmTarifas() {
+    return Principal::Vida::Pantalla<FrmTarifas>();
+}
 
 void FrmTarifas::enlazarControles() {
     frPadre = control<Frame>(QStringLiteral("frPadre"));

@@ -37,7 +37,7 @@ struct EstadoEditor {
 /// load that fails takes the half-built screen away (Unload) before the error goes on.
 class FrmTarifas : public Form {
     Q_OBJECT
-public:
+  public:
     FrmTarifas();
 
     EstadoEditor estado;
@@ -105,8 +105,8 @@ public:
     /// Fills the state labels and the panel with one product (or variant), empties the new
     /// price, shows the entry view and puts the focus in txt_NuevoPrecio.
     void CargarDatosProd(const QString &codProd, const QString &codCli, const QString &nombre,
-                         const QString &precio, const QString &cod_prodTextil,
-                         const QString &talla, const QString &color);
+                         const QString &precio, const QString &cod_prodTextil, const QString &talla,
+                         const QString &color);
     /// Opens product `cod` (an internal code as decimal text) from the database; a code that
     /// productos doesn't hold changes nothing. The variant labels keep their values.
     void CargarProductoXcodigo(const QString &cod);
@@ -162,8 +162,7 @@ public:
     // end of price entry, saving and search
 
     // Validity period and deletion
-    CommandButton *cmdAceptarFecha = nullptr, *cmdCancelarFecha = nullptr,
-                  *cmdEliminar = nullptr;
+    CommandButton *cmdAceptarFecha = nullptr, *cmdCancelarFecha = nullptr, *cmdEliminar = nullptr;
     /// Stores the period that desde and hasta show in the open list's header, both dates
     /// whichever changed, and makes it the stored one (lblDesde, lblHasta). No check of the
     /// dates: a period may end before it starts. Writes nothing, and closes the editor, when
@@ -174,7 +173,7 @@ public:
     /// stored without one) leaves its control on the date it shows.
     void regresarFechas();
 
-private:
+  private:
     void desde_Change();
     void hasta_Change();
     void cmdAceptarFecha_Click();
@@ -184,10 +183,10 @@ private:
     void botonesFecha(bool visibles);
     // end of validity period and deletion
 
-protected:
+  protected:
     void Form_Load() override;
 
-private:
+  private:
     void enlazarControles();
     void tmrRegresaLista_Timer();
     void cmdSalir_Click();

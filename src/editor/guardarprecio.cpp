@@ -87,12 +87,11 @@ bool FrmTarifas::GuardarBDProd() {
         return false;
     const QString lista = lblCodigo->Caption();
     const QString producto = lblCodProducto->Caption();
-    return Grabar(*this,
-                  QStringLiteral("identificador=") + lista + QStringLiteral(" and producto=") +
-                      producto,
-                  QStringLiteral("identificador=") + lista + QStringLiteral("|producto=") +
-                      producto + QStringLiteral("|precio=") + txt_NuevoPrecio->Text() +
-                      QStringLiteral("|"));
+    return Grabar(
+        *this,
+        QStringLiteral("identificador=") + lista + QStringLiteral(" and producto=") + producto,
+        QStringLiteral("identificador=") + lista + QStringLiteral("|producto=") + producto +
+            QStringLiteral("|precio=") + txt_NuevoPrecio->Text() + QStringLiteral("|"));
 }
 
 bool FrmTarifas::GuardarBDProd_textil() {

@@ -19,12 +19,12 @@ bool FrmTarifas::ListaSigueViva() {
         // On a server another terminal's save, period change or delete of this list waits on
         // the header's row until this unit ends. SQLite has no row locks: the unit already
         // holds the whole database's write lock (begin immediate).
-        const bool servidor =
-            conexion.dialecto().Producto() == QSqlDriver::PostgreSQL;
+        const bool servidor = conexion.dialecto().Producto() == QSqlDriver::PostgreSQL;
         ADODB::Recordset rs;
-        rs.Open(QStringLiteral("Select identificador from cabecera_precio where identificador = ?") +
-                    (servidor ? QStringLiteral(" for update") : QString()),
-                {codigo}, conexion);
+        rs.Open(
+            QStringLiteral("Select identificador from cabecera_precio where identificador = ?") +
+                (servidor ? QStringLiteral(" for update") : QString()),
+            {codigo}, conexion);
         viva = rs.RecordCount() > 0;
         rs.Close();
     }

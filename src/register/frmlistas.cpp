@@ -9,7 +9,9 @@
 
 FrmListas::FrmListas() : Form(DisenoListas()) {}
 
-FrmListas &frmListas() { return Principal::Vida::Pantalla<FrmListas>(); }
+FrmListas &frmListas() {
+    return Principal::Vida::Pantalla<FrmListas>();
+}
 
 void FrmListas::enlazarControles() {
     frCabecera = control<Frame>(QStringLiteral("frCabecera"));
@@ -48,8 +50,8 @@ void FrmListas::Form_Load() {
     enlazarControles();
     Principal::TraducirPantalla(*this);
     ColocarAyuda();
-    const Principal::ColoresFoco colores =
-        Principal::AplicarAspectoPantalla(*this, *txtNomLista, *frCabecera, *frHijo, {desde, hasta});
+    const Principal::ColoresFoco colores = Principal::AplicarAspectoPantalla(
+        *this, *txtNomLista, *frCabecera, *frHijo, {desde, hasta});
     estado.colorConFoco = colores.conFoco;
     estado.colorSinFoco = colores.sinFoco;
     Principal::EscalarPantalla(*this);
@@ -57,7 +59,9 @@ void FrmListas::Form_Load() {
     cargarGridPrecios();
 }
 
-void FrmListas::cmdSalir_Click() { Unload(); }
+void FrmListas::cmdSalir_Click() {
+    Unload();
+}
 
 void FrmListas::Command1_Click() {
     Principal::svcTraduccion().GenerarCaptions(*SesionSuite.Conexion, *this);
@@ -69,4 +73,6 @@ void FrmListas::txtNomLista_GotFocus() {
     txtNomLista->setSelLength(int(txtNomLista->Text().size()));
 }
 
-void FrmListas::txtNomLista_LostFocus() { txtNomLista->setBackColor(estado.colorSinFoco.toInt()); }
+void FrmListas::txtNomLista_LostFocus() {
+    txtNomLista->setBackColor(estado.colorSinFoco.toInt());
+}

@@ -11,9 +11,9 @@
 /// What the register keeps while it lives, besides its hidden label lblCodigo (the code of
 /// the price list in hand, which the editor reads from this screen).
 struct EstadoListas {
-    QString colorConFoco; ///< focus colour of the look, decimal text of a 32-bit colour
-    QString colorSinFoco; ///< txtNomLista's own back colour at load, the same way
-    QString rutaAyuda;    ///< the help page last asked for
+    QString colorConFoco;       ///< focus colour of the look, decimal text of a 32-bit colour
+    QString colorSinFoco;       ///< txtNomLista's own back colour at load, the same way
+    QString rutaAyuda;          ///< the help page last asked for
     bool ayudaSubiendo = false; ///< the help panel's way: true up, false down
     /// The code cmdNuevo gave the list being created. lblCodigo holds it too, but a double
     /// click on the grid while the panel is open overwrites the label with that row's code.
@@ -25,7 +25,7 @@ struct EstadoListas {
 /// closes.
 class FrmListas : public Form {
     Q_OBJECT
-public:
+  public:
     FrmListas();
 
     void inicializarGridPrecios();
@@ -63,10 +63,10 @@ public:
     Timer *tmrAyuda = nullptr;
     VisorAyuda *Open1 = nullptr;
 
-protected:
+  protected:
     void Form_Load() override;
 
-private:
+  private:
     void enlazarControles();
     void grid_precios_DblClick();
     void cmdSalir_Click();

@@ -21,8 +21,9 @@ void FrmListas::inicializarGridPrecios() {
 
 void FrmListas::cargarGridPrecios() {
     SvcGrid svcGrid;
-    svcGrid.CargarGrid(*SesionSuite.Conexion,
-                       QStringLiteral("Select descripcion,preciovalidodesde,preciovalidohasta,identificador "
-                                      "from cabecera_precio"),
-                       *grid_precios, 0, 0);
+    svcGrid.CargarGrid(
+        *SesionSuite.Conexion,
+        QStringLiteral("Select descripcion,preciovalidodesde,preciovalidohasta,identificador "
+                       "from cabecera_precio"),
+        *grid_precios, 0, 0);
 }

@@ -2,6 +2,9 @@
 #include "disenocomun.h"
 #include "recursos.h"
 
+// The design tables keep the layout of the design: one control to a few lines, in the
+// design's order.
+// clang-format off
 namespace {
 
 
@@ -101,3 +104,4 @@ const DisenoFormulario &DisenoListas() {
     IniciarRecursosPantallas();
     return diseno;
 }
+// clang-format on

@@ -2,6 +2,9 @@
 #include "disenocomun.h"
 #include "recursos.h"
 
+// The design tables keep the layout of the design: one control to a few lines, in the
+// design's order.
+// clang-format off
 namespace {
 
 constexpr ColorOLE amarillo = RGB(255, 255, 0);
@@ -167,3 +170,4 @@ const DisenoFormulario &DisenoTarifas() {
     IniciarRecursosPantallas();
     return diseno;
 }
+// clang-format on

@@ -4,7 +4,9 @@
 
 // The pictures are compiled into this static library; a static library's resources must be
 // registered by hand before the first screen asks for them.
-static void Registrar() { Q_INIT_RESOURCE(recursos); }
+static void Registrar() {
+    Q_INIT_RESOURCE(recursos);
+}
 
 void IniciarRecursosPantallas() {
     static const bool hecho = (Registrar(), true);

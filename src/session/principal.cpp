@@ -4,13 +4,13 @@
 #include "platform/datos/recordset.h"
 #include "platform/datos/sistema.h"
 #include "sesionsuite.h"
-#include "vida.h"
 #include "suite/datos/svcconexion.h"
 #include "suite/datos/svcopciones.h"
 #include "suite/ui/svcaspecto.h"
 #include "suite/ui/svcescala.h"
 #include "suite/ui/svcteclado.h"
 #include "suite/ui/svctraduccion.h"
+#include "vida.h"
 
 #include <QDir>
 
@@ -40,22 +40,31 @@ QString LeerListadoTemporal(const QString &columna) {
 qint16 Corto(const ADODB::Field &campo) {
     const qint32 n = campo.Entero();
     if (n < -32768 || n > 32767)
-        throw ErrorBD(QStringLiteral("El valor %1 de %2 no cabe en un entero corto").arg(n).arg(campo.Name()));
+        throw ErrorBD(QStringLiteral("El valor %1 de %2 no cabe en un entero corto")
+                          .arg(n)
+                          .arg(campo.Name()));
     return qint16(n);
 }
 
 } // namespace
 
-QString LeerList2() { return LeerListadoTemporal(QStringLiteral("list2")); }
-QString LeerList1() { return LeerListadoTemporal(QStringLiteral("list1")); }
+QString LeerList2() {
+    return LeerListadoTemporal(QStringLiteral("list2"));
+}
+QString LeerList1() {
+    return LeerListadoTemporal(QStringLiteral("list1"));
+}
 
-int ExisteFichero(const QString &ruta) { return ::ExisteFichero(ruta); }
+int ExisteFichero(const QString &ruta) {
+    return ::ExisteFichero(ruta);
+}
 
 void CargarSesion() {
     ADODB::Connection &conexion = *SesionSuite.Conexion;
     SesionSuite.list2 = LeerList2();
     SesionSuite.list1 = LeerList1();
-    SesionSuite.RutaFotos = DirectorioPrograma() + QDir::separator() + QStringLiteral("fotos") + QDir::separator();
+    SesionSuite.RutaFotos =
+        DirectorioPrograma() + QDir::separator() + QStringLiteral("fotos") + QDir::separator();
     SesionSuite.EstiloAspecto = svcOpciones().LeerEstiloAspecto(conexion);
     SesionSuite.AnchoPantalla = svcOpciones().LeerAnchoPantalla(conexion);
     SesionSuite.AltoPantalla = svcOpciones().LeerAltoPantalla(conexion);
@@ -91,11 +100,14 @@ void CargarSesion() {
     }
     {
         ADODB::Recordset rs;
-        rs.Open(QStringLiteral("Select segundoImpuesto,nombreimpuesto1 from configuracionRegional"), conexion);
+        rs.Open(QStringLiteral("Select segundoImpuesto,nombreimpuesto1 from configuracionRegional"),
+                conexion);
         if (rs.RecordCount() > 0) {
-            SesionSuite.SegundoImpuesto = rs.Fields(QStringLiteral("SegundoImpuesto")).Value().toBool();
+            SesionSuite.SegundoImpuesto =
+                rs.Fields(QStringLiteral("SegundoImpuesto")).Value().toBool();
             const ADODB::Field nombre = rs.Fields(QStringLiteral("nombreimpuesto1"));
-            SesionSuite.nombreimpuesto1 = nombre.EsNulo() ? QStringLiteral("Impuesto") : nombre.Texto();
+            SesionSuite.nombreimpuesto1 =
+                nombre.EsNulo() ? QStringLiteral("Impuesto") : nombre.Texto();
         }
         rs.Close();
     }
@@ -107,7 +119,8 @@ void LeerMultitienda() {
     SesionSuite.nombretienda.clear();
     SesionSuite.multitienda = false;
     ADODB::Recordset rs;
-    rs.Open(QStringLiteral("Select multitienda, nombretienda from opciones"), *SesionSuite.Conexion);
+    rs.Open(QStringLiteral("Select multitienda, nombretienda from opciones"),
+            *SesionSuite.Conexion);
     if (rs.RecordCount() > 0) {
         const ADODB::Field campo = rs.Fields(QStringLiteral("multitienda"));
         const QString valor = campo.Texto();
@@ -168,13 +181,27 @@ template <class T> T &Servicio(T Vida::*miembro) {
 
 } // namespace
 
-SvcConexion &svcConexion() { return Servicio(&Vida::conexion); }
-SvcOpciones &svcOpciones() { return Servicio(&Vida::opciones); }
-SvcAspecto &svcAspecto() { return Servicio(&Vida::aspecto); }
-SvcEscala &svcEscala() { return Servicio(&Vida::escala); }
-SvcTeclado &svcTeclado() { return Servicio(&Vida::teclado); }
-SvcTraduccion &svcTraduccion() { return Servicio(&Vida::traduccion); }
+SvcConexion &svcConexion() {
+    return Servicio(&Vida::conexion);
+}
+SvcOpciones &svcOpciones() {
+    return Servicio(&Vida::opciones);
+}
+SvcAspecto &svcAspecto() {
+    return Servicio(&Vida::aspecto);
+}
+SvcEscala &svcEscala() {
+    return Servicio(&Vida::escala);
+}
+SvcTeclado &svcTeclado() {
+    return Servicio(&Vida::teclado);
+}
+SvcTraduccion &svcTraduccion() {
+    return Servicio(&Vida::traduccion);
+}
 
-void ReiniciarSesion() { SesionSuite = RegistroSesion(); }
+void ReiniciarSesion() {
+    SesionSuite = RegistroSesion();
+}
 
 } // namespace Principal

@@ -37,4 +37,6 @@ extern RegistroSesion SesionSuite;
 
 /// True when the editor works in the size-and-colour mode. Read afresh at every test, as
 /// nothing stores the mode.
-inline bool ModoTallaColor() { return SesionSuite.TipoNegocio == QLatin1String("TALLACOLOR"); }
+inline bool ModoTallaColor() {
+    return SesionSuite.TipoNegocio == QLatin1String("TALLACOLOR");
+}

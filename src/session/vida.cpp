@@ -28,7 +28,9 @@ Vida::~Vida() {
     viva = nullptr;
 }
 
-Vida *Vida::Actual() { return viva; }
+Vida *Vida::Actual() {
+    return viva;
+}
 
 Vida &Vida::Requerida() {
     if (!viva)

@@ -22,7 +22,7 @@ namespace Principal {
 /// back, which closes the suite's connection: all while the application object and Qt's SQL
 /// registry still exist, so nothing of Qt is touched after Qt is gone. One lives at a time.
 class Vida {
-public:
+  public:
     Vida();
     ~Vida();
     Vida(const Vida &) = delete;
@@ -51,7 +51,7 @@ public:
     SvcTeclado teclado;
     SvcTraduccion traduccion;
 
-private:
+  private:
     static Vida &Requerida();
     std::vector<std::pair<std::type_index, std::unique_ptr<QObject>>> pantallas;
 };

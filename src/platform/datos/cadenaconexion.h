@@ -16,13 +16,13 @@ inline const QString OrigenTerminal = QStringLiteral("Corvanta");
 struct CadenaConexion {
     enum class Tipo { SQLite, PostgreSQL, ODBC };
     Tipo tipo = Tipo::SQLite;
-    QString ruta;      ///< SQLite file
-    QString dsn;       ///< ODBC data source name, bare (Qt's ODBC driver takes it so)
+    QString ruta; ///< SQLite file
+    QString dsn;  ///< ODBC data source name, bare (Qt's ODBC driver takes it so)
     QString usuario;
     QString clave;
     QString servidor;
     int puerto = 5432;
-    QString base;      ///< PostgreSQL database name
+    QString base; ///< PostgreSQL database name
 
     /// Reads one of the three forms; anything else raises ErrorBD saying which forms exist, and
     /// so does a data source that is not defined. No error shows the password.

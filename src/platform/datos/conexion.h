@@ -18,7 +18,7 @@ namespace ADODB {
 /// the network lost is noticed by the statement that fails (its ErrorBD says so) and opened
 /// again by the next use of Base(), unless a unit of work is open on it.
 class Connection {
-public:
+  public:
     Connection();
     ~Connection();
     Connection(const Connection &) = delete;
@@ -59,7 +59,7 @@ public:
     void RollbackTrans();
     bool EnTransaccion() const { return enTransaccion; }
 
-private:
+  private:
     void ejecutarControl(const QString &sentencia);
     bool Caida() const;
     QString nombreConexion;

@@ -13,7 +13,7 @@ class QSqlDatabase;
 /// written once; where a database reads one differently, the difference is named here
 /// and nowhere else.
 class Dialecto {
-public:
+  public:
     virtual ~Dialecto() = default;
     virtual QString Nombre() const = 0;
 
@@ -63,7 +63,7 @@ public:
     /// behind an ODBC data source, what the source leads to.
     QSqlDriver::DbmsType Producto() const { return producto; }
 
-private:
+  private:
     Diferencias diferencias;
     QSqlDriver::DbmsType producto = QSqlDriver::UnknownDbms;
 };

@@ -17,4 +17,3 @@ QVariant DialectoPostgreSQL::Normalizar(const QVariant &valor, const QString &ti
     }
     return Dialecto::Normalizar(valor, tipoDeclarado);
 }
-

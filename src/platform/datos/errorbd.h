@@ -8,7 +8,7 @@
 /// Texto() carry the database's own text (or ours, for a value that does not fit).
 /// Nothing in the program catches it: the error report at the top shows it.
 class ErrorBD : public std::runtime_error {
-public:
+  public:
     explicit ErrorBD(const QString &texto);
     QString Texto() const { return QString::fromUtf8(what()); }
 };

@@ -10,7 +10,12 @@
 
 namespace ADODB {
 
-enum CursorTypeEnum { adOpenForwardOnly = 0, adOpenKeyset = 1, adOpenDynamic = 2, adOpenStatic = 3 };
+enum CursorTypeEnum {
+    adOpenForwardOnly = 0,
+    adOpenKeyset = 1,
+    adOpenDynamic = 2,
+    adOpenStatic = 3
+};
 enum LockTypeEnum { adLockReadOnly = 1, adLockPessimistic = 2, adLockOptimistic = 3 };
 enum CommandTypeEnum { adCmdUnspecified = -1, adCmdText = 1 };
 
@@ -19,7 +24,7 @@ class Recordset;
 /// One column of the current row. A light handle: it is valid while its recordset is open
 /// and reads the row the recordset stands on when asked.
 class Field {
-public:
+  public:
     QString Name() const;
     /// The value as the database gave it, normalised by the dialect (Null stays Null).
     QVariant Value() const;
@@ -30,7 +35,7 @@ public:
     /// number, or does not fit.
     qint32 Entero() const;
 
-private:
+  private:
     friend class Recordset;
     Field(const Recordset *rs, int columna) : rs(rs), columna(columna) {}
     const Recordset *rs;
@@ -46,7 +51,7 @@ private:
 /// through Qt's driver; either way the values are kept compactly (ValoresResultado) and a
 /// field's text is made when it is asked for.
 class Recordset {
-public:
+  public:
     Recordset() = default;
     Recordset(const Recordset &) = delete;
     Recordset &operator=(const Recordset &) = delete;
@@ -73,7 +78,7 @@ public:
     Field Fields(int indice) const;
     int ColumnCount() const { return int(nombres.size()); }
 
-private:
+  private:
     friend class Field;
     /// The index of the current row's value in column `columna`; raises ErrorBD with no
     /// current row.

@@ -6,8 +6,8 @@ enum class TipoColumna {
     Entero,      ///< whole number, 32-bit
     EnteroCorto, ///< small whole number, 16-bit
     Texto,
-    Fecha,       ///< a day, no time part
-    Decimal,     ///< an exact decimal: prices
-    Real,        ///< a double: screen sizes
+    Fecha,   ///< a day, no time part
+    Decimal, ///< an exact decimal: prices
+    Real,    ///< a double: screen sizes
     Booleano,
 };

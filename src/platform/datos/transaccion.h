@@ -13,7 +13,7 @@ namespace ADODB {
 /// as the connection waits for any lock. On a server, what a unit must hold still while it
 /// decides (a price list's header, say) is locked by its own statements (select … for update).
 class Transaccion {
-public:
+  public:
     explicit Transaccion(Connection &conexion);
     ~Transaccion();
     Transaccion(const Transaccion &) = delete;
@@ -23,7 +23,7 @@ public:
     /// unit is rolled back then.
     void Commit();
 
-private:
+  private:
     Connection &conexion;
     bool propia = false; ///< false when it joined a unit already open
     bool terminada = false;

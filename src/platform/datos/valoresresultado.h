@@ -16,7 +16,7 @@
 /// Valor() gives them back as the same QVariant, and Texto() as their default text form.
 /// Indexes are 0-based and not checked: the recordset checks them.
 class ValoresResultado {
-public:
+  public:
     void AnadirNulo() { celdas.push_back(Celda{Tipo::Nulo, 0, {0}}); }
     void AnadirEntero(qint64 n);
     void AnadirReal(double d);
@@ -35,13 +35,13 @@ public:
     /// The default text form (regional dates and decimals); Null gives "".
     QString Texto(size_t i) const;
 
-private:
+  private:
     enum class Tipo : std::uint8_t { Nulo, Entero, Real, Utf8, Fecha, Booleano, Variante };
     struct Celda {
         Tipo tipo;
         std::uint32_t largo; ///< bytes of a Utf8 cell
         union {
-            qint64 entero;     ///< Entero, Booleano (0/1), Fecha (Julian day)
+            qint64 entero; ///< Entero, Booleano (0/1), Fecha (Julian day)
             double real;
             std::uint64_t posicion; ///< Utf8: offset in `utf8`; Variante: index in `otros`
         };

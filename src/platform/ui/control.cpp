@@ -6,44 +6,37 @@
 #include <QPalette>
 
 Control::Control(const QString &nombre, Control *contenedor, Form *form)
-    : QObject(form), contenedor(contenedor), form(form)
-{
+    : QObject(form), contenedor(contenedor), form(form) {
     setObjectName(nombre);
 }
 
-Control::~Control()
-{
+Control::~Control() {
     // A control destroyed before its window takes its widget along; when the window went
     // first the pointer is already null.
     delete w.data();
 }
 
-void Control::setLeft(double v)
-{
+void Control::setLeft(double v) {
     left = v;
     aplicarGeometria();
 }
 
-void Control::setTop(double v)
-{
+void Control::setTop(double v) {
     top = v;
     aplicarGeometria();
 }
 
-void Control::setWidth(double v)
-{
+void Control::setWidth(double v) {
     width = v < 0 ? 0 : v;
     aplicarGeometria();
 }
 
-void Control::setHeight(double v)
-{
+void Control::setHeight(double v) {
     height = v < 0 ? 0 : v;
     aplicarGeometria();
 }
 
-void Control::Move(double l, double t, double ancho, double alto)
-{
+void Control::Move(double l, double t, double ancho, double alto) {
     left = l;
     top = t;
     width = ancho < 0 ? 0 : ancho;
@@ -51,14 +44,12 @@ void Control::Move(double l, double t, double ancho, double alto)
     aplicarGeometria();
 }
 
-void Control::aplicarGeometria()
-{
+void Control::aplicarGeometria() {
     if (w)
         w->setGeometry(APixeles(left), APixeles(top), APixeles(width), APixeles(height));
 }
 
-void Control::setVisible(bool v)
-{
+void Control::setVisible(bool v) {
     visible = v;
     if (!w)
         return;
@@ -68,13 +59,11 @@ void Control::setVisible(bool v)
         w->setVisible(v);
 }
 
-bool Control::Enabled() const
-{
+bool Control::Enabled() const {
     return w ? w->isEnabled() : habilitado;
 }
 
-void Control::setEnabled(bool v)
-{
+void Control::setEnabled(bool v) {
     habilitado = v;
     if (w)
         w->setEnabled(v);
@@ -82,8 +71,7 @@ void Control::setEnabled(bool v)
 
 namespace {
 
-void pintarFondo(QWidget *w, ColorOLE c)
-{
+void pintarFondo(QWidget *w, ColorOLE c) {
     QPalette p = w->palette();
     const QColor color = AColor(c);
     for (auto rol : {QPalette::Window, QPalette::Base, QPalette::Button}) {
@@ -95,8 +83,7 @@ void pintarFondo(QWidget *w, ColorOLE c)
     w->setAutoFillBackground(true);
 }
 
-void pintarTexto(QWidget *w, ColorOLE c)
-{
+void pintarTexto(QWidget *w, ColorOLE c) {
     QPalette p = w->palette();
     const QColor color = AColor(c);
     for (auto rol : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
@@ -108,72 +95,61 @@ void pintarTexto(QWidget *w, ColorOLE c)
 
 } // namespace
 
-ColorOLE Control::BackColor() const
-{
+ColorOLE Control::BackColor() const {
     if (back != SinColor || !w)
         return back;
     return DeColor(w->palette().color(w->backgroundRole()));
 }
 
-void Control::setBackColor(ColorOLE c)
-{
+void Control::setBackColor(ColorOLE c) {
     back = c;
     if (w && c != SinColor)
         pintarFondo(w, c);
 }
 
-ColorOLE Control::ForeColor() const
-{
+ColorOLE Control::ForeColor() const {
     if (fore != SinColor || !w)
         return fore;
     return DeColor(w->palette().color(w->foregroundRole()));
 }
 
-void Control::setForeColor(ColorOLE c)
-{
+void Control::setForeColor(ColorOLE c) {
     fore = c;
     if (w && c != SinColor)
         pintarTexto(w, c);
 }
 
-QFont Control::Font() const
-{
+QFont Control::Font() const {
     return w ? w->font() : fuente;
 }
 
-void Control::setFont(const QFont &f)
-{
+void Control::setFont(const QFont &f) {
     fuente = f;
     if (w)
         w->setFont(f);
 }
 
-QString Control::ToolTipText() const
-{
+QString Control::ToolTipText() const {
     return w ? w->toolTip() : QString();
 }
 
-void Control::setToolTipText(const QString &t)
-{
+void Control::setToolTipText(const QString &t) {
     if (w)
         w->setToolTip(t);
 }
 
-void Control::SetFocus()
-{
+void Control::SetFocus() {
     if (w)
         w->setFocus(Qt::OtherFocusReason);
 }
 
-QWidget *Control::widgetContenedor() const
-{
+QWidget *Control::widgetContenedor() const {
     if (contenedor)
         return contenedor->widget();
     return form ? form->ventana() : nullptr;
 }
 
-void Control::ponerWidget(QWidget *widget)
-{
+void Control::ponerWidget(QWidget *widget) {
     w = widget;
     if (!w)
         return;

@@ -5,9 +5,8 @@
 #include <QFont>
 #include <QObject>
 #include <QPointer>
-#include <QWidget>
 #include <QString>
-
+#include <QWidget>
 
 class Form;
 
@@ -18,7 +17,7 @@ class Form;
 /// The widget belongs to the form's window; the Control object belongs to the Form.
 class Control : public QObject {
     Q_OBJECT
-public:
+  public:
     Control(const QString &nombre, Control *contenedor, Form *form);
     ~Control() override;
 
@@ -62,13 +61,13 @@ public:
 
     void SetFocus();
 
-protected:
+  protected:
     /// Sets the widget; the control's subclass creates it, inside the container's widget.
     void ponerWidget(QWidget *widget);
     QWidget *widgetContenedor() const;
     virtual void aplicarGeometria();
 
-private:
+  private:
     Control *contenedor;
     Form *form;
     QPointer<QWidget> w;

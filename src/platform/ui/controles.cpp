@@ -19,8 +19,7 @@
 // ---- Frame -----------------------------------------------------------------------------
 
 Frame::Frame(const QString &nombre, Control *contenedor, Form *form, bool conBorde)
-    : Control(nombre, contenedor, form)
-{
+    : Control(nombre, contenedor, form) {
     auto *marco = new QFrame;
     marco->setFrameShape(conBorde ? QFrame::StyledPanel : QFrame::NoFrame);
     // A frame is opaque: what lies behind it in the same container doesn't show through.
@@ -31,8 +30,7 @@ Frame::Frame(const QString &nombre, Control *contenedor, Form *form, bool conBor
 // ---- Label -----------------------------------------------------------------------------
 
 Label::Label(const QString &nombre, Control *contenedor, Form *form)
-    : Control(nombre, contenedor, form), etiqueta(new QLabel)
-{
+    : Control(nombre, contenedor, form), etiqueta(new QLabel) {
     etiqueta->setTextFormat(Qt::PlainText);
     etiqueta->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     // Labels break their text at words to fit their width, as the screens were drawn.
@@ -42,45 +40,38 @@ Label::Label(const QString &nombre, Control *contenedor, Form *form)
     ponerWidget(etiqueta);
 }
 
-QString Label::Caption() const
-{
+QString Label::Caption() const {
     return etiqueta->text();
 }
 
-void Label::setCaption(const QString &texto)
-{
+void Label::setCaption(const QString &texto) {
     etiqueta->setText(texto);
     if (autoSize)
         ajustarTamano();
 }
 
-void Label::setAlignment(Qt::Alignment a)
-{
+void Label::setAlignment(Qt::Alignment a) {
     etiqueta->setAlignment(a);
 }
 
-void Label::setTransparente(bool t)
-{
+void Label::setTransparente(bool t) {
     transparente = t;
     etiqueta->setAutoFillBackground(!t);
 }
 
-void Label::setBackColor(ColorOLE c)
-{
+void Label::setBackColor(ColorOLE c) {
     Control::setBackColor(c);
     etiqueta->setAutoFillBackground(!transparente);
 }
 
-void Label::setAutoSize(bool a)
-{
+void Label::setAutoSize(bool a) {
     autoSize = a;
     etiqueta->setWordWrap(!a);
     if (a)
         ajustarTamano();
 }
 
-void Label::ajustarTamano()
-{
+void Label::ajustarTamano() {
     // The extent of the text in whole pixels, rounded up so that no stroke is cut.
     const QFontMetricsF fm(etiqueta->font());
     const QStringList lineas = etiqueta->text().split(QLatin1Char('\n'));
@@ -92,8 +83,7 @@ void Label::ajustarTamano()
     setHeight(ATwips(int(std::ceil(alto))));
 }
 
-bool Label::eventFilter(QObject *obj, QEvent *ev)
-{
+bool Label::eventFilter(QObject *obj, QEvent *ev) {
     if (obj == etiqueta && ev->type() == QEvent::FontChange && autoSize)
         ajustarTamano();
     return Control::eventFilter(obj, ev);
@@ -105,16 +95,20 @@ namespace {
 
 /// The character code of a key as the key press handlers see it; 0 for a key that types
 /// nothing (arrows, function keys, Delete), which is not announced.
-int codigoTecla(const QKeyEvent *tecla)
-{
+int codigoTecla(const QKeyEvent *tecla) {
     switch (tecla->key()) {
     case Qt::Key_Return:
-    case Qt::Key_Enter: return 13;
-    case Qt::Key_Backspace: return 8;
-    case Qt::Key_Escape: return 27;
+    case Qt::Key_Enter:
+        return 13;
+    case Qt::Key_Backspace:
+        return 8;
+    case Qt::Key_Escape:
+        return 27;
     case Qt::Key_Tab:
-    case Qt::Key_Backtab: return 0; // moves the focus; never typed into a box
-    default: break;
+    case Qt::Key_Backtab:
+        return 0; // moves the focus; never typed into a box
+    default:
+        break;
     }
     const QString texto = tecla->text();
     if (texto.size() != 1)
@@ -122,13 +116,16 @@ int codigoTecla(const QKeyEvent *tecla)
     return texto.at(0).unicode();
 }
 
-int teclaDeCodigo(int codigo)
-{
+int teclaDeCodigo(int codigo) {
     switch (codigo) {
-    case 8: return Qt::Key_Backspace;
-    case 13: return Qt::Key_Return;
-    case 27: return Qt::Key_Escape;
-    default: break;
+    case 8:
+        return Qt::Key_Backspace;
+    case 13:
+        return Qt::Key_Return;
+    case 27:
+        return Qt::Key_Escape;
+    default:
+        break;
     }
     const QChar c{char16_t(codigo)};
     if (c.isLetter() && codigo < 128)
@@ -139,41 +136,34 @@ int teclaDeCodigo(int codigo)
 } // namespace
 
 TextBox::TextBox(const QString &nombre, Control *contenedor, Form *form)
-    : Control(nombre, contenedor, form), caja(new QLineEdit)
-{
+    : Control(nombre, contenedor, form), caja(new QLineEdit) {
     caja->installEventFilter(this);
     connect(caja, &QLineEdit::textChanged, this, &TextBox::Change);
     ponerWidget(caja);
 }
 
-QString TextBox::Text() const
-{
+QString TextBox::Text() const {
     return caja->text();
 }
 
-void TextBox::setText(const QString &t)
-{
+void TextBox::setText(const QString &t) {
     caja->setText(t);
 }
 
-int TextBox::SelStart() const
-{
+int TextBox::SelStart() const {
     return caja->hasSelectedText() ? caja->selectionStart() : caja->cursorPosition();
 }
 
-void TextBox::setSelStart(int v)
-{
+void TextBox::setSelStart(int v) {
     // Setting the start collapses the selection, as it always has.
     caja->setCursorPosition(qBound(0, v, int(caja->text().size())));
 }
 
-int TextBox::SelLength() const
-{
+int TextBox::SelLength() const {
     return int(caja->selectedText().size());
 }
 
-void TextBox::setSelLength(int v)
-{
+void TextBox::setSelLength(int v) {
     const int inicio = SelStart();
     const int largo = qBound(0, v, int(caja->text().size()) - inicio);
     if (largo == 0)
@@ -182,28 +172,23 @@ void TextBox::setSelLength(int v)
         caja->setSelection(inicio, largo);
 }
 
-bool TextBox::Locked() const
-{
+bool TextBox::Locked() const {
     return caja->isReadOnly();
 }
 
-void TextBox::setLocked(bool v)
-{
+void TextBox::setLocked(bool v) {
     caja->setReadOnly(v);
 }
 
-void TextBox::setAlignment(Qt::Alignment a)
-{
+void TextBox::setAlignment(Qt::Alignment a) {
     caja->setAlignment(a);
 }
 
-void TextBox::setTabStop(bool v)
-{
+void TextBox::setTabStop(bool v) {
     caja->setFocusPolicy(v ? Qt::StrongFocus : Qt::ClickFocus);
 }
 
-bool TextBox::eventFilter(QObject *obj, QEvent *ev)
-{
+bool TextBox::eventFilter(QObject *obj, QEvent *ev) {
     if (obj != caja)
         return Control::eventFilter(obj, ev);
     switch (ev->type()) {
@@ -230,8 +215,9 @@ bool TextBox::eventFilter(QObject *obj, QEvent *ev)
             break;
         // The handler put another character in the key's place: the box gets that one.
         QKeyEvent otra(QEvent::KeyPress, teclaDeCodigo(codigo), Qt::NoModifier,
-                       codigo == 8 || codigo == 13 || codigo == 27 ? QString()
-                                                                   : QString(QChar(char16_t(codigo))));
+                       codigo == 8 || codigo == 13 || codigo == 27
+                           ? QString()
+                           : QString(QChar(char16_t(codigo))));
         reenviando = true;
         QCoreApplication::sendEvent(caja, &otra);
         reenviando = false;
@@ -246,19 +232,16 @@ bool TextBox::eventFilter(QObject *obj, QEvent *ev)
 // ---- CommandButton ---------------------------------------------------------------------
 
 CommandButton::CommandButton(const QString &nombre, Control *contenedor, Form *form)
-    : Control(nombre, contenedor, form), boton(new QPushButton)
-{
+    : Control(nombre, contenedor, form), boton(new QPushButton) {
     connect(boton, &QPushButton::clicked, this, &CommandButton::Click);
     ponerWidget(boton);
 }
 
-QString CommandButton::Caption() const
-{
+QString CommandButton::Caption() const {
     return texto ? texto->text() : boton->text();
 }
 
-void CommandButton::setCaption(const QString &t)
-{
+void CommandButton::setCaption(const QString &t) {
     if (!texto) {
         boton->setText(t);
         return;
@@ -267,16 +250,14 @@ void CommandButton::setCaption(const QString &t)
     colocarImagen();
 }
 
-void CommandButton::colocarImagen()
-{
+void CommandButton::colocarImagen() {
     // With no caption the picture takes the middle of the button.
     const bool conTexto = !texto->text().isEmpty();
     texto->setVisible(conTexto);
     imagen_->setAlignment(conTexto ? Qt::AlignHCenter | Qt::AlignBottom : Qt::AlignCenter);
 }
 
-void CommandButton::setPicture(const QString &recurso)
-{
+void CommandButton::setPicture(const QString &recurso) {
     const QPixmap imagen(recurso);
     if (!imagen_) {
         // The graphical style: the picture above the caption, both centred. A push button
@@ -304,54 +285,46 @@ void CommandButton::setPicture(const QString &recurso)
 // ---- PictureBox ------------------------------------------------------------------------
 
 PictureBox::PictureBox(const QString &nombre, Control *contenedor, Form *form)
-    : Control(nombre, contenedor, form)
-{
+    : Control(nombre, contenedor, form) {
     auto *cuadro = new QLabel;
     cuadro->setAlignment(Qt::AlignLeft | Qt::AlignTop); // the picture at its natural size
     cuadro->setAutoFillBackground(true);
     ponerWidget(cuadro);
 }
 
-void PictureBox::setPicture(const QString &recurso)
-{
+void PictureBox::setPicture(const QString &recurso) {
     static_cast<QLabel *>(widget())->setPixmap(QPixmap(recurso));
 }
 
 // ---- Timer -----------------------------------------------------------------------------
 
 Timer::Timer(const QString &nombre, Control *contenedor, Form *form)
-    : Control(nombre, contenedor, form), reloj(new QTimer(this))
-{
+    : Control(nombre, contenedor, form), reloj(new QTimer(this)) {
     reloj->setSingleShot(false);
     reloj->setTimerType(Qt::PreciseTimer);
     connect(reloj, &QTimer::timeout, this, &Timer::Tick);
 }
 
-int Timer::Interval() const
-{
+int Timer::Interval() const {
     return intervalo;
 }
 
-void Timer::setInterval(int ms)
-{
+void Timer::setInterval(int ms) {
     intervalo = qMax(0, ms);
     reloj->setInterval(intervalo);
     actualizar();
 }
 
-bool Timer::Enabled() const
-{
+bool Timer::Enabled() const {
     return activo;
 }
 
-void Timer::setEnabled(bool v)
-{
+void Timer::setEnabled(bool v) {
     activo = v;
     actualizar();
 }
 
-void Timer::actualizar()
-{
+void Timer::actualizar() {
     // An Interval of 0 keeps the timer still, whatever Enabled says. Enabling a running
     // timer starts its count again.
     if (activo && intervalo > 0)

@@ -13,13 +13,13 @@ class QTimer;
 /// A container: its children are placed relative to it.
 class Frame : public Control {
     Q_OBJECT
-public:
+  public:
     Frame(const QString &nombre, Control *contenedor, Form *form, bool conBorde);
 };
 
 class Label : public Control {
     Q_OBJECT
-public:
+  public:
     Label(const QString &nombre, Control *contenedor, Form *form);
     QString Caption() const override;
     void setCaption(const QString &texto) override;
@@ -30,7 +30,7 @@ public:
     void setAutoSize(bool a);
     void setBackColor(ColorOLE c) override;
 
-private:
+  private:
     bool eventFilter(QObject *obj, QEvent *ev) override;
     void ajustarTamano();
     QLabel *etiqueta;
@@ -42,7 +42,7 @@ private:
 /// character's code; a handler that sets it to 0 drops the key (Enter is 13).
 class TextBox : public Control {
     Q_OBJECT
-public:
+  public:
     TextBox(const QString &nombre, Control *contenedor, Form *form);
     QString Text() const;
     void setText(const QString &t);
@@ -55,16 +55,16 @@ public:
     void setAlignment(Qt::Alignment a);
     void setTabStop(bool v);
 
-signals:
+  signals:
     void GotFocus();
     void LostFocus();
     void KeyPress(int &keyAscii);
     void Change();
 
-protected:
+  protected:
     bool eventFilter(QObject *obj, QEvent *ev) override;
 
-private:
+  private:
     QLineEdit *caja;
     bool reenviando = false;
 };
@@ -72,17 +72,17 @@ private:
 /// A push button; with a picture it is the graphical style, picture above the caption.
 class CommandButton : public Control {
     Q_OBJECT
-public:
+  public:
     CommandButton(const QString &nombre, Control *contenedor, Form *form);
     QString Caption() const override;
     void setCaption(const QString &texto) override;
     bool TieneCaption() const override { return true; }
     void setPicture(const QString &recurso);
 
-signals:
+  signals:
     void Click();
 
-private:
+  private:
     void colocarImagen();
     QPushButton *boton;
     QLabel *imagen_ = nullptr; ///< graphical style only
@@ -91,7 +91,7 @@ private:
 
 class PictureBox : public Control {
     Q_OBJECT
-public:
+  public:
     PictureBox(const QString &nombre, Control *contenedor, Form *form);
     void setPicture(const QString &recurso);
 };
@@ -99,17 +99,17 @@ public:
 /// A timer of the screen: Timer is raised every Interval ms while Enabled. It is not seen.
 class Timer : public Control {
     Q_OBJECT
-public:
+  public:
     Timer(const QString &nombre, Control *contenedor, Form *form);
     int Interval() const;
     void setInterval(int ms);
     bool Enabled() const;
     void setEnabled(bool v);
 
-signals:
+  signals:
     void Tick(); // the Timer event
 
-private:
+  private:
     void actualizar();
     QTimer *reloj;
     int intervalo = 0;

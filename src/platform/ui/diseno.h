@@ -8,7 +8,17 @@
 /// an earlier control lies in front of a later one), positions and sizes in twips relative
 /// to the container. The builder (Form::Load) turns a table into widgets.
 
-enum class Clase { Frame, Label, TextBox, CommandButton, PictureBox, Timer, Grid, DTPicker, VisorAyuda };
+enum class Clase {
+    Frame,
+    Label,
+    TextBox,
+    CommandButton,
+    PictureBox,
+    Timer,
+    Grid,
+    DTPicker,
+    VisorAyuda
+};
 
 /// Appearance flags of a design row.
 enum Estilo : unsigned {
@@ -58,10 +68,10 @@ struct DisenoControl {
     ColorOLE fore = SinColor;
     unsigned estilo = 0;
     const char *tooltip = "";
-    const char *imagen = nullptr;         ///< resource path of a picture
-    const DisenoGrid *grid = nullptr;     ///< grids only
-    int intervalo = 0;                    ///< timers only, in ms
-    bool habilitado = true;               ///< timers: Enabled at design
+    const char *imagen = nullptr;     ///< resource path of a picture
+    const DisenoGrid *grid = nullptr; ///< grids only
+    int intervalo = 0;                ///< timers only, in ms
+    bool habilitado = true;           ///< timers: Enabled at design
 };
 
 struct DisenoFormulario {

@@ -10,8 +10,7 @@
 #include <stdexcept>
 
 DTPicker::DTPicker(const QString &nombre, Control *contenedor, Form *form)
-    : Control(nombre, contenedor, form), editor(new QDateEdit)
-{
+    : Control(nombre, contenedor, form), editor(new QDateEdit) {
     editor->setCalendarPopup(true);
     editor->setDateRange(MinDate(), MaxDate());
     editor->setDisplayFormat(FormatoFechaRegional());
@@ -21,57 +20,49 @@ DTPicker::DTPicker(const QString &nombre, Control *contenedor, Form *form)
     pintarCalendario();
 }
 
-QDate DTPicker::Value() const
-{
+QDate DTPicker::Value() const {
     return editor->date();
 }
 
-QDate DTPicker::Acotar(const QDate &fecha)
-{
+QDate DTPicker::Acotar(const QDate &fecha) {
     if (!fecha.isValid())
         return fecha;
     return std::clamp(fecha, MinDate(), MaxDate());
 }
 
-void DTPicker::setValue(const QDate &fecha)
-{
+void DTPicker::setValue(const QDate &fecha) {
     if (!fecha.isValid())
         throw std::invalid_argument(
             QStringLiteral("%1: la fecha no es válida.").arg(Name()).toStdString());
     if (fecha < MinDate() || fecha > MaxDate())
-        throw std::out_of_range(QStringLiteral("%1: la fecha %2 no está entre %3 y %4.")
-                                    .arg(Name(), FechaATexto(fecha), FechaATexto(MinDate()),
-                                         FechaATexto(MaxDate()))
-                                    .toStdString());
+        throw std::out_of_range(
+            QStringLiteral("%1: la fecha %2 no está entre %3 y %4.")
+                .arg(Name(), FechaATexto(fecha), FechaATexto(MinDate()), FechaATexto(MaxDate()))
+                .toStdString());
     editor->setDate(fecha);
 }
 
-void DTPicker::setCalendarBackColor(ColorOLE c)
-{
+void DTPicker::setCalendarBackColor(ColorOLE c) {
     calBack = c;
     pintarCalendario();
 }
 
-void DTPicker::setCalendarForeColor(ColorOLE c)
-{
+void DTPicker::setCalendarForeColor(ColorOLE c) {
     calFore = c;
     pintarCalendario();
 }
 
-void DTPicker::setCalendarTitleBackColor(ColorOLE c)
-{
+void DTPicker::setCalendarTitleBackColor(ColorOLE c) {
     calTitleBack = c;
     pintarCalendario();
 }
 
-void DTPicker::setCalendarTitleForeColor(ColorOLE c)
-{
+void DTPicker::setCalendarTitleForeColor(ColorOLE c) {
     calTitleFore = c;
     pintarCalendario();
 }
 
-void DTPicker::pintarCalendario()
-{
+void DTPicker::pintarCalendario() {
     QCalendarWidget *calendario = editor->calendarWidget();
     if (!calendario)
         return;
@@ -95,7 +86,8 @@ void DTPicker::pintarCalendario()
     cabecera.setBackground(fondoTitulo);
     cabecera.setForeground(textoTitulo);
     calendario->setHeaderTextFormat(cabecera);
-    if (auto *barra = calendario->findChild<QWidget *>(QStringLiteral("qt_calendar_navigationbar"))) {
+    if (auto *barra =
+            calendario->findChild<QWidget *>(QStringLiteral("qt_calendar_navigationbar"))) {
         QPalette pb = barra->palette();
         for (auto rol : {QPalette::Window, QPalette::Button, QPalette::Base})
             pb.setColor(rol, fondoTitulo);

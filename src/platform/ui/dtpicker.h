@@ -10,7 +10,7 @@ class QDateEdit;
 /// 9999-12-31. Change is raised whenever Value changes, by the operator or by code.
 class DTPicker : public Control {
     Q_OBJECT
-public:
+  public:
     DTPicker(const QString &nombre, Control *contenedor, Form *form);
 
     QDate Value() const;
@@ -31,10 +31,10 @@ public:
     ColorOLE CalendarTitleForeColor() const { return calTitleFore; }
     void setCalendarTitleForeColor(ColorOLE c);
 
-signals:
+  signals:
     void Change();
 
-private:
+  private:
     void pintarCalendario();
     QDateEdit *editor;
     ColorOLE calBack = RGB(255, 255, 255), calFore = 0, calTitleBack = RGB(0, 0, 128),

@@ -29,8 +29,7 @@ constexpr double BordesAncho = 90;
 constexpr double BordesAlto = 375;
 
 /// The loaded screens by their design name.
-QList<Form *> &cargados()
-{
+QList<Form *> &cargados() {
     static QList<Form *> lista;
     return lista;
 }
@@ -40,53 +39,50 @@ struct Fin {
     bool terminando = false;
     int estado = 0;
 };
-Fin &fin()
-{
+Fin &fin() {
     static Fin f;
     return f;
 }
 
 /// The window of a screen. Its close box unloads the screen instead of just hiding it.
 class Ventana : public QWidget {
-public:
+  public:
     explicit Ventana(std::function<void()> alCerrar)
         : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
-          alCerrar(std::move(alCerrar))
-    {
+          alCerrar(std::move(alCerrar)) {
         setAttribute(Qt::WA_DeleteOnClose, false);
     }
 
-protected:
-    void closeEvent(QCloseEvent *ev) override
-    {
+  protected:
+    void closeEvent(QCloseEvent *ev) override {
         ev->accept();
         if (alCerrar)
             alCerrar();
     }
 
-private:
+  private:
     std::function<void()> alCerrar;
 };
 
 /// The fonts the screens were drawn with, and what stands in for them where they are
 /// missing: the metrics of DejaVu Sans are the closest to Verdana's among the free fonts.
-void sustitutosDeFuentes()
-{
+void sustitutosDeFuentes() {
     static const bool hecho = [] {
-        QFont::insertSubstitutions(QStringLiteral("Verdana"),
-                                   {QStringLiteral("DejaVu Sans"), QStringLiteral("Bitstream Vera Sans")});
-        QFont::insertSubstitutions(QStringLiteral("MS Sans Serif"),
-                                   {QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")});
-        QFont::insertSubstitutions(QStringLiteral("Arial"),
-                                   {QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")});
+        QFont::insertSubstitutions(
+            QStringLiteral("Verdana"),
+            {QStringLiteral("DejaVu Sans"), QStringLiteral("Bitstream Vera Sans")});
+        QFont::insertSubstitutions(
+            QStringLiteral("MS Sans Serif"),
+            {QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")});
+        QFont::insertSubstitutions(QStringLiteral("Arial"), {QStringLiteral("Liberation Sans"),
+                                                             QStringLiteral("DejaVu Sans")});
         return true;
     }();
     Q_UNUSED(hecho);
 }
 
-QFont fuenteDe(const Fuente &f, QFont base)
-{
+QFont fuenteDe(const Fuente &f, QFont base) {
     if (f.familia)
         base.setFamilies({QString::fromUtf8(f.familia)});
     if (f.puntos > 0)
@@ -95,8 +91,7 @@ QFont fuenteDe(const Fuente &f, QFont base)
     return base;
 }
 
-Qt::Alignment alineacion(unsigned estilo)
-{
+Qt::Alignment alineacion(unsigned estilo) {
     if (estilo & Centrado)
         return Qt::AlignHCenter | Qt::AlignTop;
     if (estilo & Derecha)
@@ -104,8 +99,7 @@ Qt::Alignment alineacion(unsigned estilo)
     return Qt::AlignLeft | Qt::AlignTop;
 }
 
-QString texto(const char *t)
-{
+QString texto(const char *t) {
     return t ? QString::fromUtf8(t) : QString();
 }
 
@@ -113,19 +107,16 @@ QString texto(const char *t)
 
 Form::Form(const DisenoFormulario &diseno, QObject *padre)
     : QObject(padre), diseno(diseno), ancho(diseno.clientWidth + BordesAncho),
-      alto(diseno.clientHeight + BordesAlto), titulo(texto(diseno.caption))
-{
+      alto(diseno.clientHeight + BordesAlto), titulo(texto(diseno.caption)) {
     setObjectName(texto(diseno.nombre));
 }
 
-Form::~Form()
-{
+Form::~Form() {
     cargados().removeAll(this);
     destruir(true);
 }
 
-void Form::Load()
-{
+void Form::Load() {
     if (Loaded())
         return;
     try {
@@ -147,8 +138,7 @@ void Form::Load()
     }
 }
 
-void Form::Unload()
-{
+void Form::Unload() {
     if (!Loaded())
         return;
     cargados().removeAll(this);
@@ -156,8 +146,7 @@ void Form::Unload()
     emit Unloaded();
 }
 
-void Form::destruir(bool ahora)
-{
+void Form::destruir(bool ahora) {
     // Unload is often called from a handler of one of the screen's own controls (a button's
     // Click): then the widgets go once that event is over, not in the middle of it. Everything
     // is silenced before anything goes, so nothing of the old screen runs any more: deleting a
@@ -187,8 +176,7 @@ void Form::destruir(bool ahora)
     }
 }
 
-void Form::construir()
-{
+void Form::construir() {
     sustitutosDeFuentes();
     ancho = diseno.clientWidth + BordesAncho;
     alto = diseno.clientHeight + BordesAlto;
@@ -248,8 +236,7 @@ void Form::construir()
         QWidget::setTabOrder(orden[i - 1]->widget(), orden[i]->widget());
 }
 
-Control *Form::crear(const DisenoControl &fila, Control *contenedor)
-{
+Control *Form::crear(const DisenoControl &fila, Control *contenedor) {
     const QString nombre = texto(fila.nombre);
     const unsigned estilo = fila.estilo;
     Control *c = nullptr;
@@ -285,9 +272,10 @@ Control *Form::crear(const DisenoControl &fila, Control *contenedor)
         break;
     }
     if (!c)
-        throw std::logic_error(QStringLiteral("El diseño de %1 da al control %2 una clase desconocida.")
-                                   .arg(objectName(), nombre)
-                                   .toStdString());
+        throw std::logic_error(
+            QStringLiteral("El diseño de %1 da al control %2 una clase desconocida.")
+                .arg(objectName(), nombre)
+                .toStdString());
 
     // Each new widget goes to the back of its container: an earlier control of the design
     // lies in front of a later one.
@@ -338,14 +326,12 @@ Control *Form::crear(const DisenoControl &fila, Control *contenedor)
     return c;
 }
 
-void Form::aplicarTamano()
-{
+void Form::aplicarTamano() {
     if (ventana_)
         ventana_->setFixedSize(APixeles(ancho - BordesAncho), APixeles(alto - BordesAlto));
 }
 
-void Form::ShowModal()
-{
+void Form::ShowModal() {
     Load();
     if (!Loaded())
         return;
@@ -359,8 +345,7 @@ void Form::ShowModal()
         throw FinPrograma{};
 }
 
-void Form::Atender(const std::function<void()> &manejador)
-{
+void Form::Atender(const std::function<void()> &manejador) {
     if (fin().terminando)
         return;
     try {
@@ -378,8 +363,7 @@ void Form::Atender(const std::function<void()> &manejador)
     }
 }
 
-void Form::TerminarPrograma(int estado)
-{
+void Form::TerminarPrograma(int estado) {
     if (fin().terminando)
         return;
     fin() = {true, estado};
@@ -392,54 +376,45 @@ void Form::TerminarPrograma(int estado)
         cargados().constLast()->Unload();
 }
 
-bool Form::Terminando()
-{
+bool Form::Terminando() {
     return fin().terminando;
 }
 
-int Form::EstadoSalida()
-{
+int Form::EstadoSalida() {
     return fin().estado;
 }
 
-void Form::Reanudar()
-{
+void Form::Reanudar() {
     fin() = {};
 }
 
-QString Form::Caption() const
-{
+QString Form::Caption() const {
     return titulo;
 }
 
-void Form::setCaption(const QString &t)
-{
+void Form::setCaption(const QString &t) {
     titulo = t;
     if (ventana_)
         ventana_->setWindowTitle(t);
 }
 
-void Form::setWidth(double twips)
-{
+void Form::setWidth(double twips) {
     ancho = std::max(twips, BordesAncho);
     aplicarTamano();
 }
 
-void Form::setHeight(double twips)
-{
+void Form::setHeight(double twips) {
     alto = std::max(twips, BordesAlto);
     aplicarTamano();
 }
 
-ColorOLE Form::BackColor() const
-{
+ColorOLE Form::BackColor() const {
     if (fondo != SinColor || !ventana_)
         return fondo;
     return DeColor(ventana_->palette().color(QPalette::Window));
 }
 
-void Form::setBackColor(ColorOLE c)
-{
+void Form::setBackColor(ColorOLE c) {
     fondo = c;
     if (ventana_ && c != SinColor) {
         QPalette p = ventana_->palette();
@@ -448,22 +423,20 @@ void Form::setBackColor(ColorOLE c)
     }
 }
 
-Control *Form::control(const QString &nombre) const
-{
+Control *Form::control(const QString &nombre) const {
     for (Control *c : controles)
         if (c->objectName() == nombre)
             return c;
     return nullptr;
 }
 
-void Form::faltaControl(const QString &nombre)
-{
-    throw std::logic_error(
-        QStringLiteral("La pantalla no tiene el control %1 de esa clase.").arg(nombre).toStdString());
+void Form::faltaControl(const QString &nombre) {
+    throw std::logic_error(QStringLiteral("La pantalla no tiene el control %1 de esa clase.")
+                               .arg(nombre)
+                               .toStdString());
 }
 
-Form *Form::Buscar(const QString &nombre)
-{
+Form *Form::Buscar(const QString &nombre) {
     for (Form *f : cargados())
         if (f->objectName() == nombre)
             return f;

@@ -6,8 +6,8 @@
 #include <QList>
 #include <QObject>
 #include <QPointer>
-#include <QWidget>
 #include <QString>
+#include <QWidget>
 #include <functional>
 #include <stdexcept>
 #include <utility>
@@ -20,7 +20,7 @@ struct FinPrograma {};
 /// A screen whose load failed: the half-built screen is gone, and the program can't go on
 /// without it. Carries the original error's text.
 class ErrorCarga : public std::runtime_error {
-public:
+  public:
     using std::runtime_error::runtime_error;
 };
 
@@ -30,7 +30,7 @@ public:
 /// Form_Load there.
 class Form : public QObject {
     Q_OBJECT
-public:
+  public:
     explicit Form(const DisenoFormulario &diseno, QObject *padre = nullptr);
     ~Form() override;
 
@@ -101,14 +101,14 @@ public:
     /// A new run of the program (Principal::Vida) starts from a program that isn't ending.
     static void Reanudar();
 
-signals:
+  signals:
     void Unloaded();
 
-protected:
+  protected:
     /// Runs right after the controls exist: bind them and run the screen's load sequence.
     virtual void Form_Load() {}
 
-private:
+  private:
     [[noreturn]] static void faltaControl(const QString &nombre);
     void construir();
     Control *crear(const DisenoControl &fila, Control *contenedor);

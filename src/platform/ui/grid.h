@@ -56,7 +56,7 @@ enum class AlineacionColumna { Izquierda, Centrado, Derecha };
 /// - vista() and modelo() publish pending changes first, so what they give is up to date.
 class Grid : public Control {
     Q_OBJECT
-public:
+  public:
     Grid(const QString &nombre, Control *contenedor, Form *form, const DisenoGrid &diseno);
     ~Grid() override;
 
@@ -108,14 +108,14 @@ public:
     QTableView *vista() const;
     ModeloGrid *modelo() const;
 
-signals:
+  signals:
     void Click();
     void DblClick();
 
-protected:
+  protected:
     void aplicarGeometria() override;
 
-private:
+  private:
     [[noreturn]] void fueraDeRango(const QString &que) const;
     [[noreturn]] void fueraDeRango(const char *miembro, int indice) const;
     [[noreturn]] void fueraDeRango(const char *miembro, int fila, int columna) const;
@@ -138,8 +138,8 @@ private:
     int filaActual = 0;
     int colActual = 0;
     int filaRaton = -1;
-    int superiorPrevio = 0;    ///< the grid row at the top before a publication
-    int filasMinimas = 0;      ///< the fewest Rows since the last publication
-    bool sincronizando = false; ///< the view's current index is being set from Row
+    int superiorPrevio = 0;            ///< the grid row at the top before a publication
+    int filasMinimas = 0;              ///< the fewest Rows since the last publication
+    bool sincronizando = false;        ///< the view's current index is being set from Row
     std::vector<int> seccionesPropias; ///< view rows sized to a height of their own
 };

@@ -11,8 +11,7 @@
 
 AplicacionTarifas::AplicacionTarifas(int &argc, char **argv) : QApplication(argc, argv) {}
 
-bool AplicacionTarifas::notify(QObject *receptor, QEvent *evento)
-{
+bool AplicacionTarifas::notify(QObject *receptor, QEvent *evento) {
     try {
         return QApplication::notify(receptor, evento);
     } catch (const FinPrograma &) {
@@ -29,8 +28,7 @@ bool AplicacionTarifas::notify(QObject *receptor, QEvent *evento)
     return false;
 }
 
-void MostrarError(const QString &texto)
-{
+void MostrarError(const QString &texto) {
     std::fprintf(stderr, "%s\n", texto.toLocal8Bit().constData());
     std::fflush(stderr);
     // Nobody sees a box on the offscreen platform, and a test answering the boxes only wants

@@ -7,7 +7,7 @@
 /// with status 1, instead of unwinding through Qt's event frames.
 class AplicacionTarifas : public QApplication {
     Q_OBJECT
-public:
+  public:
     AplicacionTarifas(int &argc, char **argv);
     bool notify(QObject *receptor, QEvent *evento) override;
 };

@@ -16,16 +16,14 @@ struct Intercepcion {
     QQueue<bool> respuestas;
 };
 
-Intercepcion &intercepcion()
-{
+Intercepcion &intercepcion() {
     static Intercepcion i;
     return i;
 }
 
 QMessageBox::StandardButton mostrar(QMessageBox::Icon icono, const QString &titulo,
                                     const QString &texto, QMessageBox::StandardButtons botones,
-                                    QMessageBox::StandardButton porOmision)
-{
+                                    QMessageBox::StandardButton porOmision) {
     QMessageBox caja(icono, titulo.isEmpty() ? QApplication::applicationDisplayName() : titulo,
                      texto, botones, QApplication::activeWindow());
     caja.setDefaultButton(porOmision);
@@ -45,21 +43,18 @@ QMessageBox::StandardButton mostrar(QMessageBox::Icon icono, const QString &titu
 
 namespace mensajes_prueba {
 
-bool Interceptando()
-{
+bool Interceptando() {
     return intercepcion().activas > 0;
 }
 
-void Registrar(const QString &texto, const QString &titulo)
-{
+void Registrar(const QString &texto, const QString &titulo) {
     intercepcion().mostrados.append(texto);
     intercepcion().titulos.append(titulo);
 }
 
 } // namespace mensajes_prueba
 
-void MsgBoxInformacion(const QString &texto)
-{
+void MsgBoxInformacion(const QString &texto) {
     if (mensajes_prueba::Interceptando()) {
         mensajes_prueba::Registrar(texto);
         return;
@@ -67,13 +62,11 @@ void MsgBoxInformacion(const QString &texto)
     mostrar(QMessageBox::Information, {}, texto, QMessageBox::Ok, QMessageBox::Ok);
 }
 
-void MsgBoxError(const QString &texto)
-{
+void MsgBoxError(const QString &texto) {
     mostrar(QMessageBox::Critical, {}, texto, QMessageBox::Ok, QMessageBox::Ok);
 }
 
-bool MsgBoxPregunta(const QString &texto, const QString &titulo, IconoPregunta icono)
-{
+bool MsgBoxPregunta(const QString &texto, const QString &titulo, IconoPregunta icono) {
     if (mensajes_prueba::Interceptando()) {
         mensajes_prueba::Registrar(texto, titulo);
         Intercepcion &i = intercepcion();
@@ -85,8 +78,7 @@ bool MsgBoxPregunta(const QString &texto, const QString &titulo, IconoPregunta i
            QMessageBox::Yes;
 }
 
-RespuestasMensajes::RespuestasMensajes()
-{
+RespuestasMensajes::RespuestasMensajes() {
     Intercepcion &i = intercepcion();
     if (i.activas++ == 0) {
         i.mostrados.clear();
@@ -95,22 +87,18 @@ RespuestasMensajes::RespuestasMensajes()
     }
 }
 
-RespuestasMensajes::~RespuestasMensajes()
-{
+RespuestasMensajes::~RespuestasMensajes() {
     --intercepcion().activas;
 }
 
-void RespuestasMensajes::Responder(bool si)
-{
+void RespuestasMensajes::Responder(bool si) {
     intercepcion().respuestas.enqueue(si);
 }
 
-QStringList RespuestasMensajes::Mostrados() const
-{
+QStringList RespuestasMensajes::Mostrados() const {
     return intercepcion().mostrados;
 }
 
-QStringList RespuestasMensajes::Titulos() const
-{
+QStringList RespuestasMensajes::Titulos() const {
     return intercepcion().titulos;
 }

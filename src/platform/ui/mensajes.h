@@ -23,7 +23,7 @@ bool MsgBoxPregunta(const QString &texto, const QString &titulo = {},
 /// For tests: while one of these lives, boxes are not shown; each is recorded and answered
 /// from the queue (Yes when it runs dry).
 class RespuestasMensajes {
-public:
+  public:
     RespuestasMensajes();
     ~RespuestasMensajes();
     void Responder(bool si);

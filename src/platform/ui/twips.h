@@ -6,5 +6,9 @@
 /// inch: 15 twips make one pixel.
 constexpr double TwipsPorPixel = 15.0;
 
-inline int APixeles(double twips) { return int(std::lround(twips / TwipsPorPixel)); }
-inline double ATwips(int pixeles) { return pixeles * TwipsPorPixel; }
+inline int APixeles(double twips) {
+    return int(std::lround(twips / TwipsPorPixel));
+}
+inline double ATwips(int pixeles) {
+    return pixeles * TwipsPorPixel;
+}

@@ -11,8 +11,7 @@
 #include <QVBoxLayout>
 
 VisorAyuda::VisorAyuda(const QString &nombre, Control *contenedor, Form *form)
-    : Control(nombre, contenedor, form)
-{
+    : Control(nombre, contenedor, form) {
     auto *panel = new QFrame;
     panel->setFrameShape(QFrame::StyledPanel);
     panel->setAutoFillBackground(true);
@@ -39,7 +38,8 @@ VisorAyuda::VisorAyuda(const QString &nombre, Control *contenedor, Form *form)
     connect(pagina, &QTextBrowser::anchorClicked, this, [this](const QUrl &enlace) {
         pedidoCierre = false;
         const QUrl destino = pagina->source().resolved(enlace);
-        if (destino.isLocalFile() || destino.isRelative() || destino.scheme() == QLatin1String("qrc"))
+        if (destino.isLocalFile() || destino.isRelative() ||
+            destino.scheme() == QLatin1String("qrc"))
             pagina->setSource(destino);
         else
             QDesktopServices::openUrl(destino);
@@ -48,8 +48,7 @@ VisorAyuda::VisorAyuda(const QString &nombre, Control *contenedor, Form *form)
     ponerWidget(panel);
 }
 
-QString VisorAyuda::Ubicar(const QString &ruta)
-{
+QString VisorAyuda::Ubicar(const QString &ruta) {
     QString buscada = ruta;
     // Paths written for the old platform separate folders with backslashes.
     if (!QFileInfo(buscada).isFile() && buscada.contains(QLatin1Char('\\')))
@@ -69,12 +68,12 @@ QString VisorAyuda::Ubicar(const QString &ruta)
     return buscada;
 }
 
-void VisorAyuda::MostrarPagina()
-{
+void VisorAyuda::MostrarPagina() {
     const QFileInfo fichero(Ubicar(RutaPagina));
     if (!fichero.isFile()) {
-        pagina->setHtml(QStringLiteral("<p>No se encuentra la página de ayuda.</p><p><tt>%1</tt></p>")
-                            .arg(RutaPagina.toHtmlEscaped()));
+        pagina->setHtml(
+            QStringLiteral("<p>No se encuentra la página de ayuda.</p><p><tt>%1</tt></p>")
+                .arg(RutaPagina.toHtmlEscaped()));
         return;
     }
     const QUrl url = QUrl::fromLocalFile(fichero.absoluteFilePath());

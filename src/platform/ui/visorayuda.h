@@ -11,7 +11,7 @@ class QPushButton;
 /// followed (PedidoCierre False).
 class VisorAyuda : public Control {
     Q_OBJECT
-public:
+  public:
     VisorAyuda(const QString &nombre, Control *contenedor, Form *form);
 
     QString RutaPagina;
@@ -24,10 +24,10 @@ public:
     /// readable, when it is in neither place.
     static QString Ubicar(const QString &ruta);
 
-signals:
+  signals:
     void Aviso();
 
-private:
+  private:
     QTextBrowser *pagina;
     QPushButton *cerrar;
     bool pedidoCierre = false;

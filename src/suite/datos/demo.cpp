@@ -15,7 +15,7 @@ namespace {
 
 /// One prepared insert, run once per row with its bound values.
 class Insercion {
-public:
+  public:
     Insercion(QSqlDatabase base, const QString &sentencia) : q(base) {
         if (!q.prepare(sentencia))
             throw ErrorBD(q.lastError().text());
@@ -27,7 +27,7 @@ public:
             throw ErrorBD(q.lastError().text());
     }
 
-private:
+  private:
     QSqlQuery q;
 };
 
@@ -87,9 +87,13 @@ const QStringList secciones = {QStringLiteral("Mujer"), QStringLiteral("Hombre")
 constexpr int numProductos = 300;
 
 /// A price with cents, as the shop writes it: 4.95 .. 129.95.
-double PrecioDe(int codigo) { return 4.95 + (codigo * 37 % 125); }
+double PrecioDe(int codigo) {
+    return 4.95 + (codigo * 37 % 125);
+}
 /// A discounted price, to the cent.
-double Rebaja(double precio, double factor) { return std::round(precio * factor * 100) / 100; }
+double Rebaja(double precio, double factor) {
+    return std::round(precio * factor * 100) / 100;
+}
 
 } // namespace
 
@@ -99,67 +103,95 @@ void CargarTiendaDemo(ADODB::Connection &conexion) {
     ADODB::Transaccion unidad(conexion);
     QSqlDatabase base = conexion.Base();
     {
-        Insercion opcion(base, QStringLiteral(
-            "insert into opciones (numdecimales, multitienda, nombretienda, tiponegocio, estiloaspecto,"
-            " indicadoropciones, anchopantalla, altopantalla, idioma) values (?,?,?,?,?,?,?,?,?)"));
+        Insercion opcion(base, QStringLiteral("insert into opciones (numdecimales, multitienda, "
+                                              "nombretienda, tiponegocio, estiloaspecto,"
+                                              " indicadoropciones, anchopantalla, altopantalla, "
+                                              "idioma) values (?,?,?,?,?,?,?,?,?)"));
         opcion({2, QStringLiteral("N"), QStringLiteral("Moda Corvanta Centro"), QString(""), 0, 0,
                 QVariant(), QVariant(), QStringLiteral("es")});
-        Insercion(base, QStringLiteral("insert into opciones_terminal (identificador, empleado) values (?,?)"))(
+        Insercion(
+            base,
+            QStringLiteral("insert into opciones_terminal (identificador, empleado) values (?,?)"))(
             {QStringLiteral("CAJA1"), 1});
-        Insercion empleado(base, QStringLiteral("insert into empleados (codigo, nombre, apellidos) values (?,?,?)"));
+        Insercion empleado(
+            base,
+            QStringLiteral("insert into empleados (codigo, nombre, apellidos) values (?,?,?)"));
         empleado({1, QStringLiteral("María"), QStringLiteral("López García")});
         empleado({2, QStringLiteral("Jorge"), QStringLiteral("Ibáñez Ruiz")});
-        Insercion(base, QStringLiteral("insert into configuracionregional (segundoimpuesto, nombreimpuesto1,"
-                                       " bandera, nombre) values (?,?,?,?)"))(
-            {false, QStringLiteral("IVA"), QStringLiteral("fotos/bandera.gif"), QStringLiteral("España")});
+        Insercion(base, QStringLiteral(
+                            "insert into configuracionregional (segundoimpuesto, nombreimpuesto1,"
+                            " bandera, nombre) values (?,?,?,?)"))(
+            {false, QStringLiteral("IVA"), QStringLiteral("fotos/bandera.gif"),
+             QStringLiteral("España")});
 
-        Insercion talla(base, QStringLiteral("insert into tallas (codigo, descripcioncorta) values (?,?)"));
-        const QStringList tallas = {QStringLiteral("XS"), QStringLiteral("S"), QStringLiteral("M"),
-                                    QStringLiteral("L"), QStringLiteral("XL"), QStringLiteral("XXL")};
+        Insercion talla(
+            base, QStringLiteral("insert into tallas (codigo, descripcioncorta) values (?,?)"));
+        const QStringList tallas = {QStringLiteral("XS"), QStringLiteral("S"),
+                                    QStringLiteral("M"),  QStringLiteral("L"),
+                                    QStringLiteral("XL"), QStringLiteral("XXL")};
         for (int i = 0; i < tallas.size(); ++i)
             talla({i + 1, tallas[i]});
-        Insercion color(base, QStringLiteral("insert into colorestextil (codigo, nombre) values (?,?)"));
-        const QStringList colores = {QStringLiteral("Blanco"), QStringLiteral("Negro"),
-                                     QStringLiteral("Azul marino"), QStringLiteral("Rojo"),
+        Insercion color(base,
+                        QStringLiteral("insert into colorestextil (codigo, nombre) values (?,?)"));
+        const QStringList colores = {QStringLiteral("Blanco"),        QStringLiteral("Negro"),
+                                     QStringLiteral("Azul marino"),   QStringLiteral("Rojo"),
                                      QStringLiteral("Verde botella"), QStringLiteral("Gris perla")};
         for (int i = 0; i < colores.size(); ++i)
             color({i + 1, colores[i]});
 
-        Insercion producto(base, QStringLiteral("insert into productos (codigo, codigocliente, nombre, precio,"
-                                                " seccion, borrar) values (?,?,?,?,?,?)"));
-        Insercion extra(base, QStringLiteral("insert into productos_codigosextra (codigo, codigo_extra) values (?,?)"));
-        Insercion variante(base, QStringLiteral("insert into productostextil (codigopadre, codigohijo, talla,"
-                                                " color, codcliente, precio) values (?,?,?,?,?,?)"));
+        Insercion producto(
+            base, QStringLiteral("insert into productos (codigo, codigocliente, nombre, precio,"
+                                 " seccion, borrar) values (?,?,?,?,?,?)"));
+        Insercion extra(
+            base, QStringLiteral(
+                      "insert into productos_codigosextra (codigo, codigo_extra) values (?,?)"));
+        Insercion variante(
+            base, QStringLiteral("insert into productostextil (codigopadre, codigohijo, talla,"
+                                 " color, codcliente, precio) values (?,?,?,?,?,?)"));
         for (int codigo = 1; codigo <= numProductos; ++codigo) {
             const QString nombre = NombrePrenda(codigo);
             const bool borrado = codigo % 23 == 0;
-            producto({codigo, QStringLiteral("%1").arg(840000 + codigo, 7, 10, QLatin1Char('0')), nombre,
-                      PrecioDe(codigo), secciones[codigo % secciones.size()], borrado ? 1 : 0});
+            producto({codigo, QStringLiteral("%1").arg(840000 + codigo, 7, 10, QLatin1Char('0')),
+                      nombre, PrecioDe(codigo), secciones[codigo % secciones.size()],
+                      borrado ? 1 : 0});
             if (codigo % 10 == 0)
-                extra({codigo, QStringLiteral("EAN84%1").arg(codigo * 7919, 8, 10, QLatin1Char('0'))});
+                extra({codigo,
+                       QStringLiteral("EAN84%1").arg(codigo * 7919, 8, 10, QLatin1Char('0'))});
             // One product in three comes in sizes and colours; a few of the variants have a
             // code or a price of their own, and one refers to a size the shop no longer has.
             if (codigo % 3 == 0) {
                 for (int t = 2; t <= 4; ++t)
                     for (int c = 1; c <= 2 + codigo % 2; ++c) {
-                        const QString hijo = QStringLiteral("%1%2").arg(t, 2, 10, QLatin1Char('0')).arg(c, 2, 10, QLatin1Char('0'));
-                        const QVariant codCliente = (t == 4 && c == 1)
-                                                        ? QVariant(QStringLiteral("V%1-%2").arg(codigo).arg(hijo))
-                                                        : QVariant(QString());
-                        const QVariant precio = t == 4 ? QVariant(PrecioDe(codigo) + 3) : QVariant();
-                        variante({codigo, hijo, codigo == 9 && t == 4 ? 99 : t, c, codCliente, precio});
+                        const QString hijo = QStringLiteral("%1%2")
+                                                 .arg(t, 2, 10, QLatin1Char('0'))
+                                                 .arg(c, 2, 10, QLatin1Char('0'));
+                        const QVariant codCliente =
+                            (t == 4 && c == 1)
+                                ? QVariant(QStringLiteral("V%1-%2").arg(codigo).arg(hijo))
+                                : QVariant(QString());
+                        const QVariant precio =
+                            t == 4 ? QVariant(PrecioDe(codigo) + 3) : QVariant();
+                        variante(
+                            {codigo, hijo, codigo == 9 && t == 4 ? 99 : t, c, codCliente, precio});
                     }
             }
         }
 
-        Insercion cabecera(base, QStringLiteral("insert into cabecera_precio (identificador, descripcion, fechaalta,"
-                                                " preciovalidodesde, preciovalidohasta) values (?,?,?,?,?)"));
-        cabecera({1, QStringLiteral("Tarifa general 2026"), QDate(2025, 12, 15), QDate(2026, 1, 1), QDate(2026, 12, 31)});
-        cabecera({2, QStringLiteral("Rebajas de invierno"), QDate(2026, 11, 2), QDate(2027, 1, 7), QDate(2027, 2, 28)});
-        cabecera({3, QStringLiteral("Clientes VIP"), QDate(2026, 3, 1), QDate(2026, 3, 1), QDate(2027, 3, 1)});
-        cabecera({4, QStringLiteral("Black Friday"), QDate(2026, 11, 20), QDate(2026, 11, 27), QDate(2026, 11, 30)});
-        Insercion detalle(base, QStringLiteral("insert into detalle_precio (identificador, producto, precio,"
-                                               " codproductotextil) values (?,?,?,?)"));
+        Insercion cabecera(
+            base,
+            QStringLiteral("insert into cabecera_precio (identificador, descripcion, fechaalta,"
+                           " preciovalidodesde, preciovalidohasta) values (?,?,?,?,?)"));
+        cabecera({1, QStringLiteral("Tarifa general 2026"), QDate(2025, 12, 15), QDate(2026, 1, 1),
+                  QDate(2026, 12, 31)});
+        cabecera({2, QStringLiteral("Rebajas de invierno"), QDate(2026, 11, 2), QDate(2027, 1, 7),
+                  QDate(2027, 2, 28)});
+        cabecera({3, QStringLiteral("Clientes VIP"), QDate(2026, 3, 1), QDate(2026, 3, 1),
+                  QDate(2027, 3, 1)});
+        cabecera({4, QStringLiteral("Black Friday"), QDate(2026, 11, 20), QDate(2026, 11, 27),
+                  QDate(2026, 11, 30)});
+        Insercion detalle(
+            base, QStringLiteral("insert into detalle_precio (identificador, producto, precio,"
+                                 " codproductotextil) values (?,?,?,?)"));
         for (int codigo = 4; codigo <= numProductos; codigo += 7)
             detalle({1, codigo, PrecioDe(codigo) - 1, QVariant()});
         for (int codigo = 3; codigo <= 60; codigo += 3) {
@@ -168,7 +200,8 @@ void CargarTiendaDemo(ADODB::Connection &conexion) {
         }
         for (int codigo = 1; codigo <= 40; codigo += 5)
             detalle({3, codigo, Rebaja(PrecioDe(codigo), 0.9), QStringLiteral("-1")});
-        Insercion(base, QStringLiteral("insert into relaciones_fijas (indice, daton, dato1) values (?,?,?)"))(
+        Insercion(base, QStringLiteral(
+                            "insert into relaciones_fijas (indice, daton, dato1) values (?,?,?)"))(
             {QStringLiteral("TarifaAplicada"), 3, QStringLiteral("cliente 12")});
     }
     unidad.Commit();

@@ -19,13 +19,15 @@ QString SvcConexion::CadenaSuite() {
     const QString variable = qEnvironmentVariable("TARIFAS_DB").trimmed();
     if (!variable.isEmpty())
         return variable;
-    return QStringLiteral("sqlite:") + QDir(DirectorioDatosSuite()).filePath(QStringLiteral("tarifas.sqlite"));
+    return QStringLiteral("sqlite:") +
+           QDir(DirectorioDatosSuite()).filePath(QStringLiteral("tarifas.sqlite"));
 }
 
 void SvcConexion::AbrirConexion(const QString &cadena, ADODB::Connection &conexion) {
     // The embedded default is the one place a shop appears by itself: a person who names a
     // database of their own asks for the demo with TARIFAS_DEMO=1.
-    const bool porDefecto = cadena.isEmpty() && qEnvironmentVariable("TARIFAS_DB").trimmed().isEmpty();
+    const bool porDefecto =
+        cadena.isEmpty() && qEnvironmentVariable("TARIFAS_DB").trimmed().isEmpty();
     const bool demo = porDefecto || qEnvironmentVariable("TARIFAS_DEMO") == QLatin1String("1");
     conexion.Open(cadena.isEmpty() ? CadenaSuite() : cadena);
     // Only a database that lacks tables is written to, and then the tables and the demo shop

@@ -11,7 +11,7 @@
 /// shop too when it is the embedded default, or when TARIFAS_DEMO=1. Tables and demo go in
 /// one unit of work. A database that can't be read is reported, never taken for an empty one.
 class SvcConexion {
-public:
+  public:
     /// `cadena` empty: the rules above; otherwise that connection string.
     void AbrirConexion(const QString &cadena, ADODB::Connection &conexion);
 

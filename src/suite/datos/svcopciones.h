@@ -11,7 +11,7 @@
 /// the design's (7680 x 5542.5) or above ten times the display's, or not a finite number,
 /// counts as not set; that is said once on stderr.
 class SvcOpciones {
-public:
+  public:
     qint16 LeerEstiloAspecto(ADODB::Connection &conexion);
     QString LeerTipoNegocio(ADODB::Connection &conexion);
     qint16 LeerIndicadorOpciones(ADODB::Connection &conexion);

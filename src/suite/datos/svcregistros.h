@@ -15,13 +15,13 @@
 /// nombretienda and multitienda are accepted for the suite's store-aware tables; the tables
 /// this program writes are the same for every store, so they change nothing here.
 class SvcRegistros {
-public:
+  public:
     void InsertarRegistro(ADODB::Connection &conexion, const QString &tabla, const QString &campos,
                           const QString &nombretienda, bool multitienda, const QString &extra);
-    void ModificarRegistro(ADODB::Connection &conexion, const QString &tabla,
-                           const QString &campos, const QString &nombretienda, bool multitienda,
-                           const QString &criterio, int numero, const QString &extra1,
-                           const QString &extra2, const QString &extra3);
+    void ModificarRegistro(ADODB::Connection &conexion, const QString &tabla, const QString &campos,
+                           const QString &nombretienda, bool multitienda, const QString &criterio,
+                           int numero, const QString &extra1, const QString &extra2,
+                           const QString &extra3);
     void BorrarRegistro(ADODB::Connection &conexion, const QString &tabla,
                         const QString &nombretienda, bool multitienda, const QString &criterio);
 

@@ -5,7 +5,7 @@
 namespace {
 
 struct Aspecto {
-    ColorOLE panelClaro; ///< frames designed in the light grey (224) and the header
+    ColorOLE panelClaro;  ///< frames designed in the light grey (224) and the header
     ColorOLE panelOscuro; ///< frames designed in the darker grey (192)
     ColorOLE caja;        ///< text boxes
     ColorOLE foco;        ///< a text box with the focus

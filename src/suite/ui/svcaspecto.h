@@ -13,7 +13,7 @@ class Form;
 ///   1 "Azul": blue-grey panels, white boxes, a pale blue focus.
 /// Any other number is taken as 0.
 class SvcAspecto {
-public:
+  public:
     void AplicarAspecto(Form &pantalla, qint16 estiloAspecto, ADODB::Connection &conexion);
     /// The focus colour of the look, as the decimal text of a 32-bit colour value.
     QString ColorFoco(ADODB::Connection &conexion, qint16 estiloAspecto);

@@ -9,13 +9,13 @@ class Form;
 /// follow height / design height; fonts follow the smaller of the two, so that texts never
 /// outgrow their controls.
 class SvcEscala {
-public:
+  public:
     void AjustarFormulario(ADODB::Connection &conexion, Form &pantalla, double anchoPantalla,
                            double altoPantalla, double anchoDiseno, double altoDiseno);
     /// The horizontal factor of the last AjustarFormulario (1 before any): what a design
     /// width is multiplied by.
     double FactorEscala() const { return factorX; }
 
-private:
+  private:
     double factorX = 1.0;
 };

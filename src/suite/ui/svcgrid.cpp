@@ -22,7 +22,9 @@ AlineacionColumna LeerAlineacion(const QString &palabra, const QString &entrada)
     if (palabra == QLatin1String("derecha"))
         return AlineacionColumna::Derecha;
     throw std::invalid_argument(
-        QStringLiteral("Formato de rejilla: alineación desconocida en \"%1\"").arg(entrada).toStdString());
+        QStringLiteral("Formato de rejilla: alineación desconocida en \"%1\"")
+            .arg(entrada)
+            .toStdString());
 }
 
 } // namespace
@@ -31,11 +33,12 @@ void SvcGrid::FormatearGrid(Grid &grid, const QString &titulos, const QString &f
     const QStringList listaTitulos = titulos.split(QLatin1Char(';'));
     const QStringList entradas = formato.split(QLatin1Char(';'));
     if (entradas.size() != listaTitulos.size())
-        throw std::invalid_argument(QStringLiteral("Formato de rejilla: %1 títulos y %2 formatos (\"%3\")")
-                                        .arg(listaTitulos.size())
-                                        .arg(entradas.size())
-                                        .arg(formato)
-                                        .toStdString());
+        throw std::invalid_argument(
+            QStringLiteral("Formato de rejilla: %1 títulos y %2 formatos (\"%3\")")
+                .arg(listaTitulos.size())
+                .arg(entradas.size())
+                .arg(formato)
+                .toStdString());
     // Read everything before touching the grid, so a bad format leaves it as it was.
     std::vector<Columna> columnas;
     columnas.reserve(entradas.size());
@@ -46,7 +49,9 @@ void SvcGrid::FormatearGrid(Grid &grid, const QString &titulos, const QString &f
         const double ancho = ok ? regional.toDouble(entrada.left(barra), &ok) : 0;
         if (!ok || ancho < 0)
             throw std::invalid_argument(
-                QStringLiteral("Formato de rejilla: ancho no válido en \"%1\"").arg(entrada).toStdString());
+                QStringLiteral("Formato de rejilla: ancho no válido en \"%1\"")
+                    .arg(entrada)
+                    .toStdString());
         columnas.push_back({ancho, LeerAlineacion(entrada.mid(barra + 1), entrada)});
     }
     grid.setCols(int(listaTitulos.size()));
@@ -57,9 +62,11 @@ void SvcGrid::FormatearGrid(Grid &grid, const QString &titulos, const QString &f
     }
 }
 
-void SvcGrid::CargarGrid(ADODB::Connection &conexion, const QString &consulta, Grid &grid, int, int) {
+void SvcGrid::CargarGrid(ADODB::Connection &conexion, const QString &consulta, Grid &grid, int,
+                         int) {
     ADODB::Recordset rs;
-    rs.Open(consulta, conexion, ADODB::adOpenStatic, ADODB::adLockOptimistic, ADODB::adCmdUnspecified);
+    rs.Open(consulta, conexion, ADODB::adOpenStatic, ADODB::adLockOptimistic,
+            ADODB::adCmdUnspecified);
     const int columnas = std::min(rs.ColumnCount(), grid.Cols());
     grid.setRows(1);
     grid.setRows(rs.RecordCount() + 1);

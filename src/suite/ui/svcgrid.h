@@ -12,7 +12,7 @@
 /// fraction, with the regional decimal separator), an alignment one of the words
 /// "centrado", "Izquierda", "derecha" exactly. Width 0 hides a column, which keeps its data.
 class SvcGrid {
-public:
+  public:
     /// Gives the grid one column per title (separated by ";"), the titles in row 0, and each
     /// column its width and alignment. The data rows are left as they are. A format whose
     /// entries don't match the titles, or that holds an unknown word or a bad width, raises

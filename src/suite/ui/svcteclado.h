@@ -6,7 +6,7 @@ class TextBox;
 
 /// Keyboard services of the suite.
 class SvcTeclado {
-public:
+  public:
     /// The keyboard's layout as the suite knows it: the input locale's name ("es_ES").
     QString LeerAjusteTeclado();
 

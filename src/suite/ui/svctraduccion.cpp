@@ -24,7 +24,8 @@ QString IdiomaSuite(ADODB::Connection &conexion) {
 QHash<QString, QString> Captions(ADODB::Connection &conexion, const QString &idioma,
                                  const QString &formulario) {
     ADODB::Recordset rs;
-    rs.Open(QStringLiteral("Select control, texto from traducciones where idioma = ? and formulario = ?"),
+    rs.Open(QStringLiteral(
+                "Select control, texto from traducciones where idioma = ? and formulario = ?"),
             {idioma, formulario}, conexion);
     QHash<QString, QString> captions;
     for (; !rs.Eof(); rs.MoveNext())

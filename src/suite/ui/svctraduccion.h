@@ -9,7 +9,7 @@ class Form;
 /// designed in Spanish ("es"), which needs no translation. A control that has no row for the
 /// language keeps its design caption; the screen's own caption has the control name "".
 class SvcTraduccion {
-public:
+  public:
     void TraducirFormulario(ADODB::Connection &conexion, Form &pantalla);
     /// Stores the screen's design captions as the Spanish rows of traducciones, for the
     /// translators to copy; captions already stored are left alone.
