@@ -1,22 +1,24 @@
-// The screen services on a small screen of their own: scaling, looks and translation.
-#include "apoyo/ejecucion.h"
+// The screen services on a small screen of their own: scaling, looks, translation, grids filled
+// from a query and what a price box lets through.
 #include "apoyo/basedatosprueba.h"
-#include "platform/datos/cadenaconexion.h"
+#include "apoyo/ejecucion.h"
+#include "platform/datos/errorbd.h"
 #include "platform/datos/recordset.h"
+#include "platform/ui/controles.h"
 #include "platform/ui/form.h"
 #include "platform/ui/grid.h"
-#include "suite/datos/esquema.h"
 #include "suite/ui/svcaspecto.h"
 #include "suite/ui/svcescala.h"
+#include "suite/ui/svcgrid.h"
+#include "suite/ui/svcteclado.h"
 #include "suite/ui/svctraduccion.h"
 
-#include <QSqlQuery>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
 
+// clang-format off
 constexpr DisenoControl controles[] = {
     {.nombre = "frPadre", .clase = Clase::Frame, .contenedor = nullptr,
      .left = 0, .top = 0, .width = 15360, .height = 11085, .estilo = SinBorde},
@@ -32,9 +34,25 @@ constexpr DisenoControl controles[] = {
     {.nombre = "cmdSalir", .clase = Clase::CommandButton, .contenedor = "frHijo",
      .left = 13545, .top = 8445, .width = 1605, .height = 1155, .texto = "Salir"},
 };
+// clang-format on
 
-constexpr DisenoFormulario diseno{.nombre = "frmPrueba", .caption = "Prueba", .clientWidth = 15270,
-                                  .clientHeight = 10710, .icono = nullptr, .controles = controles};
+constexpr DisenoFormulario diseno{.nombre = "frmPrueba",
+                                  .caption = "Prueba",
+                                  .clientWidth = 15270,
+                                  .clientHeight = 10710,
+                                  .icono = nullptr,
+                                  .controles = controles};
+
+/// A grid's header, widths and alignments as "title width I|C|D; ...".
+QString Columnas(const Grid &g) {
+    QStringList c;
+    for (int i = 0; i < g.Cols(); ++i)
+        c << QStringLiteral("%1 %2 %3")
+                 .arg(g.TextMatrix(0, i))
+                 .arg(g.ColWidth(i))
+                 .arg("ICD"[int(g.ColAlignment(i))]);
+    return c.join(QStringLiteral("; "));
+}
 
 } // namespace
 
@@ -42,27 +60,32 @@ class TstPantallas : public QObject {
     Q_OBJECT
     std::unique_ptr<BaseDatosPrueba> db;
     std::unique_ptr<Form> form;
+    std::unique_ptr<Grid> grid;
 
-    void ejecutar(const QString &sql) { db->Ejecutar(sql); }
+    Control *control(const char *nombre) { return form->control(QString::fromLatin1(nombre)); }
 
-private slots:
+  private slots:
     void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
     void init() {
         db = std::make_unique<BaseDatosPrueba>();
         form = std::make_unique<Form>(diseno);
         form->Load();
+        grid = std::make_unique<Grid>(QStringLiteral("grid"), nullptr, nullptr,
+                                      DisenoGrid{.rows = 2, .cols = 4});
+        QLocale::setDefault(QLocale(QStringLiteral("es_ES")));
     }
     void cleanup() {
+        grid.reset();
         form.reset();
         db.reset();
+        QLocale::setDefault(QLocale::c());
     }
 
     void escala_data() {
         QTest::addColumn<double>("ancho");
         QTest::addColumn<double>("alto");
-        QTest::newRow("diseno") << 15360.0 << 11085.0;
-        QTest::newRow("0,75") << 11520.0 << 8313.75;
-        QTest::newRow("ancha") << 19200.0 << 11085.0;
+        QTest::newRow("design") << 15360.0 << 11085.0;
+        QTest::newRow("0.75") << 11520.0 << 8313.75;
         QTest::newRow("1280x1024") << 19200.0 << 15360.0;
     }
     void escala() {
@@ -71,72 +94,174 @@ private slots:
         const double fx = ancho / 15360.0, fy = alto / 11085.0;
         SvcEscala escala;
         const double anchoForm = form->Width(), altoForm = form->Height();
-        const double puntos = form->control(QStringLiteral("Label1"))->Font().pointSizeF();
+        const double puntos = control("Label1")->Font().pointSizeF();
         escala.AjustarFormulario(db->Conexion(), *form, ancho, alto, 15360.0, 11085.0);
         QCOMPARE(escala.FactorEscala(), fx);
         QCOMPARE(form->Width(), anchoForm * fx);
         QCOMPARE(form->Height(), altoForm * fy);
         // Every control keeps its design place relative to its container, scaled.
         for (const DisenoControl &d : controles) {
-            Control *c = form->control(QString::fromLatin1(d.nombre));
-            QCOMPARE(c->Left(), d.left * fx);
-            QCOMPARE(c->Top(), d.top * fy);
-            QCOMPARE(c->Width(), d.width * fx);
-            QCOMPARE(c->Height(), d.height * fy);
+            Control *c = control(d.nombre);
+            QCOMPARE(QList<double>({c->Left(), c->Top(), c->Width(), c->Height()}),
+                     QList<double>({d.left * fx, d.top * fy, d.width * fx, d.height * fy}));
         }
-        QCOMPARE(form->control(QStringLiteral("Label1"))->Font().pointSizeF(), puntos * std::min(fx, fy));
+        QCOMPARE(control("Label1")->Font().pointSizeF(), puntos * std::min(fx, fy));
         // The widgets follow: the button's pixel place is its twips over 15, rounded.
-        QWidget *boton = form->control(QStringLiteral("cmdSalir"))->widget();
+        QWidget *boton = control("cmdSalir")->widget();
         QCOMPARE(boton->x(), int(std::lround(13545 * fx / 15)));
         QCOMPARE(boton->height(), int(std::lround(1155 * fy / 15)));
     }
 
     void aspectos_data() {
         QTest::addColumn<int>("estilo");
-        QTest::newRow("clasico") << 0;
-        QTest::newRow("azul") << 1;
-        QTest::newRow("desconocido es el clasico") << 7;
+        QTest::newRow("classic") << 0;
+        QTest::newRow("blue") << 1;
+        QTest::newRow("unknown is the classic") << 7;
     }
     void aspectos() {
         QFETCH(int, estilo);
         SvcAspecto aspecto;
         aspecto.AplicarAspecto(*form, qint16(estilo), db->Conexion());
         const ColorOLE foco = aspecto.ColorFoco(db->Conexion(), qint16(estilo)).toInt();
-        QVERIFY(foco >= 0 && foco <= 0xFFFFFF);
         // White stays white; the grey panel and the boxes take the look's colours, and a box
         // with the focus stands out from one without.
-        QCOMPARE(form->control(QStringLiteral("frBlanco"))->BackColor(), RGB(255, 255, 255));
-        QVERIFY(form->control(QStringLiteral("txtNombre"))->BackColor() != foco);
-        if (estilo == 1)
-            QVERIFY(form->control(QStringLiteral("frHijo"))->BackColor() != RGB(224, 224, 224));
-        else
-            QCOMPARE(form->control(QStringLiteral("frHijo"))->BackColor(), RGB(224, 224, 224));
-        QCOMPARE(aspecto.ColorFoco(db->Conexion(), 0) == aspecto.ColorFoco(db->Conexion(), 1), false);
+        QCOMPARE(control("frBlanco")->BackColor(), RGB(255, 255, 255));
+        QVERIFY(control("txtNombre")->BackColor() != foco);
+        QCOMPARE(control("frHijo")->BackColor() == RGB(224, 224, 224), estilo != 1);
+        QVERIFY(aspecto.ColorFoco(db->Conexion(), 0) != aspecto.ColorFoco(db->Conexion(), 1));
     }
 
     void traduccion() {
         SvcTraduccion traduccion;
         // Spanish, the design's language, needs no rows.
-        ejecutar(QStringLiteral("insert into opciones (idioma) values ('es')"));
+        db->Ejecutar(QStringLiteral("insert into opciones (idioma) values ('es')"));
         traduccion.TraducirFormulario(db->Conexion(), *form);
-        QCOMPARE(form->control(QStringLiteral("Label1"))->Caption(), QStringLiteral("Lista de Productos"));
-
+        QCOMPARE(control("Label1")->Caption(), QStringLiteral("Lista de Productos"));
         // The captions stored once, and only once, for the translators.
         traduccion.GenerarCaptions(db->Conexion(), *form);
         traduccion.GenerarCaptions(db->Conexion(), *form);
-        ADODB::Recordset rs;
-        rs.Open(QStringLiteral("select control, texto from traducciones where idioma = 'es' and formulario = 'frmPrueba'"), db->Conexion());
-        QCOMPARE(rs.RecordCount(), 3); // the screen, Label1 and cmdSalir
-        rs.Close();
-
-        ejecutar(QStringLiteral("update opciones set idioma = 'ca'"));
-        ejecutar(QStringLiteral("insert into traducciones values ('ca', 'frmPrueba', 'Label1', 'Llista de Productes')"));
-        ejecutar(QStringLiteral("insert into traducciones values ('ca', 'frmPrueba', '', 'Prova')"));
-        ejecutar(QStringLiteral("insert into traducciones values ('ca', 'frmAltra', 'cmdSalir', 'Altra')"));
+        QCOMPARE(db->Valor("select count(*) from traducciones where idioma = 'es' and formulario"
+                           " = 'frmPrueba'")
+                     .toInt(),
+                 3); // the screen, Label1 and cmdSalir
+        db->Ejecutar(QStringLiteral("update opciones set idioma = 'ca'"));
+        db->Ejecutar("insert into traducciones values ('ca', 'frmPrueba', 'Label1', 'Llista'),"
+                     " ('ca', 'frmPrueba', '', 'Prova'), ('ca', 'frmAltra', 'cmdSalir', 'Altra')");
         traduccion.TraducirFormulario(db->Conexion(), *form);
-        QCOMPARE(form->control(QStringLiteral("Label1"))->Caption(), QStringLiteral("Llista de Productes"));
+        QCOMPARE(control("Label1")->Caption(), QStringLiteral("Llista"));
         QCOMPARE(form->Caption(), QStringLiteral("Prova"));
-        QCOMPARE(form->control(QStringLiteral("cmdSalir"))->Caption(), QStringLiteral("Salir"));
+        QCOMPARE(control("cmdSalir")->Caption(), QStringLiteral("Salir"));
+    }
+
+    void formatos_data() {
+        QTest::addColumn<QString>("idioma");
+        QTest::addColumn<QString>("formato");
+        QTest::addColumn<QString>("columnas"); // empty: refused
+        auto caso = [](const char *n, const char *i, const char *f, const char *c) {
+            QTest::newRow(n) << i << f << c;
+        };
+        caso("widths and alignments", "es_ES", "5000/Izquierda;1500/centrado;0/derecha;0/derecha",
+             "A 5000 I; B 1500 C; C 0 D; D 0 D");
+        caso("fraction with a comma", "es_ES",
+             "1237,5/centrado;4125/Izquierda;1/centrado;1/derecha",
+             "A 1237.5 C; B 4125 I; C 1 C; D 1 D");
+        caso("fraction with a point", "en_US", "937.5/centrado;3125/Izquierda;1/centrado;1/derecha",
+             "A 937.5 C; B 3125 I; C 1 C; D 1 D");
+        caso("an entry missing", "es_ES", "10/centrado;10/centrado;10/centrado", "");
+        caso("a separator too many", "es_ES", "1/centrado;1/centrado;1/centrado;1/centrado;", "");
+        caso("a word in other case", "es_ES", "10/Centrado;10/centrado;1/centrado;1/centrado", "");
+        caso("letters in a width", "es_ES", "10x/centrado;10/centrado;1/centrado;1/centrado", "");
+        caso("no bar", "es_ES", "10centrado;10/centrado;1/centrado;1/centrado", "");
+        caso("negative width", "es_ES", "-10/centrado;10/centrado;1/centrado;1/centrado", "");
+    }
+    void formatos() {
+        QFETCH(QString, idioma);
+        QFETCH(QString, formato);
+        QFETCH(QString, columnas);
+        QLocale::setDefault(QLocale(idioma));
+        SvcGrid().FormatearGrid(*grid, "X;Y;Z;W", "1/centrado;2/centrado;3/centrado;4/centrado", 0);
+        grid->setTextMatrix(1, 0, QStringLiteral("dato"));
+        const QString antes = Columnas(*grid);
+        if (columnas.isEmpty()) // a refused format leaves the grid as it was
+            QVERIFY_THROWS_EXCEPTION(std::invalid_argument,
+                                     SvcGrid().FormatearGrid(*grid, "A;B;C;D", formato, 0));
+        else
+            SvcGrid().FormatearGrid(*grid, "A;B;C;D", formato, 0);
+        QCOMPARE(Columnas(*grid), columnas.isEmpty() ? antes : columnas);
+        QCOMPARE(grid->Rows(), 2); // the data rows are not the format's business
+        QCOMPARE(grid->TextMatrix(1, 0), QStringLiteral("dato"));
+    }
+
+    void carga() {
+        SvcGrid().FormatearGrid(*grid, "Nombre;Desde;Hasta;Cod",
+                                "5000/Izquierda;1500/centrado;1500/centrado;0/derecha", 0);
+        db->Ejecutar("insert into cabecera_precio values (3, 'Año nuevo', '2026-12-01',"
+                     " '1601-01-01', '9999-12-31'), (41, null, null, '2026-02-28', '2026-02-28')");
+        const QString consulta = "Select descripcion,preciovalidodesde,preciovalidohasta,"
+                                 "identificador from cabecera_precio order by identificador";
+        // A fill after a larger one leaves none of its rows behind.
+        grid->setRows(10);
+        grid->setTextMatrix(9, 0, QStringLiteral("resto"));
+        SvcGrid().CargarGrid(db->Conexion(), consulta, *grid, 0, 0);
+        QCOMPARE(grid->Rows(), 3);
+        QStringList celdas;
+        for (int f = 0; f < 3; ++f)
+            for (int c = 0; c < 4; ++c)
+                celdas << grid->TextMatrix(f, c);
+        QCOMPARE(celdas.join('|'), "Nombre|Desde|Hasta|Cod|Año nuevo|1/1/1601|31/12/9999|3|"
+                                   "|28/2/2026|28/2/2026|41");
+        QCOMPARE(grid->ColWidth(0), 5000.0);
+        db->Ejecutar(QStringLiteral("delete from cabecera_precio"));
+        SvcGrid().CargarGrid(db->Conexion(), consulta, *grid, 0, 0);
+        QCOMPARE(grid->Rows(), 1);
+        QVERIFY_THROWS_EXCEPTION(
+            ErrorBD, SvcGrid().CargarGrid(db->Conexion(), "Select x from nada", *grid, 0, 0));
+    }
+
+    void teclaPrecio_data() {
+        QTest::addColumn<QString>("texto");
+        QTest::addColumn<int>("cursor");
+        QTest::addColumn<int>("seleccion");
+        QTest::addColumn<int>("decimales");
+        QTest::addColumn<QChar>("tecla");
+        QTest::addColumn<bool>("pasa");
+        auto caso = [](const char *n, const char *t, int c, int s, int d, char k, bool p) {
+            QTest::newRow(n) << t << c << s << d << QChar(k) << p;
+        };
+        caso("digit", "12", 2, 0, 2, '5', true);
+        caso("letter", "12", 2, 0, 2, 'a', false);
+        caso("space", "12", 2, 0, 2, ' ', false);
+        caso("comma", "12", 2, 0, 2, ',', true);
+        caso("point", "12", 2, 0, 2, '.', true);
+        caso("second comma", "12,5", 4, 0, 2, ',', false);
+        caso("point after a comma", "12,5", 4, 0, 2, '.', false);
+        caso("comma with no decimals", "12", 2, 0, 0, ',', false);
+        caso("last decimal", "12,5", 4, 0, 2, '1', true);
+        caso("one decimal too many", "12,50", 5, 0, 2, '1', false);
+        caso("whole digit with the decimals full", "12,50", 0, 0, 2, '1', true);
+        caso("comma that would leave three decimals", "12345", 2, 0, 2, ',', false);
+        caso("comma that leaves two decimals", "12345", 3, 0, 2, ',', true);
+        caso("selection replaced", "12,50", 3, 2, 2, '9', true);
+        caso("comma over the selected comma", "12,50", 2, 1, 2, ',', true);
+        caso("minus first", "12", 0, 0, 2, '-', true);
+        caso("minus in the middle", "12", 1, 0, 2, '-', false);
+        caso("second minus", "-12", 0, 0, 2, '-', false);
+        caso("backspace", "12", 2, 0, 2, 8, true);
+    }
+    void teclaPrecio() {
+        QFETCH(QString, texto);
+        QFETCH(int, cursor);
+        QFETCH(int, seleccion);
+        QFETCH(int, decimales);
+        QFETCH(QChar, tecla);
+        QFETCH(bool, pasa);
+        TextBox caja(QStringLiteral("txt_NuevoPrecio"), nullptr, nullptr);
+        caja.setText(texto);
+        caja.setSelStart(cursor);
+        caja.setSelLength(seleccion);
+        const qint16 codigo = qint16(tecla.unicode());
+        const qint16 r = SvcTeclado().FiltrarTeclaPrecio(codigo, caja, qint16(decimales));
+        QCOMPARE(r, pasa ? codigo : qint16(0));
     }
 };
 
