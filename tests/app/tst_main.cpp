@@ -21,8 +21,6 @@ namespace {
 /// The variable that makes this test's executable the program, with an operator's case.
 const char *const VariableCaso = "TARIFAS_PRUEBA_CASO";
 
-Form *Pantalla(const char *nombre) { return Form::Buscar(QString::fromLatin1(nombre)); }
-
 void Pulsar(Form *pantalla, const char *boton) {
     QTest::mouseClick(pantalla->control<CommandButton>(QString::fromLatin1(boton))->widget(),
                       Qt::LeftButton);
@@ -32,9 +30,10 @@ void Pulsar(Form *pantalla, const char *boton) {
 void Cuando(const char *nombre, std::function<void(Form *)> paso) {
     auto *reloj = new QTimer(qApp);
     QObject::connect(reloj, &QTimer::timeout, [reloj, nombre, paso] {
-        if (Form *f = Pantalla(nombre); f && f->ventana() && f->ventana()->isVisible()) {
-            reloj->stop();
+        Form *f = Form::Buscar(QString::fromLatin1(nombre));
+        if (f && f->ventana() && f->ventana()->isVisible()) {
             reloj->deleteLater();
+            reloj->stop();
             paso(f);
         }
     });
@@ -52,21 +51,18 @@ void AbrirPrimeraLista(Form *registro) {
 int Programa(int argc, char **argv, const QString &caso) {
     AplicacionTarifas aplicacion(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("tarifas"));
-    if (caso == QLatin1String("puerta")) {
-        Cuando("frmListas", [](Form *r) { Pulsar(r, "cmdSalir"); });
-    } else if (caso == QLatin1String("casilla de cierre")) {
-        Cuando("frmListas", [](Form *r) { r->ventana()->close(); });
-    } else if (caso == QLatin1String("editor y puerta")) {
-        Cuando("frmListas", [](Form *r) {
+    Cuando("frmListas", [caso](Form *r) {
+        if (caso == "puerta") {
+            Pulsar(r, "cmdSalir");
+        } else if (caso == "casilla") {
+            r->ventana()->close();
+        } else if (caso == "editor") {
             Cuando("frmTarifas", [r](Form *e) {
                 Pulsar(e, "cmdSalir");
                 QTimer::singleShot(50, [r] { Pulsar(r, "cmdSalir"); });
             });
             AbrirPrimeraLista(r);
-        });
-    } else if (caso == QLatin1String("carga fallida")) {
-        // Another program of the suite takes the catalogue away while the register is open.
-        Cuando("frmListas", [](Form *r) {
+        } else { // another program of the suite takes the catalogue away while the register is open
             {
                 QSqlDatabase otra = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), "otra");
                 otra.setDatabaseName(qEnvironmentVariable("TARIFAS_DB").mid(7));
@@ -75,8 +71,8 @@ int Programa(int argc, char **argv, const QString &caso) {
             }
             QSqlDatabase::removeDatabase(QStringLiteral("otra"));
             AbrirPrimeraLista(r);
-        });
-    }
+        }
+    });
     return Principal::Main();
 }
 
@@ -86,7 +82,9 @@ class TstMain : public QObject {
     Q_OBJECT
     QTemporaryDir dir;
 
-    QProcessEnvironment Entorno(const QString &base) const {
+    /// The program, or (caso empty) a second copy of the real executable, on `base`.
+    QProcess *Ejecutar(const QString &base, const QString &caso) {
+        auto *p = new QProcess(this);
         QProcessEnvironment entorno = QProcessEnvironment::systemEnvironment();
         entorno.insert(QStringLiteral("TARIFAS_DB"), QStringLiteral("sqlite:") + base);
         entorno.insert(QStringLiteral("TARIFAS_DEMO"), QStringLiteral("1"));
@@ -94,10 +92,16 @@ class TstMain : public QObject {
         entorno.insert(QStringLiteral("XDG_DATA_HOME"), dir.filePath(QStringLiteral("datos")));
         // Locks live in the runtime directory: a private one keeps this test to itself.
         entorno.insert(QStringLiteral("XDG_RUNTIME_DIR"), dir.path());
-        return entorno;
+        entorno.insert(QString::fromLatin1(VariableCaso), caso);
+        p->setProcessEnvironment(entorno);
+        p->start(caso.isEmpty() ? QStringLiteral(TARIFAS_EXE)
+                                : QCoreApplication::applicationFilePath(),
+                 {});
+        p->waitForFinished(60000);
+        return p;
     }
 
-private slots:
+  private slots:
     void initTestCase() { QVERIFY(dir.isValid()); }
 
     // How a run ends, as the process's status and its standard error.
@@ -105,46 +109,37 @@ private slots:
         QTest::addColumn<QString>("caso");
         QTest::addColumn<int>("estado");
         QTest::addColumn<QString>("error");
-        QTest::newRow("la puerta del registro") << "puerta" << 0 << "";
-        QTest::newRow("la casilla de cierre") << "casilla de cierre" << 0 << "";
-        QTest::newRow("el editor y las dos puertas") << "editor y puerta" << 0 << "";
-        QTest::newRow("una carga fallida, tras el informe") << "carga fallida" << 1 << "productos";
+        QTest::newRow("the register's door") << "puerta" << 0 << "";
+        QTest::newRow("the window's close box") << "casilla" << 0 << "";
+        QTest::newRow("the editor, and both doors") << "editor" << 0 << "";
+        QTest::newRow("a failed load, after the report") << "carga fallida" << 1 << "productos";
     }
     void salida() {
         QFETCH(QString, caso);
         QFETCH(int, estado);
         QFETCH(QString, error);
-        const QString base = dir.filePath(QTest::currentDataTag() + QStringLiteral(".sqlite"));
-        QProcess programa;
-        QProcessEnvironment entorno = Entorno(base);
-        entorno.insert(QString::fromLatin1(VariableCaso), caso);
-        programa.setProcessEnvironment(entorno);
-        programa.start(QCoreApplication::applicationFilePath(), {});
-        QVERIFY(programa.waitForFinished(60000));
-        const QString salida = QString::fromLocal8Bit(programa.readAllStandardError());
-        QCOMPARE(programa.exitStatus(), QProcess::NormalExit); // no crash on the way out
-        QVERIFY2(programa.exitCode() == estado, qPrintable(salida));
-        if (error.isEmpty())
-            QCOMPARE(salida, QString());
-        else
-            QVERIFY2(salida.contains(error), qPrintable(salida));
+        const QString base = dir.filePath(caso + QStringLiteral(".sqlite"));
+        QProcess *programa = Ejecutar(base, caso);
+        const QString salida = QString::fromLocal8Bit(programa->readAllStandardError());
+        QCOMPARE(programa->state(), QProcess::NotRunning);
+        QCOMPARE(programa->exitStatus(), QProcess::NormalExit); // no crash on the way out
+        QVERIFY2(programa->exitCode() == estado, qPrintable(salida));
+        QVERIFY2(error.isEmpty() ? salida.isEmpty() : salida.contains(error), qPrintable(salida));
         // The demo shop the first start made is still there afterwards.
         QVERIFY(QFile::exists(base));
     }
 
     void segundaInstancia() {
+        // This test process is the copy that runs; the program started now is the second: it
+        // ends at once, silent, and touches no database.
         const QString ruta = dir.filePath(QStringLiteral("suite.sqlite"));
-        QProcessEnvironment entorno = Entorno(ruta);
         qputenv("XDG_RUNTIME_DIR", dir.path().toUtf8());
-        // This test process is the copy that runs; the program started now is the second.
         QVERIFY(!HayInstanciaPrevia(QStringLiteral("tarifas")));
-        QProcess segunda;
-        segunda.setProcessEnvironment(entorno);
-        segunda.start(QStringLiteral(TARIFAS_EXE), {});
-        QVERIFY(segunda.waitForFinished(30000));
-        QCOMPARE(segunda.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(segunda.exitCode(), 0);
-        QCOMPARE(segunda.readAllStandardError(), QByteArray());
+        QProcess *segunda = Ejecutar(ruta, QString());
+        QCOMPARE(segunda->state(), QProcess::NotRunning);
+        QCOMPARE(segunda->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(segunda->exitCode(), 0);
+        QCOMPARE(segunda->readAllStandardError(), QByteArray());
         QVERIFY(!QFile::exists(ruta));
     }
 };
