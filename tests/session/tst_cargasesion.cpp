@@ -38,10 +38,9 @@ class TstCargaSesion : public QObject {
         db.reset();
     }
 
-    // The rows put in the tables (statements split at ";"; a bare "(...)" is a row of the
-    // options), and the record after start-up:
-    // terminal, decimals, multi-shop and shop, business, employee and name, second tax, tax
-    // name, region.
+    // The rows put in the tables, one table's letter each (o: options, t: terminals, e:
+    // employees, r: regional settings), and the record after start-up: terminal, decimals,
+    // multi-shop, shop, business, employee and name, second tax, tax name, region.
     void carga_data() {
         QTest::addColumn<QString>("caja");
         QTest::addColumn<QString>("filas");
@@ -50,49 +49,38 @@ class TstCargaSesion : public QObject {
             QTest::newRow(n) << caja << filas << sesion;
         };
         caso("empty tables keep what was there", "CAJA1", "", "CAJA1|0|0|||0||0||");
-        caso("multi-shop S", "CAJA1", "(2, 'S', 'Centro', 'TALLACOLOR')",
+        caso("multi-shop S", "CAJA1", "o(2, 'S', 'Centro', 'TALLACOLOR')",
              "CAJA1|2|1|Centro|TALLACOLOR|0||0||");
-        caso("multi-shop T as S", "CAJA1", "(3, 'T', 'Norte', '')", "CAJA1|3|1|Norte||0||0||");
-        caso("lower-case s is no", "CAJA1", "(2, 's', 'Centro', 'x')", "CAJA1|2|0||x|0||0||");
-        caso("Nulls", "CAJA1", "(null, null, 'Centro', null)", "CAJA1|0|0|||0||0||");
-        caso("employee: name and one letter", "CAJA1",
-             "insert into opciones_terminal values ('CAJA1', 7); insert into empleados values "
-             "(7, 'María', 'López García')",
+        caso("multi-shop T as S", "CAJA1", "o(3, 'T', 'Norte', '')", "CAJA1|3|1|Norte||0||0||");
+        caso("lower-case s is no", "CAJA1", "o(2, 's', 'Centro', 'x')", "CAJA1|2|0||x|0||0||");
+        caso("Nulls", "CAJA1", "o(null, null, 'Centro', null)", "CAJA1|0|0|||0||0||");
+        caso("employee: name and one letter", "CAJA1", "t('CAJA1', 7);e(7, 'María', 'López')",
              "CAJA1|0|0|||7|María L|0||");
-        caso("employee, Null name", "CAJA1",
-             "insert into opciones_terminal values ('CAJA1', 7); insert into empleados values "
-             "(7, null, 'Ñúñez')",
+        caso("employee, Null name", "CAJA1", "t('CAJA1', 7);e(7, null, 'Ñúñez')",
              "CAJA1|0|0|||7| Ñ|0||");
-        caso("employee of another terminal", "CAJA1",
-             "insert into opciones_terminal values ('CAJA2', 7); insert into empleados values "
-             "(7, 'Ana', 'Ruiz')",
+        caso("employee of another terminal", "CAJA1", "t('CAJA2', 7);e(7, 'Ana', 'Ruiz')",
              "CAJA1|0|0|||0||0||");
-        caso("no terminal row: employee 0", "CAJA1",
-             "insert into empleados values (0, 'Genérico', 'Caja')",
+        caso("no terminal row: employee 0", "CAJA1", "e(0, 'Genérico', 'Caja')",
              "CAJA1|0|0|||0|Genérico C|0||");
-        caso("employee who doesn't exist", "CAJA1",
-             "insert into opciones_terminal values ('CAJA1', 8)", "CAJA1|0|0|||8||0||");
-        caso("terminal with an apostrophe", "CAJA D'OR",
-             "insert into opciones_terminal values ('CAJA D''OR', 5)", "CAJA D'OR|0|0|||5||0||");
-        caso("regional settings", "CAJA1",
-             "insert into configuracionregional (segundoimpuesto, nombreimpuesto1, nombre) values "
-             "(true, 'IGIC', 'Canarias')",
+        caso("employee who doesn't exist", "CAJA1", "t('CAJA1', 8)", "CAJA1|0|0|||8||0||");
+        caso("terminal with an apostrophe", "CAJA D'OR", "t('CAJA D''OR', 5)",
+             "CAJA D'OR|0|0|||5||0||");
+        caso("regional settings", "CAJA1", "r(true, 'IGIC', 'Canarias')",
              "CAJA1|0|0|||0||1|IGIC|Canarias");
-        caso("Null tax name", "CAJA1",
-             "insert into configuracionregional (segundoimpuesto, nombreimpuesto1, nombre) values "
-             "(false, null, 'España')",
+        caso("Null tax name", "CAJA1", "r(false, null, 'España')",
              "CAJA1|0|0|||0||0|Impuesto|España");
     }
     void carga() {
         QFETCH(QString, caja);
         QFETCH(QString, filas);
         CrearTerminalSQLite(corvanta, QStringLiteral("TIENDA"), caja);
-        for (QString sql : filas.split(';', Qt::SkipEmptyParts)) {
-            if (sql.startsWith('('))
-                sql.prepend("insert into opciones (numdecimales, multitienda, nombretienda, "
-                            "tiponegocio) values ");
-            db->Ejecutar(sql);
-        }
+        const QMap<QChar, QString> tablas{
+            {'o', "opciones (numdecimales, multitienda, nombretienda, tiponegocio)"},
+            {'t', "opciones_terminal (identificador, empleado)"},
+            {'e', "empleados (codigo, nombre, apellidos)"},
+            {'r', "configuracionregional (segundoimpuesto, nombreimpuesto1, nombre)"}};
+        for (const QString &fila : filas.split(';', Qt::SkipEmptyParts))
+            db->Ejecutar("insert into " + tablas.value(fila[0]) + " values " + fila.mid(1));
         Principal::CargarSesion();
         const auto &s = SesionSuite;
         QTEST(QStringList({s.list2, QString::number(s.NumDecimales), QString::number(s.multitienda),
