@@ -111,15 +111,15 @@ class TstSvcRegistros : public QObject {
         const QString lista = "identificador=3|fechaalta=1/2/2026|preciovalidodesde=1/2/2026|"
                               "preciovalidohasta=31/12/9999|Descripcion=";
         const QString fechas = ";'2026-02-01';'2026-02-01';'9999-12-31'";
-        auto cab = [&](const char *nombre, const QString &descripcion, const QString &guardada) {
+        // A name is stored exactly as typed.
+        auto cab = [&](const char *nombre, const QString &descripcion) {
             caso(nombre, "cabecera_precio where identificador > 2", lista + descripcion + "|",
-                 cabecera, "3;'" + guardada + "'" + fechas);
+                 cabecera, "3;'" + descripcion + "'" + fechas);
         };
-        cab("apostrophes", "Precios d'O'Brien ''", "Precios d'O'Brien ''");
-        cab("percent, underscore, SQL", "50% dto_a'); drop table productos; --",
-            "50% dto_a'); drop table productos; --");
-        cab("blanks, non-ASCII, an equals sign", "  Niños = 5 € ", "  Niños = 5 € ");
-        cab("empty name stays empty, not Null", "", "");
+        cab("apostrophes", "Precios d'O'Brien ''");
+        cab("percent, underscore, SQL", "50% dto_a'); drop table productos; --");
+        cab("blanks, non-ASCII, an equals sign", "  Niños = 5 € ");
+        cab("empty name stays empty, not Null", "");
         caso("names in any case and order, ISO date", "cabecera_precio where identificador > 2",
              "PRECIOVALIDOHASTA=1/3/2026|Identificador=3|descripcion=O|FechaAlta=15/6/2026|"
              "PrecioValidoDesde=2026-02-01|",
@@ -141,12 +141,10 @@ class TstSvcRegistros : public QObject {
         caso("textile variant keeps its zeros", "detalle_precio where producto = 20",
              "identificador=1|producto=20|precio=5|CodProductoTextil=0201|",
              "precio, codproductotextil", "5;'0201'");
-        for (const char *si : {"S", "Verdadero", "-1"})
-            caso(si, "configuracionregional", QStringLiteral("segundoImpuesto=%1|").arg(si),
-                 "segundoimpuesto", "1");
-        for (const char *no : {"N", "falso"})
-            caso(no, "configuracionregional", QStringLiteral("segundoImpuesto=%1|").arg(no),
-                 "segundoimpuesto", "0");
+        for (const char *b : {"S=1", "Verdadero=1", "-1=1", "N=0", "falso=0"}) // typed=stored
+            caso(b, "configuracionregional",
+                 "segundoImpuesto=" + QString(b).section('=', 0, 0) + "|", "segundoimpuesto",
+                 QString(b).section('=', 1));
         caso("small whole numbers and reals", "opciones",
              "NumDecimales=2|anchopantalla=15360|altopantalla=11085,5|estiloaspecto=-32768|",
              "numdecimales, anchopantalla, altopantalla, estiloaspecto", "2;15360;11085.5;-32768");
