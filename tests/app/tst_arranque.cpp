@@ -65,17 +65,13 @@ class TstArranque : public QObject {
     static Resultado Ejecutar(const QProcessEnvironment &entorno, int espera) {
         QProcess p;
         p.setProcessEnvironment(entorno);
-        p.start(QStringLiteral(TARIFAS_EXE), {});
+        p.start(TARIFAS_EXE, {});
         Resultado r;
-        if (!p.waitForStarted(10000))
-            return r;
-        r.termino = p.waitForFinished(espera);
-        if (!r.termino) {
-            p.kill();
-            p.waitForFinished(10000);
-        } else {
+        r.termino = p.waitForStarted(10000) && p.waitForFinished(espera);
+        if (r.termino)
             r.codigo = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : 128 + p.exitCode();
-        }
+        p.kill(); // one still up (nothing to do for one that ended)
+        p.waitForFinished(10000);
         r.error = QString::fromLocal8Bit(p.readAllStandardError());
         return r;
     }

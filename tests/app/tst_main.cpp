@@ -85,18 +85,15 @@ class TstMain : public QObject {
     /// The program, or (caso empty) a second copy of the real executable, on `base`.
     QProcess *Ejecutar(const QString &base, const QString &caso) {
         auto *p = new QProcess(this);
-        QProcessEnvironment entorno = QProcessEnvironment::systemEnvironment();
-        entorno.insert(QStringLiteral("TARIFAS_DB"), QStringLiteral("sqlite:") + base);
-        entorno.insert(QStringLiteral("TARIFAS_DEMO"), QStringLiteral("1"));
-        entorno.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        entorno.insert(QStringLiteral("XDG_DATA_HOME"), dir.filePath(QStringLiteral("datos")));
-        // Locks live in the runtime directory: a private one keeps this test to itself.
-        entorno.insert(QStringLiteral("XDG_RUNTIME_DIR"), dir.path());
-        entorno.insert(QString::fromLatin1(VariableCaso), caso);
-        p->setProcessEnvironment(entorno);
-        p->start(caso.isEmpty() ? QStringLiteral(TARIFAS_EXE)
-                                : QCoreApplication::applicationFilePath(),
-                 {});
+        QProcessEnvironment e = QProcessEnvironment::systemEnvironment();
+        e.insert("TARIFAS_DB", "sqlite:" + base);
+        e.insert("TARIFAS_DEMO", "1");
+        e.insert("QT_QPA_PLATFORM", "offscreen");
+        e.insert("XDG_DATA_HOME", dir.filePath("datos"));
+        e.insert("XDG_RUNTIME_DIR", dir.path()); // locks live there: a private one, ours alone
+        e.insert(VariableCaso, caso);
+        p->setProcessEnvironment(e);
+        p->start(caso.isEmpty() ? TARIFAS_EXE : QCoreApplication::applicationFilePath(), {});
         p->waitForFinished(60000);
         return p;
     }
