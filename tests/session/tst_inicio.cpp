@@ -83,19 +83,21 @@ class TstInicio : public QObject {
 
     void primerArranque_data() {
         QTest::addColumn<bool>("porDefecto");
-        QTest::addColumn<QByteArray>("demo"); // TARIFAS_DEMO
+        QTest::addColumn<bool>("demo"); // TARIFAS_DEMO=1
         QTest::addColumn<bool>("ficheroVacio");
         QTest::addColumn<bool>("conTienda");
-        QTest::newRow("default place: the demo shop") << true << QByteArray() << false << true;
-        QTest::newRow("default place, empty file: the demo shop")
-            << true << QByteArray() << true << true;
-        QTest::newRow("a file named: schema only") << false << QByteArray() << false << false;
-        QTest::newRow("a file named, empty: schema only") << false << QByteArray() << true << false;
-        QTest::newRow("a file named, demo asked") << false << QByteArray("1") << false << true;
+        auto caso = [](const char *n, bool defecto, bool demo, bool vacio, bool tienda) {
+            QTest::newRow(n) << defecto << demo << vacio << tienda;
+        };
+        caso("default place: the demo shop", true, false, false, true);
+        caso("default place, empty file: the demo shop", true, false, true, true);
+        caso("a file named: schema only", false, false, false, false);
+        caso("a file named, empty: schema only", false, false, true, false);
+        caso("a file named, demo asked", false, true, false, true);
     }
     void primerArranque() {
         QFETCH(bool, porDefecto);
-        QFETCH(QByteArray, demo);
+        QFETCH(bool, demo);
         QFETCH(bool, ficheroVacio);
         QFETCH(bool, conTienda);
         const QString ruta =
@@ -109,8 +111,8 @@ class TstInicio : public QObject {
         }
         if (!porDefecto)
             qputenv("TARIFAS_DB", ("sqlite:" + ruta).toUtf8());
-        if (!demo.isEmpty())
-            qputenv("TARIFAS_DEMO", demo);
+        if (demo)
+            qputenv("TARIFAS_DEMO", "1");
         ADODB::Connection c;
         SvcConexion().AbrirConexion(QString(), c);
         QCOMPARE(c.Base().databaseName(), ruta);
