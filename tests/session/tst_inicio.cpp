@@ -230,8 +230,6 @@ class TstInicio : public QObject {
         caso("no terminal row: employee 0", "CAJA1", "e(0, 'Genérico', 'Caja')",
              "CAJA1|0|0|||0|Genérico C|0||");
         caso("employee who doesn't exist", "CAJA1", "t('CAJA1', 8)", "CAJA1|0|0|||8||0||");
-        caso("terminal with an apostrophe", "CAJA D'OR", "t('CAJA D''OR', 5)",
-             "CAJA D'OR|0|0|||5||0||");
         caso("regional settings", "CAJA1", "r(true, 'IGIC', 'Canarias')",
              "CAJA1|0|0|||0||1|IGIC|Canarias");
         caso("Null tax name", "CAJA1", "r(false, null, 'España')",
