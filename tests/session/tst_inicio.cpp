@@ -81,25 +81,19 @@ class TstInicio : public QObject {
                  QStringLiteral("postgresql://u:p@127.0.0.1:5432/suite"));
     }
 
+    // A new database: at the default place, the demo shop comes with the schema; at a place
+    // named, the schema alone.
     void primerArranque_data() {
         QTest::addColumn<bool>("porDefecto");
-        QTest::addColumn<bool>("demo"); // TARIFAS_DEMO=1
         QTest::addColumn<bool>("ficheroVacio");
-        QTest::addColumn<bool>("conTienda");
-        auto caso = [](const char *n, bool defecto, bool demo, bool vacio, bool tienda) {
-            QTest::newRow(n) << defecto << demo << vacio << tienda;
-        };
-        caso("default place: the demo shop", true, false, false, true);
-        caso("default place, empty file: the demo shop", true, false, true, true);
-        caso("a file named: schema only", false, false, false, false);
-        caso("a file named, empty: schema only", false, false, true, false);
-        caso("a file named, demo asked", false, true, false, true);
+        QTest::newRow("default place: the demo shop") << true << false;
+        QTest::newRow("default place, empty file: the demo shop") << true << true;
+        QTest::newRow("a file named, empty: schema only") << false << true;
     }
     void primerArranque() {
         QFETCH(bool, porDefecto);
-        QFETCH(bool, demo);
         QFETCH(bool, ficheroVacio);
-        QFETCH(bool, conTienda);
+        const bool conTienda = porDefecto;
         const QString ruta =
             porDefecto
                 ? QDir(DirectorioDatosSuite()).filePath(QStringLiteral("tarifas.sqlite"))
@@ -111,8 +105,6 @@ class TstInicio : public QObject {
         }
         if (!porDefecto)
             qputenv("TARIFAS_DB", ("sqlite:" + ruta).toUtf8());
-        if (demo)
-            qputenv("TARIFAS_DEMO", "1");
         ADODB::Connection c;
         SvcConexion().AbrirConexion(QString(), c);
         QCOMPARE(c.Base().databaseName(), ruta);
@@ -139,28 +131,6 @@ class TstInicio : public QObject {
         c.Close();
         if (porDefecto)
             QFile::remove(ruta);
-    }
-
-    void baseExistenteSoloRecibeLoQueFalta() {
-        // Its own rows and columns stay, nothing of the demo comes in even when asked, and the
-        // tables it lacked are there now; a second start finds nothing to do. Its table is
-        // named in capitals, and found all the same.
-        const QString nombre = "existente.sqlite";
-        {
-            ADODB::Connection c;
-            QSqlQuery q(Abrir(c, nombre).Base());
-            QVERIFY(q.exec("create table CABECERA_PRECIO (codigo integer, propia text)"));
-            QVERIFY(q.exec("insert into CABECERA_PRECIO values (1, 'dato')"));
-        }
-        qputenv("TARIFAS_DEMO", "1");
-        for (int vez = 0; vez < 2; ++vez) {
-            ADODB::Connection c;
-            SvcConexion().AbrirConexion("sqlite:" + dir.filePath(nombre), c);
-            QCOMPARE(Tablas(c).size(), qsizetype(TablasSuite().size()));
-            QCOMPARE(Valor(c, "select group_concat(propia) from cabecera_precio"),
-                     QVariant("dato"));
-            QCOMPARE(Cuenta(c, "opciones"), 0);
-        }
     }
 
     void tablasTodoONada() {
@@ -271,13 +241,6 @@ class TstInicio : public QObject {
                 {false, ruta});
             QCOMPARE(Principal::LeerBandera(), esperada);
         }
-    }
-
-    void sinOrigenTerminal() {
-        // The terminal's data source without its table is a failure of start-up, with the
-        // database's own text.
-        QFile::remove(corvanta);
-        QVERIFY_THROWS_EXCEPTION(ErrorBD, Principal::LeerList2());
     }
 };
 
