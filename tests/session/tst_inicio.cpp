@@ -93,7 +93,6 @@ class TstInicio : public QObject {
     void primerArranque() {
         QFETCH(bool, porDefecto);
         QFETCH(bool, ficheroVacio);
-        const bool conTienda = porDefecto;
         const QString ruta =
             porDefecto
                 ? QDir(DirectorioDatosSuite()).filePath(QStringLiteral("tarifas.sqlite"))
@@ -120,10 +119,10 @@ class TstInicio : public QObject {
                      t.nombre);
             filas += Cuenta(c, QLatin1String(t.nombre));
         }
-        QCOMPARE(filas > 0, conTienda);
+        QCOMPARE(filas > 0, porDefecto);
         // The demo terminal has its employee, and some products are marked deleted.
-        QCOMPARE(Cuenta(c, "opciones_terminal where identificador = 'CAJA1'"), int(conTienda));
-        QCOMPARE(Cuenta(c, "productos where borrar <> 0") > 0, conTienda);
+        QCOMPARE(Cuenta(c, "opciones_terminal where identificador = 'CAJA1'"), int(porDefecto));
+        QCOMPARE(Cuenta(c, "productos where borrar <> 0") > 0, porDefecto);
         // The terminal's own data source names the demo terminal.
         ADODB::Connection t;
         t.Open(QStringLiteral("dsn=Corvanta"));
@@ -179,36 +178,31 @@ class TstInicio : public QObject {
     // employees, r: regional settings), and the record after start-up: terminal, decimals,
     // multi-shop, shop, business, employee and name, second tax, tax name, region.
     void carga_data() {
-        QTest::addColumn<QString>("caja");
         QTest::addColumn<QString>("filas");
         QTest::addColumn<QString>("sesion");
-        auto caso = [](const char *n, const char *caja, const char *filas, const char *sesion) {
-            QTest::newRow(n) << caja << filas << sesion;
+        auto caso = [](const char *n, const char *filas, const char *sesion) {
+            QTest::newRow(n) << filas << sesion;
         };
-        caso("empty tables keep what was there", "CAJA1", "", "CAJA1|0|0|||0||0||");
-        caso("multi-shop S", "CAJA1", "o(2, 'S', 'Centro', 'TALLACOLOR')",
+        caso("empty tables keep what was there", "", "CAJA1|0|0|||0||0||");
+        caso("multi-shop S", "o(2, 'S', 'Centro', 'TALLACOLOR')",
              "CAJA1|2|1|Centro|TALLACOLOR|0||0||");
-        caso("multi-shop T as S", "CAJA1", "o(3, 'T', 'Norte', '')", "CAJA1|3|1|Norte||0||0||");
-        caso("lower-case s is no", "CAJA1", "o(2, 's', 'Centro', 'x')", "CAJA1|2|0||x|0||0||");
-        caso("Nulls", "CAJA1", "o(null, null, 'Centro', null)", "CAJA1|0|0|||0||0||");
-        caso("employee: name and one letter", "CAJA1", "t('CAJA1', 7);e(7, 'María', 'López')",
+        caso("multi-shop T as S", "o(3, 'T', 'Norte', '')", "CAJA1|3|1|Norte||0||0||");
+        caso("lower-case s is no", "o(2, 's', 'Centro', 'x')", "CAJA1|2|0||x|0||0||");
+        caso("Nulls", "o(null, null, 'Centro', null)", "CAJA1|0|0|||0||0||");
+        caso("employee: name and one letter", "t('CAJA1', 7);e(7, 'María', 'López')",
              "CAJA1|0|0|||7|María L|0||");
-        caso("employee, Null name", "CAJA1", "t('CAJA1', 7);e(7, null, 'Ñúñez')",
-             "CAJA1|0|0|||7| Ñ|0||");
-        caso("employee of another terminal", "CAJA1", "t('CAJA2', 7);e(7, 'Ana', 'Ruiz')",
+        caso("employee, Null name", "t('CAJA1', 7);e(7, null, 'Ñúñez')", "CAJA1|0|0|||7| Ñ|0||");
+        caso("employee of another terminal", "t('CAJA2', 7);e(7, 'Ana', 'Ruiz')",
              "CAJA1|0|0|||0||0||");
-        caso("no terminal row: employee 0", "CAJA1", "e(0, 'Genérico', 'Caja')",
+        caso("no terminal row: employee 0", "e(0, 'Genérico', 'Caja')",
              "CAJA1|0|0|||0|Genérico C|0||");
-        caso("employee who doesn't exist", "CAJA1", "t('CAJA1', 8)", "CAJA1|0|0|||8||0||");
-        caso("regional settings", "CAJA1", "r(true, 'IGIC', 'Canarias')",
-             "CAJA1|0|0|||0||1|IGIC|Canarias");
-        caso("Null tax name", "CAJA1", "r(false, null, 'España')",
-             "CAJA1|0|0|||0||0|Impuesto|España");
+        caso("employee who doesn't exist", "t('CAJA1', 8)", "CAJA1|0|0|||8||0||");
+        caso("regional settings", "r(true, 'IGIC', 'Canarias')", "CAJA1|0|0|||0||1|IGIC|Canarias");
+        caso("Null tax name", "r(false, null, 'España')", "CAJA1|0|0|||0||0|Impuesto|España");
     }
     void carga() {
-        QFETCH(QString, caja);
         QFETCH(QString, filas);
-        CrearTerminalSQLite(corvanta, QStringLiteral("TIENDA"), caja);
+        CrearTerminalSQLite(corvanta, QStringLiteral("TIENDA"), QStringLiteral("CAJA1"));
         const QMap<QChar, QString> tablas{
             {'o', "opciones (numdecimales, multitienda, nombretienda, tiponegocio)"},
             {'t', "opciones_terminal (identificador, empleado)"},
