@@ -5,7 +5,6 @@
 #include "apoyo/ejecucion.h"
 #include "apoyo/errores.h"
 #include "platform/datos/cadenaconexion.h"
-#include "platform/datos/errorbd.h"
 #include "session/principal.h"
 #include "session/sesionsuite.h"
 #include "suite/datos/esquema.h"
@@ -165,13 +164,6 @@ class TstInicio : public QObject {
         QVERIFY2(error.contains("disk I/O error"), qPrintable(error));
         ADODB::Connection c;
         QCOMPARE(Tablas(Abrir(c, "llena.sqlite")), QStringList());
-    }
-
-    void cadenaErronea() {
-        ADODB::Connection c;
-        QVERIFY_THROWS_EXCEPTION(ErrorBD,
-                                 SvcConexion().AbrirConexion(QStringLiteral("mysql://x"), c));
-        QVERIFY(!c.Abierta());
     }
 
     // The rows put in the tables, one table's letter each (o: options, t: terminals, e:
