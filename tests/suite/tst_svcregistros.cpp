@@ -3,8 +3,6 @@
 #include "apoyo/basedatosprueba.h"
 #include "apoyo/ejecucion.h"
 #include "apoyo/errores.h"
-#include "platform/datos/errorbd.h"
-#include "platform/datos/recordset.h"
 #include "suite/datos/svcregistros.h"
 
 #include <QSqlQuery>
