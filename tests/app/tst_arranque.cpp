@@ -91,13 +91,6 @@ class TstArranque : public QObject {
         return v;
     }
 
-    static void Escribir(const QString &ruta, const QByteArray &contenido) {
-        QDir().mkpath(QFileInfo(ruta).absolutePath());
-        QFile f(ruta);
-        QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        f.write(contenido);
-    }
-
     /// A suite database with its tables and the demo shop, made by the library itself.
     static void TiendaDemo(const QString &ruta) {
         qputenv("TARIFAS_DEMO", "1");
@@ -168,15 +161,15 @@ class TstArranque : public QObject {
         if (caso == "sin pantalla") {
             for (const char *v : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
                 entorno.remove(QLatin1String(v));
-        } else if (caso == "basura") {
-            antes = QByteArray("Esto no es una base de datos SQLite.\n").repeated(200);
-            Escribir(ruta, antes);
-        } else if (caso == "dañada") {
-            TiendaDemo(ruta);
+        } else if (caso == "basura" || caso == "dañada") {
+            const bool danada = caso == "dañada";
+            if (danada)
+                TiendaDemo(ruta);
             QFile f(ruta);
             QVERIFY(f.open(QIODevice::ReadWrite));
-            f.seek(100); // the first page's b-tree header: the schema can't be read
-            f.write(QByteArray(8, '\xff'));
+            f.seek(danada ? 100 : 0); // 100: the first page's b-tree header, the schema unreadable
+            f.write(danada ? QByteArray(8, '\xff')
+                           : QByteArray("Esto no es una base de datos SQLite.\n").repeated(200));
             f.seek(0);
             antes = f.readAll();
         } else if (caso == "tamaño") {
