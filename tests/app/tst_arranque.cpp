@@ -1,6 +1,6 @@
 // Starting the real program the ways it used to go wrong: no display, a database that is not
-// one, is damaged or is locked, a server that never answers, a size that makes no window. Every run
-// is bounded; each checks the exit, stderr and the data after.
+// one, is damaged or is locked, a server that never answers, a size that makes no window.
+// Every run is bounded; each checks the exit, stderr and the data after.
 #include "apoyo/ejecucion.h"
 #include "platform/datos/conexion.h"
 #include "suite/datos/svcconexion.h"

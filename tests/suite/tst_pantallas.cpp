@@ -21,7 +21,7 @@ constexpr DisenoControl controles[] = {
     {.nombre = "frPadre", .clase = Clase::Frame, .contenedor = nullptr,
      .left = 0, .top = 0, .width = 15360, .height = 11085, .estilo = SinBorde},
     {.nombre = "frHijo", .clase = Clase::Frame, .contenedor = "frPadre",
-     .left = 0, .top = 1005, .width = 15285, .height = 9720, .back = RGB(224, 224, 224), .estilo = SinBorde},
+     .left = 0, .top = 1005, .width = 15285, .height = 9720, .estilo = SinBorde},
     {.nombre = "Label1", .clase = Clase::Label, .contenedor = "frHijo",
      .left = 495, .top = 420, .width = 4650, .height = 420, .texto = "Lista de Productos",
      .fuente = {"Verdana", 12, true}},
