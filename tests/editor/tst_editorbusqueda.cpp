@@ -4,11 +4,9 @@
 #include "apoyo/tiendaprueba.h"
 #include "editor/frmtarifas.h"
 #include "platform/ui/controles.h"
-#include "platform/ui/modelogrid.h"
 #include "session/sesionsuite.h"
 
 #include <QRandomGenerator>
-#include <QHeaderView>
 #include <QStandardPaths>
 #include <QTableView>
 #include <QtTest>
@@ -16,19 +14,6 @@
 #include <algorithm>
 
 namespace {
-
-const QString TallaColor = QStringLiteral("TALLACOLOR");
-
-FrmTarifas &Abierto(TiendaPrueba &t) {
-    FrmTarifas &e = t.CargarEditor(1);
-    e.lblCodigo->setCaption(QStringLiteral("1")); // as the register hands it over
-    e.ventana()->show();
-    if (!QTest::qWaitForWindowExposed(e.ventana()))
-        qWarning("The editor was not exposed");
-    if (!QTest::qWaitFor([&] { return !e.tmrRegresaLista->Enabled(); }, 5000))
-        qWarning("The catalogue never slid into place");
-    return e;
-}
 
 /// The names of the catalogue's rows that show, in the grid's order.
 QStringList AlaVista(const Grid &g) {
@@ -48,7 +33,7 @@ void Enter(TextBox *caja) {
 class TstEditorBusqueda : public QObject {
     Q_OBJECT
 
-private slots:
+  private slots:
     void initTestCase() {
         QStandardPaths::setTestModeEnabled(true);
         QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
@@ -90,8 +75,8 @@ private slots:
         t.Producto(10, "C10", "Diez", 10);
         t.Producto(40000, "BIG", "Grande", 4);
         t.Producto(11, "PX", "Once", 11);
-        const QList<QPair<int, QString>> extras = {
-            {10, "E10"}, {3, "E3"}, {7, "DOS"}, {8, "ABXCD"}, {9, "A\\B"}, {1, "Q'1"}};
+        const QList<QPair<int, QString>> extras = {{10, "E10"},  {3, "E3"},   {7, "DOS"},
+                                                   {8, "ABXCD"}, {9, "A\\B"}, {1, "Q'1"}};
         for (const auto &[codigo, extra] : extras)
             t.Ejecutar(QStringLiteral("insert into productos_codigosextra (codigo, codigo_extra) "
                                       "values (?, ?)"),
@@ -106,7 +91,7 @@ private slots:
         TiendaPrueba t;
         t.Producto(40000, "BIG", "Grande", 4.5);
         t.Lista(1, "General");
-        FrmTarifas &e = Abierto(t);
+        FrmTarifas &e = t.Abierto();
         // Not found: the text stays, selected for typing over; nothing opens.
         e.ct_buscar_c->SetFocus();
         QTest::keyClicks(e.ct_buscar_c->widget(), "BIGX");
@@ -124,8 +109,7 @@ private slots:
         QCOMPARE(e.txt_precio->Text(), QStringLiteral("4,5"));
         QTest::keyClicks(e.txt_NuevoPrecio->widget(), "3");
         Enter(e.txt_NuevoPrecio);
-        QCOMPARE(t.db().Valor(QStringLiteral("select producto from detalle_precio")).toInt(),
-                 40000);
+        QCOMPARE(t.Valor("select producto from detalle_precio").toInt(), 40000);
     }
 
     // ---- by name ----
@@ -137,16 +121,16 @@ private slots:
             << QStringList{"camis"} << QStringList{"CAMISA AZUL", "Camiseta", "camisa roja"};
         QTest::newRow("sin distinguir mayúsculas")
             << QStringList{"cAmIsA "} << QStringList{"CAMISA AZUL", "camisa roja"};
-        QTest::newRow("en medio del nombre no") << QStringList{"blusa c"}
-                                                << QStringList{"Blusa camisa"};
+        QTest::newRow("en medio del nombre no")
+            << QStringList{"blusa c"} << QStringList{"Blusa camisa"};
         QTest::newRow("nombre vacío, oculto") << QStringList{"x"} << QStringList{};
         QTest::newRow("acortar el texto trae filas")
             << QStringList{"camis", "ca"}
             << QStringList{"Ca", "calcetin", "CAMISA AZUL", "camisa roja", "Camiseta"};
         QTest::newRow("vaciar la caja muestra todo")
-            << QStringList{"pan", ""}
-            << QStringList{"", "Blusa camisa", "Ca", "calcetin", "CAMISA AZUL", "camisa roja",
-                           "Camiseta", "Pantalon", "50% d'algodón"};
+            << QStringList{"pan", ""} << QStringList{"",         "Blusa camisa", "Ca",
+                                                     "calcetin", "CAMISA AZUL",  "camisa roja",
+                                                     "Camiseta", "Pantalon",     "50% d'algodón"};
         QTest::newRow("comodines y apóstrofo son letras")
             << QStringList{"50%"} << QStringList{"50% d'algodón"};
     }
@@ -155,9 +139,9 @@ private slots:
         QFETCH(QStringList, aLaVista);
         for (const bool textil : {false, true}) {
             TiendaPrueba t(textil ? TallaColor : QString());
-            const QStringList nombres = {"CAMISA AZUL", "Camiseta",     "calcetin",
-                                         "Pantalon",    "",             "Ca",
-                                         "Blusa camisa", "camisa roja", "50% d'algodón"};
+            const QStringList nombres = {
+                "CAMISA AZUL", "Camiseta",     "calcetin",    "Pantalon",     "",
+                "Ca",          "Blusa camisa", "camisa roja", "50% d'algodón"};
             for (int i = 0; i < nombres.size(); ++i)
                 t.Producto(i + 1, QStringLiteral("C%1").arg(i + 1), nombres[i], 1);
             t.Lista(1, "General");
@@ -178,18 +162,17 @@ private slots:
         // the product the operator sees there, and the keys move over shown rows only.
         TiendaPrueba t;
         QStringList nombres;
-        for (int i = 0; i < 3000; ++i)
-            nombres << QStringLiteral("%1 %2").arg(i % 7 == 0 ? "Zueco" : "Bota").arg(i, 4, 10,
-                                                                                    QLatin1Char('0'));
+        for (int i = 0; i < 60; ++i)
+            nombres << QStringLiteral("%1 %2").arg(i % 7 == 0 ? "Zueco" : "Bota").arg(i);
         std::shuffle(nombres.begin(), nombres.end(), *QRandomGenerator::global());
         for (int i = 0; i < nombres.size(); ++i)
             t.Producto(i + 1, QStringLiteral("C%1").arg(i + 1), nombres[i], i);
         t.Lista(1, "General");
-        FrmTarifas &e = Abierto(t);
+        FrmTarifas &e = t.Abierto();
         e.ct_buscar_n->setText(QStringLiteral("zUE"));
         QTableView *v = e.grid_productos->vista();
-        QCOMPARE(v->model()->rowCount(), (3000 + 6) / 7);
-        for (int r : {0, 5, 77, (3000 + 6) / 7 - 1}) {
+        QCOMPARE(v->model()->rowCount(), 9);
+        for (int r : {0, 5, 8}) {
             v->scrollTo(v->model()->index(r, 1));
             const QString visto = v->model()->index(r, 1).data().toString();
             QTest::mouseClick(v->viewport(), Qt::LeftButton, {},
@@ -200,8 +183,8 @@ private slots:
         v->setFocus();
         for (int i = 0; i < 3; ++i) {
             QTest::keyClick(v, Qt::Key_Down);
-            QVERIFY(e.grid_productos->TextMatrix(e.grid_productos->Row(), 1).startsWith(
-                QLatin1String("Zueco")));
+            QVERIFY(e.grid_productos->TextMatrix(e.grid_productos->Row(), 1)
+                        .startsWith(QLatin1String("Zueco")));
         }
         QVERIFY(e.grid_productos->RowHeight(e.grid_productos->Row()) > 0);
     }
@@ -234,7 +217,7 @@ private slots:
         t.Variante(2, "H3", 1, 1);
         t.Ejecutar(QStringLiteral("insert into productos_codigosextra values (2, 'EXTRA2')"));
         t.Lista(1, "General");
-        FrmTarifas &e = Abierto(t);
+        FrmTarifas &e = t.Abierto();
         e.ct_buscar_c->setText(texto);
         Enter(e.ct_buscar_c);
         QCOMPARE(e.frCambio->Visible(), panel);
@@ -244,10 +227,7 @@ private slots:
             QCOMPARE(e.ct_buscar_c->Text(), QString());
             QTest::keyClicks(e.txt_NuevoPrecio->widget(), "9");
             Enter(e.txt_NuevoPrecio);
-            QCOMPARE(t.db()
-                         .Valor(QStringLiteral("select codproductotextil from detalle_precio"))
-                         .toString(),
-                     variante);
+            QCOMPARE(t.Valor("select codproductotextil from detalle_precio").toString(), variante);
         } else if (filasALaVista < 4) {
             // Only the product's variants show; a click opens one, and an emptied box shows
             // every row again.
@@ -257,8 +237,8 @@ private slots:
             e.ct_buscar_c->setText(QString());
             QCOMPARE(e.grid_productos_textil->vista()->model()->rowCount(), 4);
         }
-        QCOMPARE(t.db().Valor(QStringLiteral("select count(*) from detalle_precio where "
-                                             "codproductotextil in ('CodProdTextil', '')"))
+        QCOMPARE(t.Valor("select count(*) from detalle_precio where codproductotextil in "
+                         "('CodProdTextil', '')")
                      .toInt(),
                  0);
     }

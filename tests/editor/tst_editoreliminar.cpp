@@ -5,7 +5,6 @@
 #include "editor/frmtarifas.h"
 #include "platform/datos/transaccion.h"
 #include "platform/ui/mensajes.h"
-#include "register/frmlistas.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -18,7 +17,7 @@
 namespace {
 
 int Cuenta(TiendaPrueba &t, const QString &sql) {
-    return t.db().Valor(sql).toInt();
+    return t.Valor(sql).toInt();
 }
 
 /// What the database holds of the shop's lists, as counts a delete must change or keep.
@@ -56,23 +55,6 @@ void Tienda(TiendaPrueba &t, const QString &nombre = QStringLiteral("General")) 
         t.Ejecutar(QStringLiteral("insert into relaciones_fijas (indice, daton, dato1) values "
                                   "(?, ?, ?)"),
                    {QString::fromLatin1(indice), daton, QString::fromLatin1(dato1)});
-}
-
-QList<int> ListasDelRegistro() {
-    QList<int> listas;
-    const Grid &g = *frmListas().grid_precios;
-    for (int f = 1; f < g.Rows(); ++f)
-        if (!g.TextMatrix(f, 3).isEmpty())
-            listas << g.TextMatrix(f, 3).toInt();
-    return listas;
-}
-
-/// The operator picks product 1 in the catalogue, types `precio` and accepts.
-void GuardarPrecio(FrmTarifas &e, const QString &precio) {
-    e.CargarDatosProd(QStringLiteral("1"), QStringLiteral("C1"), QStringLiteral("Camisa"),
-                      QStringLiteral("20"), {}, {}, {});
-    e.txt_NuevoPrecio->setText(precio);
-    QTest::mouseClick(e.cmdAceptar->widget(), Qt::LeftButton);
 }
 
 /// Runs `sentencias` on a connection of its own, in a thread of its own, as one unit of
@@ -156,8 +138,8 @@ class TstEditorEliminar : public QObject {
         if (si && lista == 1)
             esperado.cabecera1 = esperado.precios1 = esperado.aplicada1 = 0;
         QCOMPARE(Leer(tienda), esperado);
-        QCOMPARE(ListasDelRegistro().contains(lista), !si);
-        QVERIFY(ListasDelRegistro().contains(2));
+        QCOMPARE(FilaRegistro(lista) > 0, !si);
+        QVERIFY(FilaRegistro(2) > 0);
     }
 
     // A refusal part-way (here the relations' delete) leaves the list whole, and the operator
@@ -165,18 +147,7 @@ class TstEditorEliminar : public QObject {
     void todoONada() {
         TiendaPrueba tienda;
         Tienda(tienda);
-        if (BaseDatosPrueba::EnPostgreSQL()) {
-            tienda.Ejecutar(
-                QStringLiteral("create function rechazar() returns trigger language plpgsql as "
-                               "$$ begin raise exception 'relaciones protegidas'; end $$"));
-            tienda.Ejecutar(QStringLiteral("create trigger proteger before delete on "
-                                           "relaciones_fijas for each statement execute "
-                                           "function rechazar()"));
-        } else {
-            tienda.Ejecutar(QStringLiteral("create trigger proteger before delete on "
-                                           "relaciones_fijas begin select "
-                                           "raise(abort, 'relaciones protegidas'); end"));
-        }
+        tienda.Rechazar("before delete on relaciones_fijas", "relaciones protegidas");
         const Contenido antes = Leer(tienda);
         RespuestasMensajes cajas;
         bool sigueAbierto = false;
@@ -190,7 +161,7 @@ class TstEditorEliminar : public QObject {
         QVERIFY2(cajas.Mostrados().at(1).contains(QLatin1String("relaciones protegidas")),
                  qPrintable(cajas.Mostrados().at(1)));
         QCOMPARE(Leer(tienda), antes);
-        QVERIFY(ListasDelRegistro().contains(1));
+        QVERIFY(FilaRegistro(1) > 0);
     }
 
     // Another terminal deletes the open list, before this one writes (committed) or while it
@@ -226,7 +197,7 @@ class TstEditorEliminar : public QObject {
             } else if (accion == QLatin1String("eliminar")) {
                 QTest::mouseClick(e.cmdEliminar->widget(), Qt::LeftButton);
             } else {
-                GuardarPrecio(e, QStringLiteral("12,5"));
+                GuardarPrecio(e, "1", "12,5");
             }
             cerrado = !e.Loaded();
         }));
@@ -241,7 +212,8 @@ class TstEditorEliminar : public QObject {
         // Nothing of list 1 is left or written again (no orphan price); list 2 is untouched.
         const Contenido ahora = Leer(tienda);
         QCOMPARE(ahora, (Contenido{0, 0, 0, 1, 1, 1}));
-        QCOMPARE(ListasDelRegistro(), QList<int>{2});
+        QCOMPARE(FilaRegistro(1), -1);
+        QVERIFY(FilaRegistro(2) > 0);
     }
 
     // Two terminals price the same product of one list at once: the other terminal has
@@ -267,7 +239,7 @@ class TstEditorEliminar : public QObject {
             otro = std::thread(OtroPuesto, tienda.db().Cadena(), guardadoOtro, std::ref(listo),
                                std::chrono::milliseconds(700), std::ref(errorOtro));
             listo.get_future().wait();
-            GuardarPrecio(e, QStringLiteral("12,5"));
+            GuardarPrecio(e, "1", "12,5");
             QVERIFY(e.Loaded());
         }));
         otro.join();
@@ -276,9 +248,9 @@ class TstEditorEliminar : public QObject {
         QCOMPARE(Cuenta(tienda, QStringLiteral("select count(*) from detalle_precio where "
                                                "identificador = 1 and producto = 1")),
                  1);
-        QCOMPARE(tienda.db()
-                     .Valor(QStringLiteral("select precio from detalle_precio where "
-                                           "identificador = 1 and producto = 1"))
+        QCOMPARE(tienda
+                     .Valor("select precio from detalle_precio where identificador = 1 and "
+                            "producto = 1")
                      .toDouble(),
                  12.5);
     }
