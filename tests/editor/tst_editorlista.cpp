@@ -1,0 +1,413 @@
+// The editor's writes to the open list as a whole: its validity period (when the two buttons
+// show, what Accept stores and Cancel puts back, the dates in any regional setting, stored
+// dates the control can't show) and its deletion; and what a write does when another terminal
+// has deleted the list, or is deleting it, or prices the same product at once.
+#include "apoyo/ejecucion.h"
+#include "apoyo/tiendaprueba.h"
+#include "editor/frmtarifas.h"
+#include "platform/datos/regional.h"
+#include "platform/datos/sistema.h"
+#include "platform/datos/transaccion.h"
+#include "platform/ui/mensajes.h"
+#include "register/frmlistas.h"
+
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QStandardPaths>
+#include <QtTest>
+#include <future>
+#include <thread>
+
+namespace {
+
+const QDate Desde(2026, 1, 1), Hasta(2026, 12, 31);
+
+QDate Fecha(const QString &iso) {
+    return QDate::fromString(iso, Qt::ISODate);
+}
+
+/// The stored period as "desde hasta" in ISO form.
+QString Guardado(TiendaPrueba &t) {
+    return t
+        .Valor("select cast(preciovalidodesde as varchar(40)) || ' ' || "
+               "cast(preciovalidohasta as varchar(40)) from cabecera_precio")
+        .toString();
+}
+
+bool Visibles(const FrmTarifas &e) {
+    // The two are always shown and hidden together.
+    if (e.cmdAceptarFecha->Visible() != e.cmdCancelarFecha->Visible())
+        qWarning("Accept and Cancel differ in visibility");
+    return e.cmdAceptarFecha->Visible();
+}
+
+/// List 1 with two prices and two relations that apply it, a relation of another kind that
+/// carries the same number, and list 2 with its own price and relation.
+void Tienda(TiendaPrueba &t, const QString &nombre = QStringLiteral("General")) {
+    t.Producto(1, "C1", "Camisa", 20);
+    t.Producto(2, "C2", "Pantalón", 30);
+    t.Lista(1, nombre);
+    t.Lista(2, QStringLiteral("Otra"));
+    t.Precio(1, 1, 18);
+    t.Precio(1, 2, 27);
+    t.Precio(2, 1, 19);
+    for (const char *fila : {"'TarifaAplicada', 1, 'CAJA1'", "'TarifaAplicada', 1, 'CAJA2'",
+                             "'Otra', 1, 'x'", "'TarifaAplicada', 2, 'CAJA1'"})
+        t.Ejecutar(QStringLiteral("insert into relaciones_fijas values (%1)").arg(fila));
+}
+
+/// The dump of `antes` without list 1: its header, its prices and the relations applying it.
+QStringList SinLista1(const QStringList &antes) {
+    QStringList quedan;
+    for (const QString &fila : antes)
+        if (!fila.startsWith("cabecera_precio|1|") && !fila.startsWith("detalle_precio|1|") &&
+            !fila.startsWith("relaciones_fijas|TarifaAplicada|1|"))
+            quedan << fila;
+    return quedan;
+}
+
+/// Runs `sentencias` on a connection of its own, in a thread of its own, as one unit of
+/// another terminal: `listo` is set once they have run, and the unit is committed `espera`
+/// later, so that meanwhile it is in progress. `error` gets the text of a failure.
+void OtroPuesto(const QString &cadena, QStringList sentencias, std::promise<void> &listo,
+                std::chrono::milliseconds espera, QString &error) {
+    try {
+        ADODB::Connection otra;
+        otra.Open(cadena);
+        {
+            ADODB::Transaccion unidad(otra);
+            for (const QString &sql : sentencias) {
+                QSqlQuery q(otra.Base());
+                if (!q.exec(sql))
+                    throw ErrorBD(q.lastError().text());
+            }
+            listo.set_value();
+            std::this_thread::sleep_for(espera);
+            unidad.Commit();
+        }
+        otra.Close();
+    } catch (const ErrorBD &e) {
+        error = e.Texto();
+        listo.set_value();
+    }
+}
+
+} // namespace
+
+class TstEditorLista : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void initTestCase() {
+        QStandardPaths::setTestModeEnabled(true);
+        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
+    }
+    void cleanup() { QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain)); }
+
+    void periodo_data() {
+        QTest::addColumn<QString>("pasos"); // "desde=ISO", "hasta=ISO", "aceptar", "cancelar"
+        QTest::addColumn<bool>("visibles");
+        QTest::addColumn<QString>("controles"); // what the date controls show at the end
+        QTest::addColumn<QString>("guardado");  // empty: nothing was stored
+        const auto caso = [](const char *nombre, const char *pasos, bool visibles,
+                             const char *controles, const char *guardado) {
+            QTest::newRow(nombre) << pasos << visibles << controles << guardado;
+        };
+        const char *inicial = "2026-01-01 2026-12-31";
+        caso("abierto: ambos visibles", "", true, inicial, "");
+        caso("aceptar recien abierto guarda lo que se ve", "aceptar", false, inicial, inicial);
+        caso("cancelar recien abierto no guarda", "cancelar", false, inicial, "");
+        caso("la misma fecha no es un cambio", "cancelar desde=2026-01-01", false, inicial, "");
+        caso("volver a la guardada no oculta", "cancelar desde=2026-02-01 desde=2026-01-01", true,
+             inicial, "");
+        caso("cambiar solo hasta guarda las dos", "cancelar hasta=2027-06-30 aceptar", false,
+             "2026-01-01 2027-06-30", "2026-01-01 2027-06-30");
+        caso("cancelar devuelve las dos", "desde=2026-02-01 hasta=2027-01-31 cancelar", false,
+             inicial, "");
+        caso("cancelar tras aceptar devuelve lo aceptado",
+             "desde=2026-02-01 aceptar desde=2026-03-01 cancelar", false, "2026-02-01 2026-12-31",
+             "2026-02-01 2026-12-31");
+        caso("periodo invertido se guarda tal cual", "hasta=2025-01-01 aceptar", false,
+             "2026-01-01 2025-01-01", "2026-01-01 2025-01-01");
+        caso("los extremos del control", "desde=1601-01-01 hasta=9999-12-31 aceptar", false,
+             "1601-01-01 9999-12-31", "1601-01-01 9999-12-31");
+    }
+    void periodo() {
+        QFETCH(QString, pasos);
+        QFETCH(bool, visibles);
+        QFETCH(QString, controles);
+        QFETCH(QString, guardado);
+        TiendaPrueba tienda;
+        tienda.Lista(1, QStringLiteral("General"), Desde, Hasta);
+        RespuestasMensajes cajas;
+        QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
+            QVERIFY(Visibles(e)); // shown when the editor opens
+            // Written behind the editor's back: still there afterwards, nothing was stored.
+            tienda.Ejecutar("update cabecera_precio set preciovalidodesde = '2000-01-01', "
+                            "preciovalidohasta = '2000-01-02'");
+            for (const QString &paso : pasos.split(' ', Qt::SkipEmptyParts)) {
+                if (paso.contains('=')) {
+                    (paso.startsWith("desde") ? e.desde : e.hasta)->setValue(Fecha(paso.mid(6)));
+                    continue;
+                }
+                CommandButton *b = paso == "aceptar" ? e.cmdAceptarFecha : e.cmdCancelarFecha;
+                QVERIFY2(b->Visible(), qPrintable(paso));
+                QTest::mouseClick(b->widget(), Qt::LeftButton);
+            }
+            QCOMPARE(Visibles(e), visibles);
+            QCOMPARE(e.desde->Value().toString(Qt::ISODate) + ' ' +
+                         e.hasta->Value().toString(Qt::ISODate),
+                     controles);
+        }));
+        QCOMPARE(cajas.Mostrados(), QStringList());
+        const QString stored =
+            guardado.isEmpty() ? QStringLiteral("2000-01-01 2000-01-02") : guardado;
+        QCOMPARE(Guardado(tienda), stored);
+        // The register lists the period as stored once the editor has closed.
+        QCOMPARE(
+            Fila(*frmListas().grid_precios, 1).mid(1, 2),
+            (QStringList{FechaATexto(Fecha(stored.left(10))), FechaATexto(Fecha(stored.mid(11)))}));
+    }
+
+    // The dates go to the record writer as regional text: whatever the locale, they come
+    // back as the same day, in the database and in the next opening.
+    void idaYVuelta_data() {
+        QTest::addColumn<QString>("idioma");
+        QTest::addColumn<QDate>("fecha");
+        // Spain and the US write a two-digit year in their own short format.
+        QTest::newRow("es_ES 1601") << "es_ES" << QDate(1601, 1, 1);
+        QTest::newRow("es_ES 2001") << "es_ES" << QDate(2001, 2, 3);
+        QTest::newRow("en_US 1950") << "en_US" << QDate(1950, 6, 15);
+        QTest::newRow("de_DE 9999") << "de_DE" << QDate(9999, 12, 31);
+        QTest::newRow("ja_JP 2049") << "ja_JP" << QDate(2049, 12, 31);
+    }
+    void idaYVuelta() {
+        QFETCH(QString, idioma);
+        QFETCH(QDate, fecha);
+        QLocale::setDefault(QLocale(idioma));
+        TiendaPrueba tienda;
+        tienda.Lista(1, QStringLiteral("General"), Desde, Hasta);
+        QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
+            e.hasta->setValue(fecha);
+            QTest::mouseClick(e.cmdAceptarFecha->widget(), Qt::LeftButton);
+            QCOMPARE(e.lblHasta->Caption(), FechaATexto(fecha));
+        }));
+        QCOMPARE(Guardado(tienda), "2026-01-01 " + fecha.toString(Qt::ISODate));
+        QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) { QCOMPARE(e.hasta->Value(), fecha); }));
+    }
+
+    // A stored date the control can't show: the program goes on, the register shows what is
+    // stored, the editor shows a day it can and writes nothing until a period is accepted.
+    void fechaGuardadaRara_data() {
+        QTest::addColumn<QVariant>("almacenada"); // for preciovalidodesde
+        QTest::addColumn<QString>("enRegistro");
+        QTest::addColumn<QString>("etiqueta");
+        QTest::addColumn<QDate>("enControl"); // invalid: today
+        QTest::newRow("nula") << QVariant() << ""
+                              << "" << QDate();
+        QTest::newRow("texto que no es fecha (SQLite)") << QVariant("mañana") << "mañana"
+                                                        << "" << QDate();
+        QTest::newRow("año 0026 por error") << QVariant("0026-05-01") << "1/5/0026"
+                                            << "1/1/1601" << DTPicker::MinDate();
+    }
+    void fechaGuardadaRara() {
+        QFETCH(QVariant, almacenada);
+        QFETCH(QString, enRegistro);
+        QFETCH(QString, etiqueta);
+        QFETCH(QDate, enControl);
+        if (QByteArray(QTest::currentDataTag()).contains("SQLite"))
+            SOLO_SQLITE("a date column of the server takes no other text");
+        TiendaPrueba tienda;
+        tienda.Lista(1, QStringLiteral("General"), Desde, Hasta);
+        tienda.Ejecutar("update cabecera_precio set preciovalidodesde = ?", {almacenada});
+        const QString antes = Guardado(tienda);
+        const QDate mostrada = enControl.isValid() ? enControl : Hoy();
+        RespuestasMensajes cajas;
+        QCOMPARE(tienda.Registro().grid_precios->TextMatrix(1, 1), enRegistro);
+        QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
+            QCOMPARE(e.lblDesde->Caption(), etiqueta);
+            QCOMPARE(e.desde->Value(), mostrada);
+            // The operator changes the other date and cancels: the date control keeps a day.
+            e.hasta->setValue(QDate(2027, 1, 1));
+            QTest::mouseClick(e.cmdCancelarFecha->widget(), Qt::LeftButton);
+            QVERIFY(!Visibles(e));
+            QCOMPARE(e.hasta->Value(), Hasta);
+            QCOMPARE(e.desde->Value(), mostrada);
+        }));
+        QCOMPARE(Guardado(tienda), antes);
+        // Accept stores the two dates that the controls show.
+        QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
+            QTest::mouseClick(e.cmdAceptarFecha->widget(), Qt::LeftButton);
+        }));
+        QCOMPARE(Guardado(tienda), mostrada.toString(Qt::ISODate) + " 2026-12-31");
+        QCOMPARE(cajas.Mostrados(), QStringList());
+    }
+
+    void periodoRechazado() {
+        // A refusal of the database leaves the stored period, and the labels, as they were.
+        TiendaPrueba tienda;
+        tienda.Lista(1, QStringLiteral("General"), Desde, Hasta);
+        tienda.Rechazar("before update on cabecera_precio", "periodo bloqueado");
+        RespuestasMensajes cajas;
+        QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
+            e.desde->setValue(QDate(2026, 2, 1));
+            QTest::mouseClick(e.cmdAceptarFecha->widget(), Qt::LeftButton);
+            QCOMPARE(e.lblDesde->Caption(), FechaATexto(Desde));
+            QVERIFY(Visibles(e)); // the change is still there to accept or cancel
+        }));
+        QCOMPARE(cajas.Mostrados().size(), 1);
+        QVERIFY2(cajas.Mostrados().first().contains("periodo bloqueado"),
+                 qPrintable(cajas.Mostrados().first()));
+        QCOMPARE(Guardado(tienda), QStringLiteral("2026-01-01 2026-12-31"));
+        QVERIFY(!Form::Terminando());
+    }
+
+    void eliminar_data() {
+        QTest::addColumn<QString>("nombre");
+        QTest::addColumn<bool>("si");
+        QTest::addColumn<int>("lista");
+        QTest::newRow("No lo deja todo") << "General" << false << 1;
+        QTest::newRow("Si, con precios y relaciones") << "General" << true << 1;
+        QTest::newRow("Si, lista vacia") << "Vacia" << true << 3;
+        QTest::newRow("nombre con apostrofo y comillas")
+            << QString::fromUtf8("L'Hiver \"50%\" 🧥") << true << 1;
+    }
+    void eliminar() {
+        QFETCH(QString, nombre);
+        QFETCH(bool, si);
+        QFETCH(int, lista);
+        TiendaPrueba tienda;
+        Tienda(tienda, lista == 1 ? nombre : QStringLiteral("General"));
+        if (lista == 3)
+            tienda.Lista(3, nombre);
+        const QStringList antes = tienda.Volcado();
+        RespuestasMensajes cajas;
+        cajas.Responder(si);
+        bool abiertoTrasNo = false;
+        QVERIFY(tienda.AbrirEditor(lista, [&](FrmTarifas &e) {
+            QTest::mouseClick(e.cmdEliminar->widget(), Qt::LeftButton);
+            abiertoTrasNo = e.Loaded();
+        }));
+        QCOMPARE(cajas.Mostrados(), QStringList{"¿Desea eliminar la tarifa " + nombre + "?"});
+        QCOMPARE(cajas.Titulos(), QStringList{QStringLiteral("Eliminar Tarifa")});
+        QCOMPARE(abiertoTrasNo, !si);
+        QStringList esperado = si && lista == 1 ? SinLista1(antes) : antes;
+        if (si && lista == 3)
+            esperado.removeIf([](const QString &f) { return f.startsWith("cabecera_precio|3|"); });
+        QCOMPARE(tienda.Volcado(), esperado);
+        QCOMPARE(FilaRegistro(lista) > 0, !si);
+        QVERIFY(FilaRegistro(2) > 0);
+    }
+
+    void eliminarTodoONada() {
+        // A refusal part-way (here the relations' delete) leaves the list whole, and the
+        // operator reads the database's own text.
+        TiendaPrueba tienda;
+        Tienda(tienda);
+        tienda.Rechazar("before delete on relaciones_fijas", "relaciones protegidas");
+        const QStringList antes = tienda.Volcado();
+        RespuestasMensajes cajas;
+        bool sigueAbierto = false;
+        QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
+            QTest::mouseClick(e.cmdEliminar->widget(), Qt::LeftButton);
+            sigueAbierto = e.Loaded();
+        }));
+        QVERIFY(sigueAbierto && !Form::Terminando());
+        QCOMPARE(cajas.Mostrados().size(), 2); // the question, then the error report
+        QVERIFY2(cajas.Mostrados().at(1).contains("relaciones protegidas"),
+                 qPrintable(cajas.Mostrados().at(1)));
+        QCOMPARE(tienda.Volcado(), antes);
+        QVERIFY(FilaRegistro(1) > 0);
+    }
+
+    // Another terminal deletes the open list, before this one writes (committed) or while it
+    // writes (its unit still open: this write waits for it). Nothing is written for a list
+    // that is gone, the operator is told, and the editor closes.
+    void listaBorradaEnOtroPuesto_data() {
+        QTest::addColumn<QString>("accion");
+        QTest::addColumn<bool>("enCurso");
+        for (const char *accion : {"periodo", "eliminar", "precio"}) {
+            QTest::addRow("%s, borrada antes", accion) << QString::fromLatin1(accion) << false;
+            QTest::addRow("%s, borrandose", accion) << QString::fromLatin1(accion) << true;
+        }
+    }
+    void listaBorradaEnOtroPuesto() {
+        QFETCH(QString, accion);
+        QFETCH(bool, enCurso);
+        TiendaPrueba tienda;
+        Tienda(tienda);
+        const QStringList esperado = SinLista1(tienda.Volcado());
+        RespuestasMensajes cajas;
+        QString errorOtro;
+        std::thread otro;
+        bool cerrado = false;
+        QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
+            std::promise<void> listo;
+            const QStringList borrado = {
+                "delete from cabecera_precio where identificador = 1",
+                "delete from detalle_precio where identificador = 1",
+                "delete from relaciones_fijas where indice = 'TarifaAplicada' and daton = 1"};
+            otro = std::thread(OtroPuesto, tienda.db().Cadena(), borrado, std::ref(listo),
+                               std::chrono::milliseconds(enCurso ? 700 : 0), std::ref(errorOtro));
+            listo.get_future().wait();
+            if (!enCurso)
+                otro.join();
+            if (accion == "periodo") {
+                e.desde->setValue(QDate(2026, 2, 1));
+                QTest::mouseClick(e.cmdAceptarFecha->widget(), Qt::LeftButton);
+            } else if (accion == "eliminar") {
+                QTest::mouseClick(e.cmdEliminar->widget(), Qt::LeftButton);
+            } else {
+                GuardarPrecio(e, "1", "12,5");
+            }
+            cerrado = !e.Loaded();
+        }));
+        if (otro.joinable())
+            otro.join();
+        QCOMPARE(errorOtro, QString());
+        QVERIFY(cerrado);
+        QCOMPARE(cajas.Mostrados().size(), accion == "eliminar" ? 2 : 1);
+        QCOMPARE(cajas.Mostrados().last(),
+                 QStringLiteral("La tarifa \"General\" ya no existe: se ha eliminado desde otro "
+                                "puesto. No se ha guardado nada."));
+        // Nothing of list 1 is left or written again (no orphan price); list 2 is untouched.
+        QCOMPARE(tienda.Volcado(), esperado);
+        QCOMPARE(FilaRegistro(1), -1);
+    }
+
+    // Two terminals price the same product of one list at once: the other terminal has
+    // deleted the old price and inserted its own, not yet committed, when this one saves.
+    // This save waits for it, then replaces its price: one row, this (the later) save's.
+    void mismoProductoDosPuestos() {
+        TiendaPrueba tienda;
+        Tienda(tienda);
+        QStringList guardadoOtro = {
+            "delete from detalle_precio where identificador = 1 and producto = 1",
+            "insert into detalle_precio (identificador, producto, precio) values (1, 1, 99)"};
+        // It saves as this program does: holding the list's header first.
+        if (BaseDatosPrueba::EnPostgreSQL())
+            guardadoOtro.prepend(
+                "select identificador from cabecera_precio where identificador = 1 for update");
+        RespuestasMensajes cajas;
+        QString errorOtro;
+        std::thread otro;
+        QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
+            std::promise<void> listo;
+            otro = std::thread(OtroPuesto, tienda.db().Cadena(), guardadoOtro, std::ref(listo),
+                               std::chrono::milliseconds(700), std::ref(errorOtro));
+            listo.get_future().wait();
+            GuardarPrecio(e, "1", "12,5");
+            QVERIFY(e.Loaded());
+        }));
+        otro.join();
+        QCOMPARE(errorOtro, QString());
+        QCOMPARE(cajas.Mostrados(), QStringList());
+        const QString sql =
+            "select %1 from detalle_precio where identificador = 1 and producto = 1";
+        QCOMPARE(tienda.Valor(sql.arg("count(*)")).toInt(), 1);
+        QCOMPARE(tienda.Valor(sql.arg("precio")).toDouble(), 12.5);
+    }
+};
+
+TARIFAS_PRUEBAS(TstEditorLista)
+#include "tst_editorlista.moc"
