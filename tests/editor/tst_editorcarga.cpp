@@ -1,17 +1,71 @@
-// The editor's load: the business mode, the sliding entry, the way out and the register's
-// refresh, the next opening, the captions for the translators, and what a load that can't go
-// on does.
+// The editor's load: the business mode, the way out and the register's refresh, the next
+// opening, the captions for the translators, and what a load that can't go on does; and its
+// listings: the catalogue of either mode (a row per live product by name, or per variant and
+// per product without variants), the prices the open list holds, and the size and colour of a
+// stored variant.
 #include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
-#include "editor/frmtarifas.h"
 #include "platform/datos/errorbd.h"
-#include "register/frmlistas.h"
-#include "session/principal.h"
-#include "session/sesionsuite.h"
 #include "suite/ui/svcaspecto.h"
 
 #include <QStandardPaths>
 #include <QtTest>
+
+namespace {
+
+/// Each data row of `g`, its cells joined by "|".
+QStringList Filas(const Grid &g) {
+    QStringList filas;
+    for (int f = 1; f < g.Rows(); ++f)
+        filas << Fila(g, f).join('|');
+    return filas;
+}
+
+/// A catalogue whose every product and variant tells what it tests; `soloBorrados`: only the
+/// deleted ones, with a price in the open list that brings none of them back.
+void Catalogo(TiendaPrueba &t, bool soloBorrados) {
+    t.Ejecutar("insert into tallas values (1, 'M'), (2, 'XL')");
+    t.Ejecutar("insert into colorestextil values (1, 'Rojo'), (2, 'Azul marino')");
+    t.Ejecutar("insert into productos values (3, 'P3', 'Borrado', 9, 'S3', 1), "
+               "(4, 'P4', 'Gorro borrado', 7, 'S4', -1)");
+    t.Variante(3, "B1", 1, 1, "V-B1", 8);
+    t.Lista(1, "General");
+    t.Precio(1, 3, 4);
+    if (soloBorrados)
+        return;
+    t.Ejecutar("insert into productos values (1, 'P1', 'Calcetin', 4.5, 'S1', 0), "
+               "(2, 'P2', 'Camisa', 20, 'S2', 0), (5, null, null, null, null, 0), "
+               "(6, ' 07 ', 'Zapato ''Oxford'' ', 1.125, ' x', 0)");
+    // A variant's own code and price, or Null (a server's numeric column holds no empty text);
+    // a size or colour without its row.
+    t.Ejecutar("insert into productostextil values (2, 'PROPIO', 1, 1, 'V-PROPIO', 25.75), "
+               "(2, 'NULOS', 2, 2, null, null), (2, 'VACIOS', 1, 2, '', null), "
+               "(2, 'CERO', 2, 1, null, 0), (2, 'SINTALLA', 99, 1, null, null), "
+               "(2, 'SINCOLOR', 1, 99, null, null), (2, 'O''NEIL', null, null, null, null)");
+}
+
+/// List 1 holds prices of every kind, each unique; list 2 one that must never show in list 1.
+void TiendaConLista(TiendaPrueba &t) {
+    t.Ejecutar("insert into tallas values (1, 'M'), (2, 'L')");
+    t.Ejecutar("insert into colorestextil values (1, 'Rojo'), (2, 'Azul')");
+    t.Ejecutar("insert into productos values (1, 'Z1', 'Zeta', 50, 'S', 0), "
+               "(2, 'A2', 'Alfa', 20, 'S', 0), (3, 'B3', 'Borrado', 9, 'S', 1), "
+               "(4, 'P4', 'Gorro', 5, 'S', 0), (5, null, null, null, null, 0)");
+    // 1X's size and 1C's colour are gone: those variants are not found.
+    t.Ejecutar("insert into productostextil (codigopadre, codigohijo, talla, color, codcliente) "
+               "values (1, '1M', 1, 1, 'Z1M'), (1, '1L', 2, 2, null), (1, '1X', 99, 1, 'Z1X'), "
+               "(1, '1C', 1, 77, null), (1, 'O''1', 1, 2, 'Z1O'), (3, '3M', 1, 1, null), "
+               "(4, '', 2, 1, 'V4')");
+    t.Lista(1, "General");
+    t.Lista(2, "Otra");
+    // 1G was deleted after it was priced, and so was product 3; 22.5 was stored in the plain
+    // mode.
+    t.Ejecutar("insert into detalle_precio values (1, 1, 55, '1M'), (1, 1, 56, '1L'), "
+               "(1, 1, 57, '1X'), (1, 1, 58, '1G'), (1, 1, 59, 'O''1'), (1, 2, 21, '-1'), "
+               "(1, 2, 22.5, null), (1, 3, 9.5, '3M'), (1, 5, null, '-1'), (2, 2, 99, null)");
+}
+
+} // namespace
 
 class TstEditorCarga : public QObject {
     Q_OBJECT
@@ -29,7 +83,6 @@ class TstEditorCarga : public QObject {
         QTest::newRow("minusculas") << QStringLiteral("tallacolor") << false;
         QTest::newRow("blanco detras") << QStringLiteral("TALLACOLOR ") << false;
         QTest::newRow("vacio") << QString() << false;
-        QTest::newRow("otro negocio") << QStringLiteral("HOSTELERIA") << false;
     }
     void modo() {
         QFETCH(QString, tipoNegocio);
@@ -41,69 +94,31 @@ class TstEditorCarga : public QObject {
         FrmTarifas &e = tienda.CargarEditor(1);
         // The mode's catalogue is filled and shown; the other one stays empty.
         QCOMPARE(e.frResultado->Visible(), tallaColor);
-        Grid &catalogo = tallaColor ? *e.grid_productos_textil : *e.grid_productos;
-        Grid &otro = tallaColor ? *e.grid_productos : *e.grid_productos_textil;
-        QCOMPARE(catalogo.TextMatrix(1, 1), QStringLiteral("Camisa"));
-        QCOMPARE(otro.TextMatrix(1, 1), QString());
-        QCOMPARE(Fila(*e.grid_Pseleccionados, 1),
-                 (tallaColor ? QStringList{"C1", "Camisa", "1", "-1", "", "", "11", ""}
-                             : QStringList{"C1", "Camisa", "1", "11", ""}));
-    }
-
-    void entrada_data() {
-        QTest::addColumn<QString>("tipoNegocio");
-        QTest::addColumn<double>("factor");
-        QTest::newRow("llano") << QString() << 1.0;
-        QTest::newRow("textil, 1,1") << TallaColor << 1.1;
-    }
-    void entrada() {
-        // The catalogue comes in from the left, the variants' frame with it, and stops at its
-        // place; an empty catalogue and an empty list run it all the same.
-        QFETCH(QString, tipoNegocio);
-        QFETCH(double, factor);
-        TiendaPrueba tienda(tipoNegocio);
-        tienda.Escala(factor);
-        tienda.Lista(1, "General");
-        FrmTarifas &e = tienda.CargarEditor(1);
-        QVERIFY(e.grid_productos->Left() + e.grid_productos->Width() < 0);
-        QVERIFY(e.tmrRegresaLista->Enabled());
-        int ticks = 0;
-        bool juntos = true;
-        connect(e.tmrRegresaLista, &Timer::Tick, this, [&] {
-            ++ticks;
-            juntos = juntos && e.frResultado->Left() == e.grid_productos->Left();
-        });
-        QTRY_VERIFY(!e.tmrRegresaLista->Enabled());
-        QVERIFY(juntos && ticks > 1);
-        QCOMPARE(e.grid_productos->Left(), e.Frame2->Left());
-        QTest::qWait(20); // nothing starts it again
-        QCOMPARE(e.grid_productos->Left(), e.Frame2->Left());
+        QCOMPARE(e.grid_productos_textil->TextMatrix(1, 1), QString(tallaColor ? "Camisa" : ""));
+        QCOMPARE(e.grid_productos->TextMatrix(1, 1), QString(tallaColor ? "" : "Camisa"));
+        QCOMPARE(Filas(*e.grid_Pseleccionados),
+                 QStringList{tallaColor ? "C1|Camisa|1|-1|||11|" : "C1|Camisa|1|11|"});
     }
 
     void refrescoRegistro_data() {
-        QTest::addColumn<bool>("cierreVentana");
+        QTest::addColumn<bool>("aspa");
         QTest::newRow("cmdSalir") << false;
         QTest::newRow("aspa") << true;
     }
     void refrescoRegistro() {
         // Whatever changed while the editor was open shows in the register once it closes.
-        QFETCH(bool, cierreVentana);
+        QFETCH(bool, aspa);
         TiendaPrueba tienda;
         tienda.Lista(1, "General");
         tienda.Lista(2, "Borrada");
-        FrmListas &registro = tienda.Registro();
-        QVERIFY(tienda.AbrirEditor(
-            1,
-            [&](FrmTarifas &) {
-                tienda.Ejecutar("update cabecera_precio set descripcion = 'Verano' where "
-                                "identificador = 1");
-                tienda.Ejecutar("delete from cabecera_precio where identificador = 2");
-            },
-            cierreVentana ? TiendaPrueba::Salida::CierreVentana : TiendaPrueba::Salida::cmdSalir));
+        const auto cambios = [&](FrmTarifas &) {
+            tienda.Ejecutar("update cabecera_precio set descripcion = 'Verano'");
+            tienda.Ejecutar("delete from cabecera_precio where identificador = 2");
+        };
+        QVERIFY(tienda.AbrirEditor(1, cambios, aspa ? Salida::CierreVentana : Salida::cmdSalir));
         QVERIFY(!frmTarifas().Loaded());
-        QCOMPARE(registro.grid_precios->Rows(), 2);
-        QCOMPARE(registro.grid_precios->TextMatrix(1, 0), QStringLiteral("Verano"));
-        QCOMPARE(registro.lblCodigo->Caption(), QStringLiteral("1"));
+        QCOMPARE(Filas(*frmListas().grid_precios), QStringList{"Verano|1/1/2026|31/12/2026|1"});
+        QCOMPARE(frmListas().lblCodigo->Caption(), QStringLiteral("1"));
     }
 
     void cargaNueva() {
@@ -113,25 +128,18 @@ class TstEditorCarga : public QObject {
         tienda.Producto(2, "C2", "Abrigo", 40);
         tienda.Lista(1, "General");
         tienda.Precio(1, 1, 10);
-        const QString foco = Principal::svcAspecto().ColorFoco(*SesionSuite.Conexion, 0);
         QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
-            e.lblCodProducto->setCaption(QStringLiteral("1"));
             e.lblNomProd->setCaption(QStringLiteral("Camisa"));
             e.estado.colorConFoco = QStringLiteral("0");
-            QTRY_COMPARE(e.grid_productos->Left(), e.Frame2->Left());
         }));
         tienda.Precio(1, 2, 35);
-        bool visto = false;
         QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
-            QCOMPARE(e.lblCodProducto->Caption(), QStringLiteral("codigo"));
             QCOMPARE(e.lblNomProd->Caption(), QStringLiteral("Label3"));
-            QCOMPARE(e.estado.colorConFoco, foco);
-            QCOMPARE(e.grid_Pseleccionados->Rows(), 3);
-            QCOMPARE(e.grid_Pseleccionados->TextMatrix(1, 1), QStringLiteral("Abrigo"));
-            QTRY_COMPARE(e.grid_productos->Left(), e.Frame2->Left());
-            visto = true;
+            QCOMPARE(e.estado.colorConFoco,
+                     Principal::svcAspecto().ColorFoco(*SesionSuite.Conexion, 0));
+            QCOMPARE(Filas(*e.grid_Pseleccionados),
+                     (QStringList{"C2|Abrigo|2|35|", "C1|Camisa|1|10|"}));
         }));
-        QVERIFY(visto);
     }
 
     void captions() {
@@ -141,8 +149,8 @@ class TstEditorCarga : public QObject {
         FrmTarifas &e = tienda.CargarEditor(1);
         QVERIFY(!e.Command1->Visible());
         QVERIFY(QMetaObject::invokeMethod(e.Command1, "Click"));
-        const QString sql = QStringLiteral("select texto from traducciones where formulario = "
-                                           "'frmTarifas' and control = ?");
+        const QString sql = "select texto from traducciones where formulario = 'frmTarifas' and "
+                            "control = ?";
         QCOMPARE(tienda.Valor(sql, {"Label1"}).toString(), QStringLiteral("Lista de Productos"));
         QCOMPARE(tienda.Valor(sql, {""}).toString(), QStringLiteral("Gestion de Tarifas"));
     }
@@ -157,7 +165,7 @@ class TstEditorCarga : public QObject {
     }
     void codigoInservible() {
         // A code that no list can bear runs no statement: the editor opens with the
-        // catalogue and an empty list, and the database is as it was.
+        // catalogue and an empty list (its design rows), and the database is as it was.
         QFETCH(QString, codigo);
         TiendaPrueba tienda;
         tienda.Producto(1, "C1", "Camisa", 12.5);
@@ -165,11 +173,10 @@ class TstEditorCarga : public QObject {
         tienda.Precio(1, 1, 10);
         frmListas().Load();
         frmListas().lblCodigo->setCaption(codigo);
-        frmTarifas().Load();
         FrmTarifas &e = frmTarifas();
+        e.Load();
         QCOMPARE(e.grid_productos->TextMatrix(1, 1), QStringLiteral("Camisa"));
-        QCOMPARE(e.grid_Pseleccionados->Rows(), 2);
-        QCOMPARE(e.grid_Pseleccionados->TextMatrix(1, 1), QString());
+        QCOMPARE(Filas(*e.grid_Pseleccionados), QStringList{"||||"});
         QCOMPARE(tienda.Valor("select count(*) from detalle_precio").toInt(), 1);
     }
 
@@ -186,6 +193,174 @@ class TstEditorCarga : public QObject {
         }
         QVERIFY2(texto.contains(QLatin1String("productos")), qPrintable(texto));
         QVERIFY(!frmTarifas().Loaded());
+    }
+
+    void catalogo_data() {
+        QTest::addColumn<QString>("tipoNegocio");
+        QTest::addColumn<bool>("soloBorrados");
+        QTest::addColumn<QStringList>("filas");
+        QTest::newRow("llano, por nombre")
+            << QString() << false
+            << QStringList{"||5||", "P1|Calcetin|1|4,5|S1", "P2|Camisa|2|20|S2",
+                           " 07 |Zapato 'Oxford' |6|1,125| x"};
+        QTest::newRow("llano, solo borrados") << QString() << true << QStringList{"||||"};
+        // Without an order asked for: compared sorted.
+        QTest::newRow("textil") << TallaColor << false
+                                << QStringList{"P1|Calcetin|1|-1|||4,5|S1",
+                                               "V-PROPIO|Camisa|2|PROPIO|M|Rojo|25,75|S2",
+                                               "P2|Camisa|2|NULOS|XL|Azul marino|20|S2",
+                                               "P2|Camisa|2|VACIOS|M|Azul marino|20|S2",
+                                               "P2|Camisa|2|CERO|XL|Rojo|0|S2",
+                                               "P2|Camisa|2|SINTALLA||Rojo|20|S2",
+                                               "P2|Camisa|2|SINCOLOR|M||20|S2",
+                                               "P2|Camisa|2|O'NEIL|||20|S2",
+                                               "||5|-1||||",
+                                               " 07 |Zapato 'Oxford' |6|-1|||1,125| x"};
+        QTest::newRow("textil, solo borrados") << TallaColor << true << QStringList{"|||||||"};
+    }
+    void catalogo() {
+        QFETCH(QString, tipoNegocio);
+        QFETCH(bool, soloBorrados);
+        QFETCH(QStringList, filas);
+        TiendaPrueba tienda(tipoNegocio);
+        Catalogo(tienda, soloBorrados);
+        FrmTarifas &e = tienda.CargarEditor(1);
+        QStringList vistas =
+            Filas(tipoNegocio.isEmpty() ? *e.grid_productos : *e.grid_productos_textil);
+        if (!tipoNegocio.isEmpty()) {
+            vistas.sort();
+            filas.sort();
+        }
+        QCOMPARE(vistas, filas);
+    }
+
+    void seleccionados_data() {
+        QTest::addColumn<QString>("tipoNegocio");
+        QTest::addColumn<QString>("extra");  // run on the shop before the load
+        QTest::addColumn<QString>("precio"); // names the row
+        QTest::addColumn<QString>("fila");
+        const auto caso = [](const char *nombre, const QString &modo, const char *precio,
+                             const char *fila, const char *extra = "") {
+            QTest::newRow(nombre) << modo << extra << precio << fila;
+        };
+        caso("textil, con codigo propio", TallaColor, "55", "Z1M|Zeta|1|1M|M|Rojo|55|");
+        caso("textil, sin codigo propio", TallaColor, "56", "Z1|Zeta|1|1L|L|Azul|56|");
+        caso("textil, talla desaparecida", TallaColor, "57", "Z1|Zeta|1|1X|||57|");
+        caso("textil, variante borrada", TallaColor, "58", "Z1|Zeta|1|1G|||58|");
+        caso("textil, apostrofo", TallaColor, "59", "Z1O|Zeta|1|O'1|M|Azul|59|");
+        caso("textil, sin variantes (-1)", TallaColor, "21", "A2|Alfa|2|-1|||21|");
+        caso("textil, guardada en modo llano", TallaColor, "22,5", "A2|Alfa|2||||22,5|");
+        caso("textil, producto borrado: sigue", TallaColor, "9,5", "B3|Borrado|3|3M|M|Rojo|9,5|");
+        caso("textil, campos nulos", TallaColor, "", "||5|-1||||");
+        // A variant record without a code is no variant of a row saved without one.
+        caso("textil, variante de codigo nulo", TallaColor, "22,5", "A2|Alfa|2||||22,5|",
+             "insert into productostextil values (2, null, 1, 1, 'N2', null)");
+        // A parent code stored as 2.5 belongs to no product, not to product 2.
+        caso("textil, padre fraccionario (SQLite)", TallaColor, "21", "A2|Alfa|2|-1|||21|",
+             "insert into productostextil values (2.5, '-1', 1, 1, 'F2', null);"
+             "insert into detalle_precio values (1, 2.5, 1, '-1')");
+        caso("llano, sin variantes", QString(), "21", "A2|Alfa|2|21|");
+        caso("llano, fila de una variante", QString(), "59", "Z1|Zeta|1|59|");
+        caso("llano, campos nulos", QString(), "", "||5||");
+    }
+    void seleccionados() {
+        QFETCH(QString, tipoNegocio);
+        QFETCH(QString, extra);
+        QFETCH(QString, precio);
+        QFETCH(QString, fila);
+        if (QByteArray(QTest::currentDataTag()).contains("SQLite"))
+            SOLO_SQLITE("a server's whole-number column holds no fraction");
+        const bool textil = !tipoNegocio.isEmpty();
+        TiendaPrueba tienda(tipoNegocio);
+        TiendaConLista(tienda);
+        for (const QString &sql : extra.split(';', Qt::SkipEmptyParts))
+            tienda.Ejecutar(sql);
+        const Grid &g = *tienda.CargarEditor(1).grid_Pseleccionados;
+        // Every price of the list, and only of it; the plain mode leaves the deleted product
+        // out and sorts by name.
+        QCOMPARE(g.Rows(), textil ? 10 : 9);
+        if (!textil)
+            QCOMPARE(g.TextMatrix(1, 1) + g.TextMatrix(2, 1) + g.TextMatrix(3, 1) +
+                         g.TextMatrix(4, 1) + g.TextMatrix(8, 1),
+                     QStringLiteral("AlfaAlfaZetaZeta"));
+        const QList<int> filas = FilasCon(g, textil ? 6 : 3, precio);
+        QCOMPARE(filas.size(), 1);
+        QCOMPARE(Fila(g, filas.first()).join('|'), fila);
+    }
+
+    void tallaYColor_data() {
+        QTest::addColumn<QString>("codProd");
+        QTest::addColumn<QString>("codHijo");
+        QTest::addColumn<QString>("esperado"); // size|colour|shop code
+        QTest::newRow("encontrada") << "1"
+                                    << "1M"
+                                    << "M|Rojo|Z1M";
+        QTest::newRow("sin codigo propio") << "1"
+                                           << "1L"
+                                           << "L|Azul|";
+        QTest::newRow("de otro producto") << "2"
+                                          << "1M"
+                                          << "||";
+        QTest::newRow("mayusculas cuentan") << "1"
+                                            << "1m"
+                                            << "||";
+        QTest::newRow("color desaparecido") << "1"
+                                            << "1C"
+                                            << "||";
+        QTest::newRow("vacio: la de codigo vacio") << "4"
+                                                   << ""
+                                                   << "L|Rojo|V4";
+        QTest::newRow("apostrofo") << "1"
+                                   << "O'1"
+                                   << "M|Azul|Z1O";
+        QTest::newRow("apostrofo y condicion") << "1"
+                                               << "x' or '1'='1"
+                                               << "||";
+        QTest::newRow("producto con condicion") << "1 or 1=1"
+                                                << "1M"
+                                                << "||";
+    }
+    void tallaYColor() {
+        QFETCH(QString, codProd);
+        QFETCH(QString, codHijo);
+        QFETCH(QString, esperado);
+        TiendaPrueba tienda(TallaColor);
+        TiendaConLista(tienda);
+        FrmTarifas &e = tienda.CargarEditor(2);
+        QString color = QStringLiteral("previo"), codCliente = QStringLiteral("previo");
+        const QString talla = e.obtenerTallaYColor(codProd, codHijo, color, codCliente);
+        QCOMPARE((QStringList{talla, color, codCliente}).join('|'), esperado);
+    }
+
+    void listadoComoConsulta() {
+        // A listing reads the list's variants once; each row must show what the one-variant
+        // query gives for it. The same code twice: the first answers. Product 6's one variant
+        // has a Null code.
+        TiendaPrueba tienda(TallaColor);
+        TiendaConLista(tienda);
+        tienda.Producto(6, "P6", "Bota", 5);
+        tienda.Ejecutar("insert into productostextil (codigopadre, codigohijo, talla, color, "
+                        "codcliente) values (4, '7', 1, 1, 'V47'), (4, '7', 2, 2, 'V47-otra'), "
+                        "(4, '07', 2, 2, 'V407'), (4, '7 ', 1, 2, 'V47b'), (6, null, 1, 1, 'V6')");
+        tienda.Ejecutar("insert into detalle_precio values (1, 4, 1, null), (1, 4, 2, '7'), "
+                        "(1, 4, 3, '07'), (1, 4, 4, '7 '), (1, 4, 5, ''), (1, 6, 6, null)");
+        FrmTarifas &e = tienda.CargarEditor(1);
+        const Grid &g = *e.grid_Pseleccionados;
+        QCOMPARE(g.Rows(), 10 + 6);
+        int conTalla = 0;
+        for (int f = 1; f < g.Rows(); ++f) {
+            QString color, codCliente;
+            const QString talla =
+                e.obtenerTallaYColor(g.TextMatrix(f, 2), g.TextMatrix(f, 3), color, codCliente);
+            QCOMPARE(g.TextMatrix(f, 4) + '|' + g.TextMatrix(f, 5), talla + '|' + color);
+            if (!codCliente.isEmpty())
+                QCOMPARE(g.TextMatrix(f, 0), codCliente);
+            conTalla += !talla.isEmpty();
+        }
+        // 1M, 1L, O'1, 3M, and for product 4 the Null and "" rows (the '' variant), 7, 07, "7 ".
+        QCOMPARE(conTalla, 4 + 5);
+        QCOMPARE(Fila(g, FilasCon(g, 6, "2").first()).join('|'),
+                 QStringLiteral("V47|Gorro|4|7|M|Rojo|2|"));
     }
 };
 

@@ -4,12 +4,10 @@
 // has deleted the list, or is deleting it, or prices the same product at once.
 #include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
-#include "editor/frmtarifas.h"
 #include "platform/datos/regional.h"
 #include "platform/datos/sistema.h"
 #include "platform/datos/transaccion.h"
 #include "platform/ui/mensajes.h"
-#include "register/frmlistas.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -260,6 +258,20 @@ class TstEditorLista : public QObject {
                  qPrintable(cajas.Mostrados().first()));
         QCOMPARE(Guardado(tienda), QStringLiteral("2026-01-01 2026-12-31"));
         QVERIFY(!Form::Terminando());
+    }
+
+    void codigoFraccionario() {
+        // The editor's list code "2.5" is no list 2: the write finds no list and stores nothing.
+        TiendaPrueba tienda;
+        tienda.Lista(2, QStringLiteral("General"), Desde, Hasta);
+        RespuestasMensajes cajas;
+        FrmTarifas &e = tienda.Abierto(2);
+        e.lblCodigo->setCaption(QStringLiteral("2.5"));
+        e.desde->setValue(QDate(2026, 2, 1));
+        QTest::mouseClick(e.cmdAceptarFecha->widget(), Qt::LeftButton);
+        QCOMPARE(cajas.Mostrados().size(), 1);
+        QVERIFY(cajas.Mostrados().first().contains("ya no existe"));
+        QCOMPARE(Guardado(tienda), QStringLiteral("2026-01-01 2026-12-31"));
     }
 
     void eliminar_data() {

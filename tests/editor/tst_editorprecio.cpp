@@ -1,29 +1,34 @@
 // Setting a price in the editor: the click that opens the panel, the typed price, the save
 // (one unit: the old price survives a failed insert), the row it takes in the list, the prices
-// the record writer can't read, and variant codes with awkward characters.
+// the record writer can't read, and variant codes with awkward characters. Finding a product:
+// by a code (shop code or extra code, typed text always bound) and by the start of its name,
+// which hides the other rows of the catalogue; in both modes.
 #include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
-#include "editor/frmtarifas.h"
-#include "platform/ui/controles.h"
 #include "platform/ui/mensajes.h"
-#include "session/sesionsuite.h"
 
 #include <QHeaderView>
 #include <QStandardPaths>
-#include <QTableView>
 #include <QtTest>
 
 namespace {
 
 double Guardado(TiendaPrueba &t, int producto) {
-    return t
-        .Valor("select precio from detalle_precio where identificador = 1 and producto = ?",
-               {producto})
-        .toDouble();
+    return t.Valor("select precio from detalle_precio where producto = ?", {producto}).toDouble();
 }
 
 int Filas(TiendaPrueba &t) {
     return t.Valor("select count(*) from detalle_precio").toInt();
+}
+
+/// The names of the catalogue's rows that show, sorted.
+QStringList AlaVista(const Grid &g) {
+    QStringList nombres;
+    for (int f = 1; f < g.Rows(); ++f)
+        if (g.RowHeight(f) > 0)
+            nombres << g.TextMatrix(f, 1);
+    nombres.sort();
+    return nombres;
 }
 
 } // namespace
@@ -55,6 +60,7 @@ class TstEditorPrecio : public QObject {
         t.Precio(1, 1, 25, textil ? QVariant("-1") : QVariant());
         FrmTarifas &e = t.Abierto();
         const QString hijo = textil ? QStringLiteral("H1") : QString();
+        const QString otro = textil ? QStringLiteral("-1") : QString();
 
         // The click opens the panel on the product with its standard price.
         QVERIFY(ClicProducto(e, "2", hijo));
@@ -63,57 +69,46 @@ class TstEditorPrecio : public QObject {
         QCOMPARE(e.txt_precio->Text(), textil ? QStringLiteral("9") : QStringLiteral("8,5"));
         QTRY_VERIFY(e.txt_NuevoPrecio->widget()->hasFocus());
         // Letters are dropped by the key filter; Enter saves and goes back to the list.
-        Teclear(e, "1x2,5");
+        Teclear(e.txt_NuevoPrecio, "1x2,5");
         QVERIFY(!e.frCambio->Visible() && e.Frame1->Visible());
         QCOMPARE(Guardado(t, 2), 12.5);
-        QCOMPARE(e.grid_Pseleccionados->Rows(), 3);
-        QCOMPARE(Fila(*e.grid_Pseleccionados, 2),
-                 (textil ? QStringList{"V1", "Bufanda", "2", "H1", "M", "Rojo", "12,5", ""}
-                         : QStringList{"B2", "Bufanda", "2", "12,5", ""}));
-
+        QCOMPARE(Fila(*e.grid_Pseleccionados, 2).join('|'),
+                 QString(textil ? "V1|Bufanda|2|H1|M|Rojo|12,5|" : "B2|Bufanda|2|12,5|"));
         // A second price replaces the first, in place: one stored row, no new grid row.
         QVERIFY(ClicProducto(e, "2", hijo));
         QCOMPARE(e.txt_NuevoPrecio->Text(), QString()); // the box starts empty
-        Teclear(e, "7");
+        Teclear(e.txt_NuevoPrecio, "7");
         QCOMPARE(Guardado(t, 2), 7.0);
         QCOMPARE(Filas(t), 2);
         QCOMPARE(e.grid_Pseleccionados->Rows(), 3);
         QCOMPARE(e.grid_Pseleccionados->TextMatrix(2, textil ? 6 : 3), QStringLiteral("7"));
-
         // Cancel saves nothing; Enter on an empty box saves nothing either.
-        QVERIFY(ClicProducto(e, "1", textil ? "-1" : ""));
+        QVERIFY(ClicProducto(e, "1", otro));
         QTest::keyClicks(e.txt_NuevoPrecio->widget(), "99");
         QTest::mouseClick(e.cmdCancelar->widget(), Qt::LeftButton);
         QVERIFY(!e.frCambio->Visible());
-        QVERIFY(ClicProducto(e, "1", textil ? "-1" : ""));
-        Teclear(e, "");
+        QVERIFY(ClicProducto(e, "1", otro));
+        Teclear(e.txt_NuevoPrecio, "");
         QVERIFY(!e.frCambio->Visible());
         QCOMPARE(Guardado(t, 1), 25.0);
         QCOMPARE(Filas(t), 2);
     }
 
     void clicSinProducto_data() {
-        QTest::addColumn<int>("donde"); // 0 title row, -1 below the rows, 1 the empty row
-        QTest::newRow("fila de titulos") << 0;
-        QTest::newRow("debajo de las filas") << -1;
-        QTest::newRow("fila vacia") << 1;
+        QTest::addColumn<bool>("titulos"); // the title row, or the empty row of no catalogue
+        QTest::newRow("fila de titulos") << true;
+        QTest::newRow("fila vacia") << false;
     }
     void clicSinProducto() {
-        QFETCH(int, donde);
+        QFETCH(bool, titulos);
         TiendaPrueba t;
         t.Lista(1, "General");
-        if (donde != 1)
+        if (titulos)
             t.Producto(1, "A1", "Abrigo", 30);
         FrmTarifas &e = t.Abierto();
         QTableView *v = e.grid_productos->vista();
-        QHeaderView *titulos = v->horizontalHeader();
-        if (donde == 0)
-            QTest::mouseClick(titulos->viewport(), Qt::LeftButton, {},
-                              QPoint(20, titulos->height() / 2));
-        else
-            QTest::mouseClick(v->viewport(), Qt::LeftButton, {},
-                              donde < 0 ? QPoint(20, v->viewport()->height() - 3)
-                                        : v->visualRect(v->model()->index(0, 1)).center());
+        QWidget *donde = titulos ? v->horizontalHeader()->viewport() : v->viewport();
+        QTest::mouseClick(donde, Qt::LeftButton, {}, QPoint(20, 5));
         QVERIFY(!e.frCambio->Visible());
         QCOMPARE(e.lblCodProducto->Caption(), QStringLiteral("codigo"));
     }
@@ -169,27 +164,29 @@ class TstEditorPrecio : public QObject {
 
     void precio_data() {
         QTest::addColumn<QString>("tecleado");
-        QTest::addColumn<QVariant>("guardado"); // invalid: refused, the old 5 stays
-        QTest::newRow("coma") << "12,5" << QVariant(12.5);
-        QTest::newRow("punto") << "12.5" << QVariant(12.5);
-        QTest::newRow("cero") << "0" << QVariant(0.0);
-        QTest::newRow("solo decimales") << ",05" << QVariant(0.05);
-        QTest::newRow("negativo") << "-3" << QVariant(-3.0);
-        QTest::newRow("15 cifras") << "999999999999999" << QVariant(999999999999999.0);
-        QTest::newRow("15 cifras con decimales")
-            << "1234567,89012345" << QVariant(1234567.89012345);
-        QTest::newRow("16 cifras") << "9999999999999999" << QVariant();
-        QTest::newRow("exponente") << "1e308" << QVariant();
-        QTest::newRow("infinito") << "inf" << QVariant();
-        QTest::newRow("separador solo") << "," << QVariant();
-        QTest::newRow("signo solo") << "-" << QVariant();
-        QTest::newRow("dos separadores") << "1.234,5" << QVariant();
-        QTest::newRow("barra vertical") << "12|precio=1" << QVariant();
-        QTest::newRow("apostrofo") << "12'5" << QVariant();
+        QTest::addColumn<double>("guardado"); // NaN: refused, the old 5 stays
+        const double no = qQNaN();
+        for (const auto &[texto, valor] : {std::pair{"12,5", 12.5},
+                                           {"12.5", 12.5},
+                                           {"0", 0.0},
+                                           {",05", 0.05},
+                                           {"-3", -3.0},
+                                           {"999999999999999", 999999999999999.0},
+                                           {"1234567,89012345", 1234567.89012345},
+                                           {"9999999999999999", no},
+                                           {"1e308", no},
+                                           {"inf", no},
+                                           {",", no},
+                                           {"-", no},
+                                           {"1.234,5", no},
+                                           {"12|precio=1", no},
+                                           {"12'5", no}})
+            QTest::newRow(texto) << QString::fromUtf8(texto) << valor;
     }
     void precio() {
         QFETCH(QString, tecleado);
-        QFETCH(QVariant, guardado);
+        QFETCH(double, guardado);
+        const bool vale = !qIsNaN(guardado);
         TiendaPrueba t;
         t.Producto(1, "A1", "Abrigo", 30);
         t.Lista(1, "General");
@@ -201,21 +198,17 @@ class TstEditorPrecio : public QObject {
         QTest::mouseClick(e.cmdAceptar->widget(), Qt::LeftButton);
         QVERIFY(e.Loaded());
         QCOMPARE(Filas(t), 1);
-        if (guardado.isValid()) {
-            QCOMPARE(cajas.Mostrados(), QStringList());
-            QCOMPARE(Guardado(t, 1), guardado.toDouble());
-            QCOMPARE(e.grid_Pseleccionados->TextMatrix(1, 3), tecleado); // as typed
-            QVERIFY(!e.frCambio->Visible());
-        } else {
-            // Told, and nothing lost: the old price in the database and in the grid, and the
-            // panel still open with the text to mend.
-            QCOMPARE(cajas.Mostrados().size(), 1);
-            QVERIFY2(cajas.Mostrados().at(0).contains(tecleado), qPrintable(cajas.Mostrados()[0]));
-            QCOMPARE(Guardado(t, 1), 5.0);
-            QCOMPARE(e.grid_Pseleccionados->TextMatrix(1, 3), QStringLiteral("5"));
-            QVERIFY(e.frCambio->Visible());
-            QCOMPARE(e.txt_NuevoPrecio->Text(), tecleado);
-        }
+        QCOMPARE(Guardado(t, 1), vale ? guardado : 5.0);
+        // Stored as typed; or told, with the text to mend still in the open panel, and the old
+        // price kept in the grid.
+        QCOMPARE(e.grid_Pseleccionados->TextMatrix(1, 3), vale ? tecleado : "5");
+        QCOMPARE(e.frCambio->Visible(), !vale);
+        QCOMPARE(cajas.Mostrados().size(), vale ? 0 : 1);
+        if (vale)
+            return;
+        QVERIFY(cajas.Mostrados().at(0).startsWith("El precio \"" + tecleado +
+                                                   "\" no se puede guardar: escriba un número"));
+        QCOMPARE(e.txt_NuevoPrecio->Text(), tecleado);
     }
 
     void variante_data() {
@@ -241,20 +234,19 @@ class TstEditorPrecio : public QObject {
         FrmTarifas &e = t.Abierto();
         RespuestasMensajes cajas;
         QVERIFY(ClicProducto(e, "1", hijo));
-        Teclear(e, "12");
+        Teclear(e.txt_NuevoPrecio, "12");
         const QString sql = "select precio from detalle_precio where codproductotextil = ?";
         QCOMPARE(t.Valor(sql, {"O"}).toDouble(), 5.0);
+        QCOMPARE(Filas(t), vale ? 2 : 1);
+        QCOMPARE(e.frCambio->Visible(), !vale);
         if (vale) {
             QCOMPARE(cajas.Mostrados(), QStringList());
             QCOMPARE(t.Valor(sql, {hijo}).toDouble(), 12.0);
-            QCOMPARE(Filas(t), 2);
         } else {
-            QCOMPARE(cajas.Mostrados().size(), 1);
-            QVERIFY2(cajas.Mostrados().at(0).contains("\"" + hijo + "\"") &&
-                         !cajas.Mostrados().at(0).contains(QLatin1String("precio")),
-                     qPrintable(cajas.Mostrados().at(0)));
-            QCOMPARE(Filas(t), 1);
-            QVERIFY(e.frCambio->Visible());
+            QCOMPARE(cajas.Mostrados(),
+                     QStringList{"La talla y color de código \"" + hijo +
+                                 "\" no se puede guardar en una tarifa: su código lleva el "
+                                 "carácter \"|\". Corrija el código en el catálogo."});
         }
     }
 
@@ -268,18 +260,188 @@ class TstEditorPrecio : public QObject {
         FrmTarifas &e = t.Abierto();
         RespuestasMensajes cajas;
         QVERIFY(ClicProducto(e, "1"));
-        Teclear(e, "99");
+        Teclear(e.txt_NuevoPrecio, "99");
         QVERIFY(e.Loaded());
         QCOMPARE(cajas.Mostrados().size(), 1); // the error report, with the database's text
-        QVERIFY2(cajas.Mostrados().at(0).contains(QLatin1String("precio no admitido")),
+        QVERIFY2(cajas.Mostrados().at(0).contains("precio no admitido"),
                  qPrintable(cajas.Mostrados().at(0)));
         QCOMPARE(Filas(t), 1);
         QCOMPARE(Guardado(t, 1), 5.0);
         QCOMPARE(e.grid_Pseleccionados->TextMatrix(1, 3), QStringLiteral("5"));
         // The next price goes through as usual.
         e.txt_NuevoPrecio->setText(QString());
-        Teclear(e, QStringLiteral("8"));
+        Teclear(e.txt_NuevoPrecio, "8");
         QCOMPARE(Guardado(t, 1), 8.0);
+    }
+
+    void codigo_data() {
+        QTest::addColumn<QString>("texto");
+        QTest::addColumn<QList<qint64>>("admitidos"); // any of them may answer; {-1}: none
+        QTest::newRow("código de tienda") << "C1" << QList<qint64>{1};
+        QTest::newRow("código extra") << "E10" << QList<qint64>{10};
+        QTest::newRow("extra sin distinguir mayúsculas") << "e10" << QList<qint64>{10};
+        QTest::newRow("borrado: su código de tienda no") << "B3" << QList<qint64>{-1};
+        QTest::newRow("borrado: su código extra sí") << "E3" << QList<qint64>{3};
+        QTest::newRow("de tienda de uno y extra de otro") << "DOS" << QList<qint64>{6, 7};
+        QTest::newRow("texto vacío halla un código vacío") << "" << QList<qint64>{5};
+        QTest::newRow("comodín en un código extra") << "AB%" << QList<qint64>{8};
+        QTest::newRow("comodín que no casa") << "AC%" << QList<qint64>{-1};
+        QTest::newRow("% en el código de tienda es una letra") << "P%" << QList<qint64>{-1};
+        QTest::newRow("apóstrofo") << "X'2" << QList<qint64>{2};
+        QTest::newRow("barra invertida") << "A\\B" << QList<qint64>{9};
+        QTest::newRow("código interno mayor que 32767") << "BIG" << QList<qint64>{40000};
+        QTest::newRow("no existe") << "NADA" << QList<qint64>{-1};
+    }
+    void codigo() {
+        QFETCH(QString, texto);
+        QFETCH(QList<qint64>, admitidos);
+        TiendaPrueba t;
+        t.Ejecutar(
+            "insert into productos values (1, 'C1', 'a', 1, 'S', 0), "
+            "(2, 'X''2', 'a', 1, 'S', 0), (3, 'B3', 'a', 1, 'S', 1), (5, '', 'a', 1, 'S', 0), "
+            "(6, 'DOS', 'a', 1, 'S', 0), (7, 'C7', 'a', 1, 'S', 0), (8, 'C8', 'a', 1, 'S', 0), "
+            "(9, 'C9', 'a', 1, 'S', 0), (10, 'C10', 'a', 1, 'S', 0), (11, 'PX', 'a', 1, 'S', 0), "
+            "(40000, 'BIG', 'a', 1, 'S', 0)");
+        t.Ejecutar("insert into productos_codigosextra values (10, 'E10'), (3, 'E3'), (7, 'DOS'), "
+                   "(8, 'ABXCD'), (9, ?), (1, 'Q''1')",
+                   {"A\\B"});
+        t.Lista(1, "General");
+        const qint64 hallado = t.CargarEditor(1).iBuscarCodInternoItem(texto);
+        QVERIFY2(admitidos.contains(hallado), qPrintable(QString::number(hallado)));
+    }
+
+    void codigoConEnter() {
+        TiendaPrueba t;
+        t.Producto(40000, "BIG", "Grande", 4.5);
+        t.Lista(1, "General");
+        FrmTarifas &e = t.Abierto();
+        // Not found: the text stays, selected for typing over; nothing opens.
+        e.ct_buscar_c->SetFocus();
+        Teclear(e.ct_buscar_c, "BIGX");
+        QVERIFY(!e.frCambio->Visible());
+        QCOMPARE(e.ct_buscar_c->Text(), QStringLiteral("BIGX"));
+        QCOMPARE(e.ct_buscar_c->SelLength(), 4);
+        // Typed over and found: the panel opens on it and the box empties.
+        Teclear(e.ct_buscar_c, "BIG");
+        QVERIFY(e.frCambio->Visible());
+        QCOMPARE(e.ct_buscar_c->Text() + e.lblNomProd->Caption() + e.txt_precio->Text(),
+                 QStringLiteral("Grande4,5"));
+        Teclear(e.txt_NuevoPrecio, "3");
+        QCOMPARE(t.Valor("select producto from detalle_precio").toInt(), 40000);
+    }
+
+    void nombre_data() {
+        QTest::addColumn<QString>("textos"); // typed in turn into ct_buscar_n, "/" between
+        QTest::addColumn<QString>("aLaVista");
+        QTest::newRow("nombre mas corto que el texto") << "camis"
+                                                       << "CAMISA AZUL/Camiseta/camisa roja";
+        QTest::newRow("sin distinguir mayusculas") << "cAmIsA "
+                                                   << "CAMISA AZUL/camisa roja";
+        QTest::newRow("en medio del nombre no") << "blusa c"
+                                                << "Blusa camisa";
+        QTest::newRow("nombre vacio, oculto") << "x"
+                                              << "";
+        QTest::newRow("acortar el texto trae filas")
+            << "camis/ca"
+            << "Ca/calcetin/CAMISA AZUL/camisa roja/Camiseta";
+        QTest::newRow("vaciar la caja muestra todo")
+            << "pan/"
+            << "/Blusa camisa/Ca/calcetin/CAMISA AZUL/camisa roja/Camiseta/Pantalon/50% d'algodón";
+        QTest::newRow("comodines y apostrofo son letras") << "50%"
+                                                          << "50% d'algodón";
+    }
+    void nombre() {
+        QFETCH(QString, textos);
+        QFETCH(QString, aLaVista);
+        QStringList esperados =
+            aLaVista.split('/', aLaVista.isEmpty() ? Qt::SkipEmptyParts : Qt::KeepEmptyParts);
+        esperados.sort();
+        for (const bool textil : {false, true}) {
+            TiendaPrueba t(textil ? TallaColor : QString());
+            int codigo = 0;
+            for (const char *nombre : {"CAMISA AZUL", "Camiseta", "calcetin", "Pantalon", "", "Ca",
+                                       "Blusa camisa", "camisa roja", "50% d'algodón"})
+                t.Producto(++codigo, "C", QString::fromUtf8(nombre), 1);
+            t.Lista(1, "General");
+            FrmTarifas &e = t.CargarEditor(1);
+            for (const QString &texto : textos.split('/'))
+                e.ct_buscar_n->setText(texto);
+            QCOMPARE(AlaVista(textil ? *e.grid_productos_textil : *e.grid_productos), esperados);
+        }
+    }
+
+    void clicTrasFiltrar() {
+        // Matches scattered through the catalogue: a click on the k-th row shown opens the
+        // product the operator sees there, and the keys move over shown rows only.
+        TiendaPrueba t;
+        for (int i = 0; i < 60; ++i)
+            t.Producto(i + 1, "C", QStringLiteral("%1 %2").arg(i % 7 ? "Bota" : "Zueco").arg(i), i);
+        t.Lista(1, "General");
+        FrmTarifas &e = t.Abierto();
+        e.ct_buscar_n->setText(QStringLiteral("zUE"));
+        QTableView *v = e.grid_productos->vista();
+        QCOMPARE(v->model()->rowCount(), 9);
+        for (int r : {0, 5, 8}) {
+            v->scrollTo(v->model()->index(r, 1));
+            const QString visto = v->model()->index(r, 1).data().toString();
+            QTest::mouseClick(v->viewport(), Qt::LeftButton, {},
+                              v->visualRect(v->model()->index(r, 1)).center());
+            QCOMPARE(e.lblNomProd->Caption(), visto);
+            QVERIFY(visto.startsWith("Zueco"));
+        }
+        v->setFocus();
+        for (int i = 0; i < 3; ++i) {
+            QTest::keyClick(v, Qt::Key_Down);
+            QVERIFY(e.grid_productos->TextMatrix(e.grid_productos->Row(), 1).startsWith("Zueco"));
+        }
+    }
+
+    void codigoTextil_data() {
+        QTest::addColumn<QString>("texto");
+        QTest::addColumn<QString>("variante"); // lblCodProdTextil when the panel opens, else ""
+        QTest::addColumn<int>("filasALaVista");
+        QTest::newRow("código propio de una variante") << "V-ROJA"
+                                                       << "H2" << 4;
+        QTest::newRow("producto sin variantes") << "P1"
+                                                << "-1" << 4;
+        QTest::newRow("producto con variantes: elegir una") << "P2"
+                                                            << "" << 3;
+        QTest::newRow("extra de un producto con variantes") << "EXTRA2"
+                                                            << "" << 3;
+        QTest::newRow("no existe") << "NADA"
+                                   << "" << 4;
+    }
+    void codigoTextil() {
+        QFETCH(QString, texto);
+        QFETCH(QString, variante);
+        QFETCH(int, filasALaVista);
+        TiendaPrueba t(TallaColor);
+        t.Talla(1, "M");
+        t.Color(1, "Rojo");
+        t.Ejecutar("insert into productos values (1, 'P1', 'Calcetin', 4, 'S', 0), "
+                   "(2, 'P2', 'Camisa', 20, 'S', 0)");
+        t.Ejecutar("insert into productostextil values (2, 'H1', 1, 1, null, null), "
+                   "(2, 'H2', 1, 1, 'V-ROJA', 22), (2, 'H3', 1, 1, null, null)");
+        t.Ejecutar("insert into productos_codigosextra values (2, 'EXTRA2')");
+        t.Lista(1, "General");
+        FrmTarifas &e = t.Abierto();
+        Grid &g = *e.grid_productos_textil;
+        Teclear(e.ct_buscar_c, texto);
+        QCOMPARE(e.frCambio->Visible(), !variante.isEmpty());
+        QCOMPARE(g.vista()->model()->rowCount(), filasALaVista);
+        if (!variante.isEmpty()) {
+            QCOMPARE(e.lblCodProdTextil->Caption(), variante);
+            QCOMPARE(e.ct_buscar_c->Text(), QString());
+            Teclear(e.txt_NuevoPrecio, "9");
+            QCOMPARE(t.Valor("select codproductotextil from detalle_precio").toString(), variante);
+        } else if (filasALaVista < 4) {
+            // Only the product's variants show, until the box is emptied.
+            for (int f = 1; f < g.Rows(); ++f)
+                QCOMPARE(g.RowHeight(f) > 0, g.TextMatrix(f, 2) == "2");
+            e.ct_buscar_c->setText(QString());
+            QCOMPARE(g.vista()->model()->rowCount(), 4);
+        }
+        QCOMPARE(Filas(t), variante.isEmpty() ? 0 : 1);
     }
 };
 
