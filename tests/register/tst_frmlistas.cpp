@@ -2,48 +2,32 @@
 // name box's focus, the help panel's slide, the way out; and a new price list: the next code,
 // the checks of the panel, what is stored and shown, a double click while the panel is open,
 // two terminals taking the same code, and a database that refuses the row.
-#include "apoyo/basedatosprueba.h"
 #include "apoyo/ejecucion.h"
-#include "editor/frmtarifas.h"
+#include "apoyo/tiendaprueba.h"
 #include "platform/datos/regional.h"
 #include "platform/datos/sistema.h"
 #include "platform/ui/mensajes.h"
-#include "register/frmlistas.h"
-#include "session/sesionsuite.h"
-#include "session/vida.h"
 
 #include <QApplication>
 #include <QHeaderView>
 #include <QPushButton>
 #include <QSqlQuery>
 #include <QStandardPaths>
-#include <QTableView>
 #include <QtTest>
 #include <functional>
 
 namespace {
 
-std::unique_ptr<BaseDatosPrueba> db;
-std::unique_ptr<Principal::Vida> vida;
-
-void Ejecutar(const QString &sql, const QVariantList &valores = {}) {
-    db->Ejecutar(sql, valores);
-}
-
-void Lista(int codigo, const QString &nombre, QDate desde = QDate(2026, 1, 1),
-           QDate hasta = QDate(2026, 12, 31)) {
-    Ejecutar("insert into cabecera_precio values (?, ?, ?, ?, ?)",
-             {codigo, nombre, desde.toString(Qt::ISODate), desde.toString(Qt::ISODate),
-              hasta.toString(Qt::ISODate)});
-}
+std::unique_ptr<TiendaPrueba> tienda;
 
 QString Descripcion(int codigo) {
-    return db->Valor("select descripcion from cabecera_precio where identificador = ?", {codigo})
+    return tienda
+        ->Valor("select descripcion from cabecera_precio where identificador = ?", {codigo})
         .toString();
 }
 
 int Listas() {
-    return db->Valor("select count(*) from cabecera_precio").toInt();
+    return tienda->Valor("select count(*) from cabecera_precio").toInt();
 }
 
 FrmListas &Mostrar(FrmListas &f = frmListas()) {
@@ -53,56 +37,6 @@ FrmListas &Mostrar(FrmListas &f = frmListas()) {
         qWarning("The register was not exposed");
     QApplication::setActiveWindow(f.ventana());
     return f;
-}
-
-/// The register's row of list `lista`, -1 when it is not listed.
-int FilaRegistro(int lista) {
-    const Grid &g = *frmListas().grid_precios;
-    for (int f = 1; f < g.Rows(); ++f)
-        if (g.TextMatrix(f, 3) == QString::number(lista))
-            return f;
-    return -1;
-}
-
-QStringList Fila(const Grid &g, int fila) {
-    QStringList t;
-    for (int c = 0; c < g.Cols(); ++c)
-        t << g.TextMatrix(fila, c);
-    return t;
-}
-
-/// Runs `accion`; when the editor shows meanwhile, runs `mientras` in it and leaves it by its
-/// exit button. Gives whether the editor showed.
-bool ConEditor(const std::function<void()> &accion,
-               const std::function<void(FrmTarifas &)> &mientras = {}) {
-    bool visto = false;
-    QTimer sondeo;
-    sondeo.setInterval(5);
-    QObject::connect(&sondeo, &QTimer::timeout, [&] {
-        FrmTarifas &e = frmTarifas();
-        if (!(e.Loaded() && e.ventana()->isVisible()))
-            return;
-        sondeo.stop();
-        visto = true;
-        if (mientras)
-            mientras(e);
-        QTest::mouseClick(e.cmdSalir->widget(), Qt::LeftButton);
-    });
-    sondeo.start();
-    accion();
-    return visto;
-}
-
-/// Double-clicks the register's row of list `lista` where it is drawn, with ConEditor.
-bool DobleClic(int lista, const std::function<void(FrmTarifas &)> &mientras = {}) {
-    QTableView *v = frmListas().grid_precios->vista();
-    const QPoint centro = v->visualRect(v->model()->index(FilaRegistro(lista) - 1, 0)).center();
-    return ConEditor(
-        [&] {
-            QTest::mouseClick(v->viewport(), Qt::LeftButton, {}, centro);
-            QTest::mouseDClick(v->viewport(), Qt::LeftButton, {}, centro);
-        },
-        mientras);
 }
 
 /// Clicks `boton`, with ConEditor.
@@ -152,25 +86,12 @@ class TstFrmListas : public QObject {
         QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
     }
 
-    void init() {
-        vida = std::make_unique<Principal::Vida>();
-        db = std::make_unique<BaseDatosPrueba>();
-        SesionSuite.Conexion = std::make_unique<ADODB::Connection>();
-        SesionSuite.Conexion->Open(db->Cadena());
-        Ejecutar("insert into opciones (numdecimales, estiloaspecto) values (2, 0)");
-        SesionSuite.AnchoDiseno = SesionSuite.AnchoPantalla = 15360;
-        SesionSuite.AltoDiseno = SesionSuite.AltoPantalla = 11085;
-    }
-    void cleanup() {
-        frmTarifas().Unload();
-        frmListas().Unload();
-        vida.reset();
-        db.reset();
-    }
+    void init() { tienda = std::make_unique<TiendaPrueba>(); }
+    void cleanup() { tienda.reset(); }
 
     void carga() {
-        Lista(1, "General");
-        Lista(2, "Clientes 'VIP'", QDate(2027, 1, 7), QDate(2027, 2, 28));
+        tienda->Lista(1, "General");
+        tienda->Lista(2, "Clientes 'VIP'", QDate(2027, 1, 7), QDate(2027, 2, 28));
         Grid &g = *Mostrar().grid_precios;
         QCOMPARE(g.Rows(), 3);
         QCOMPARE(Fila(g, FilaRegistro(1)), (QStringList{"General", "1/1/2026", "31/12/2026", "1"}));
@@ -181,12 +102,14 @@ class TstFrmListas : public QObject {
 
     void dobleClicAbreEditor() {
         // The editor gets the row's code, name and dates, and lists that list's prices.
-        Ejecutar("insert into productos (codigo, codigocliente, nombre, borrar) values (1, 'C1', "
-                 "'Camisa', 0), (2, 'C2', 'Pantalon', 0)");
-        Lista(7, "Clientes 'VIP'", QDate(2026, 3, 1), QDate(2026, 4, 15));
-        Lista(8, "Otra");
-        Ejecutar("insert into detalle_precio (identificador, producto, precio) values (7, 1, 9), "
-                 "(8, 2, 25)");
+        tienda->Ejecutar(
+            "insert into productos (codigo, codigocliente, nombre, borrar) values (1, 'C1', "
+            "'Camisa', 0), (2, 'C2', 'Pantalon', 0)");
+        tienda->Lista(7, "Clientes 'VIP'", QDate(2026, 3, 1), QDate(2026, 4, 15));
+        tienda->Lista(8, "Otra");
+        tienda->Ejecutar(
+            "insert into detalle_precio (identificador, producto, precio) values (7, 1, 9), "
+            "(8, 2, 25)");
         Mostrar();
         bool visto = false;
         QVERIFY(DobleClic(7, [&](FrmTarifas &e) {
@@ -242,8 +165,7 @@ class TstFrmListas : public QObject {
     void ayuda() {
         QFETCH(double, factor);
         QFETCH(double, factorAlto);
-        SesionSuite.AnchoPantalla = 15360 * factor;
-        SesionSuite.AltoPantalla = 11085 * factorAlto;
+        tienda->Escala(factor, factorAlto);
         FrmListas &f = Mostrar();
         const double abajo = f.Height();
         const double arriba = f.fr_SeparacionH1->Height() + f.Frame1->Top();
@@ -306,7 +228,7 @@ class TstFrmListas : public QObject {
     void nuevoCodigo() {
         QFETCH(QStringList, preparar);
         for (const QString &sql : preparar)
-            Ejecutar(sql);
+            tienda->Ejecutar(sql);
         const int antes = Listas();
         FrmListas &f = frmListas();
         Mostrar(f);
@@ -325,7 +247,7 @@ class TstFrmListas : public QObject {
         QVERIFY(!f.frAltaLista->Visible());
         QVERIFY(f.cmdNuevo->Visible() && f.cmdSalir->Visible() && f.cmd_Ayuda->Visible());
         QCOMPARE(Listas(), antes);
-        Ejecutar(QStringLiteral("insert into cabecera_precio (identificador) values (99)"));
+        tienda->Ejecutar(QStringLiteral("insert into cabecera_precio (identificador) values (99)"));
         QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
         QCOMPARE(f.lblCodigo->Caption(), QStringLiteral("100"));
         QCOMPARE(f.txtNomLista->Text(), QString());
@@ -366,7 +288,7 @@ class TstFrmListas : public QObject {
         QFETCH(QDate, hasta);
         QFETCH(QString, mensaje);
         QFETCH(bool, focoEnNombre);
-        Lista(4, QStringLiteral("General"));
+        tienda->Lista(4, QStringLiteral("General"));
         FrmListas &f = frmListas();
         Mostrar(f);
         QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
@@ -401,9 +323,10 @@ class TstFrmListas : public QObject {
         for (const auto &[columna, fecha] : {std::pair{"fechaalta", Hoy()},
                                              {"preciovalidodesde", desde},
                                              {"preciovalidohasta", hasta}})
-            QCOMPARE(db->Valor(QStringLiteral("select %1 from cabecera_precio where "
-                                              "identificador = 5")
-                                   .arg(QLatin1String(columna)))
+            QCOMPARE(tienda
+                         ->Valor(QStringLiteral("select %1 from cabecera_precio where "
+                                                "identificador = 5")
+                                     .arg(QLatin1String(columna)))
                          .toDate(),
                      fecha);
         QCOMPARE(f.grid_precios->TextMatrix(FilaRegistro(5), 0), nombre);
@@ -412,13 +335,13 @@ class TstFrmListas : public QObject {
     void dobleClicConPanelAbierto() {
         // The row double-clicked while the panel is open opens in the editor; Aceptar still
         // stores the new list under its own code, even when the clicked list went meanwhile.
-        Lista(1, QStringLiteral("General"));
-        Lista(2, QStringLiteral("Rebajas"));
+        tienda->Lista(1, QStringLiteral("General"));
+        tienda->Lista(2, QStringLiteral("Rebajas"));
         FrmListas &f = frmListas();
         Mostrar(f);
         QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
         QVERIFY(DobleClic(1, [](FrmTarifas &) {
-            Ejecutar("delete from cabecera_precio where identificador = 1");
+            tienda->Ejecutar("delete from cabecera_precio where identificador = 1");
         }));
         QCOMPARE(f.lblCodigo->Caption(), QStringLiteral("1"));
         QVERIFY(f.frAltaLista->Visible());
@@ -434,9 +357,9 @@ class TstFrmListas : public QObject {
     void dosTerminales() {
         // Two registers on two connections to the same database, each its own terminal. Both
         // open the panel before either stores: they work out the same code.
-        Lista(1, QStringLiteral("General"));
+        tienda->Lista(1, QStringLiteral("General"));
         auto otraConexion = std::make_unique<ADODB::Connection>();
-        otraConexion->Open(db->Cadena());
+        otraConexion->Open(tienda->db().Cadena());
         const auto enOtraCaja = [&](const std::function<void()> &paso) {
             std::swap(SesionSuite.Conexion, otraConexion);
             paso();
