@@ -31,7 +31,16 @@ QStringList AlaVista(const Grid &g) {
     return nombres;
 }
 
+struct Fila_ {
+    bool textil;
+    QStringList filas;
+    QString producto, hijo;
+    int esperada;
+};
+
 } // namespace
+
+Q_DECLARE_METATYPE(Fila_)
 
 class TstEditorPrecio : public QObject {
     Q_OBJECT
@@ -94,72 +103,44 @@ class TstEditorPrecio : public QObject {
         QCOMPARE(Filas(t), 2);
     }
 
-    void clicSinProducto_data() {
-        QTest::addColumn<bool>("titulos"); // the title row, or the empty row of no catalogue
-        QTest::newRow("fila de titulos") << true;
-        QTest::newRow("fila vacia") << false;
-    }
-    void clicSinProducto() {
-        QFETCH(bool, titulos);
-        TiendaPrueba t;
-        t.Lista(1, "General");
-        if (titulos)
-            t.Producto(1, "A1", "Abrigo", 30);
-        FrmTarifas &e = t.Abierto();
-        QTableView *v = e.grid_productos->vista();
-        QWidget *donde = titulos ? v->horizontalHeader()->viewport() : v->viewport();
-        QTest::mouseClick(donde, Qt::LeftButton, {}, QPoint(20, 5));
-        QVERIFY(!e.frCambio->Visible());
-        QCOMPARE(e.lblCodProducto->Caption(), QStringLiteral("codigo"));
-    }
-
     void obtenerFila_data() {
         // The row a save takes: the product's (and variant's) own, else the first empty one,
-        // else a new one.
-        QTest::addColumn<bool>("textil");
-        QTest::addColumn<QStringList>("filas"); // column 2 "|" column 3 of each data row
-        QTest::addColumn<QString>("producto");
-        QTest::addColumn<QString>("hijo");
-        QTest::addColumn<int>("esperada");
-        const auto caso = [](const char *nombre, bool textil, const QStringList &filas,
-                             const char *producto, const char *hijo, int esperada) {
-            QTest::newRow(nombre) << textil << filas << producto << hijo << esperada;
-        };
-        caso("lista vacia: la fila vacia", false, {"|"}, "7", "", 1);
-        caso("hallada", false, {"5|", "7|"}, "7", "", 2);
-        caso("no hallada", false, {"1|", "2|", "3|", "4|"}, "9", "", 6);
-        caso("la columna 2 vacia gana", false, {"5|", "|", "9|"}, "9", "", 2);
-        caso("textil, lista vacia: fila nueva", true, {"|"}, "7", "H", 3);
-        caso("textil, \"\" no es -1", true, {"5|"}, "5", "-1", 3);
-        caso("textil, la segunda variante", true, {"5|A", "5|B"}, "5", "B", 2);
-        caso("textil, vacia con la variante", true, {"|B", "5|B"}, "5", "B", 1);
-        caso("textil, otro producto", true, {"6|B", "5|C"}, "5", "B", 4);
+        // else a new one. The rows hold column 2 "|" column 3.
+        QTest::addColumn<Fila_>("caso");
+        QTest::newRow("lista vacia: la fila vacia") << Fila_{false, {"|"}, "7", "", 1};
+        QTest::newRow("hallada") << Fila_{false, {"5|", "7|"}, "7", "", 2};
+        QTest::newRow("no hallada") << Fila_{false, {"1|", "2|", "3|", "4|"}, "9", "", 6};
+        QTest::newRow("la columna 2 vacia gana") << Fila_{false, {"5|", "|", "9|"}, "9", "", 2};
+        QTest::newRow("textil, lista vacia: fila nueva") << Fila_{true, {"|"}, "7", "H", 3};
+        QTest::newRow("textil, \"\" no es -1") << Fila_{true, {"5|"}, "5", "-1", 3};
+        QTest::newRow("textil, la segunda variante") << Fila_{true, {"5|A", "5|B"}, "5", "B", 2};
+        QTest::newRow("textil, vacia con la variante") << Fila_{true, {"|B", "5|B"}, "5", "B", 1};
+        QTest::newRow("textil, otro producto") << Fila_{true, {"6|B", "5|C"}, "5", "B", 4};
     }
     void obtenerFila() {
-        QFETCH(bool, textil);
-        QFETCH(QStringList, filas);
-        QFETCH(QString, producto);
-        QFETCH(QString, hijo);
-        QFETCH(int, esperada);
-        TiendaPrueba t(textil ? TallaColor : QString());
+        QFETCH(Fila_, caso);
+        TiendaPrueba t(caso.textil ? TallaColor : QString());
         t.Lista(1, "General");
         FrmTarifas &e = t.CargarEditor(1);
         Grid &g = *e.grid_Pseleccionados;
-        g.setRows(int(filas.size()) + 1);
-        for (int f = 1; f <= filas.size(); ++f) {
-            g.setTextMatrix(f, 2, filas[f - 1].section('|', 0, 0));
-            g.setTextMatrix(f, 3, filas[f - 1].section('|', 1));
+        const int n = int(caso.filas.size());
+        g.setRows(n + 1);
+        for (int f = 1; f <= n; ++f) {
+            g.setTextMatrix(f, 2, caso.filas[f - 1].section('|', 0, 0));
+            g.setTextMatrix(f, 3, caso.filas[f - 1].section('|', 1));
         }
-        QCOMPARE(textil ? e.ObtenerFila_textil(producto, hijo) : e.ObtenerFila(producto), esperada);
+        QCOMPARE(caso.textil ? e.ObtenerFila_textil(caso.producto, caso.hijo)
+                             : e.ObtenerFila(caso.producto),
+                 caso.esperada);
         // The save writes that row, or appends one when none was found.
-        e.lblCodProducto->setCaption(producto);
-        e.lblCodProdTextil->setCaption(hijo);
+        e.lblCodProducto->setCaption(caso.producto);
+        e.lblCodProdTextil->setCaption(caso.hijo);
         e.txt_NuevoPrecio->setText(QStringLiteral("3"));
-        textil ? e.AñadirGridProd_textil() : e.AñadirGridProd();
-        const int escrita = std::min(esperada, int(filas.size()) + 1);
-        QCOMPARE(g.Rows(), std::max(int(filas.size()) + 1, escrita + 1));
-        QCOMPARE(g.TextMatrix(escrita, 2), producto);
-        QCOMPARE(g.TextMatrix(escrita, textil ? 6 : 3), QStringLiteral("3"));
+        caso.textil ? e.AñadirGridProd_textil() : e.AñadirGridProd();
+        const int escrita = std::min(caso.esperada, n + 1);
+        QCOMPARE(g.Rows(), std::max(n + 1, escrita + 1));
+        QCOMPARE(g.TextMatrix(escrita, 2) + '|' + g.TextMatrix(escrita, caso.textil ? 6 : 3),
+                 caso.producto + "|3");
     }
 
     void precio_data() {
@@ -209,45 +190,6 @@ class TstEditorPrecio : public QObject {
         QVERIFY(cajas.Mostrados().at(0).startsWith("El precio \"" + tecleado +
                                                    "\" no se puede guardar: escriba un número"));
         QCOMPARE(e.txt_NuevoPrecio->Text(), tecleado);
-    }
-
-    void variante_data() {
-        QTest::addColumn<QString>("hijo");
-        QTest::addColumn<bool>("vale");
-        QTest::newRow("apostrofo") << "O'1" << true;
-        QTest::newRow("apostrofo y condicion") << "x' or '1'='1" << true;
-        // The record writer can't carry a "|" in a value: the variant is refused, by name, and
-        // the price typed for it is not blamed.
-        QTest::newRow("barra en medio") << "H|1" << false;
-    }
-    void variante() {
-        QFETCH(QString, hijo);
-        QFETCH(bool, vale);
-        TiendaPrueba t(TallaColor);
-        t.Talla(1, "M");
-        t.Color(1, "Rojo");
-        t.Producto(1, "A1", "Abrigo", 30);
-        t.Variante(1, hijo, 1, 1, "V1", 31);
-        t.Variante(1, "O", 1, 1, "V2", 32);
-        t.Lista(1, "General");
-        t.Precio(1, 1, 5, "O"); // another variant's price, which the save must not touch
-        FrmTarifas &e = t.Abierto();
-        RespuestasMensajes cajas;
-        QVERIFY(ClicProducto(e, "1", hijo));
-        Teclear(e.txt_NuevoPrecio, "12");
-        const QString sql = "select precio from detalle_precio where codproductotextil = ?";
-        QCOMPARE(t.Valor(sql, {"O"}).toDouble(), 5.0);
-        QCOMPARE(Filas(t), vale ? 2 : 1);
-        QCOMPARE(e.frCambio->Visible(), !vale);
-        if (vale) {
-            QCOMPARE(cajas.Mostrados(), QStringList());
-            QCOMPARE(t.Valor(sql, {hijo}).toDouble(), 12.0);
-        } else {
-            QCOMPARE(cajas.Mostrados(),
-                     QStringList{"La talla y color de código \"" + hijo +
-                                 "\" no se puede guardar en una tarifa: su código lleva el "
-                                 "carácter \"|\". Corrija el código en el catálogo."});
-        }
     }
 
     void guardadoAtomico() {
@@ -308,26 +250,6 @@ class TstEditorPrecio : public QObject {
         t.Lista(1, "General");
         const qint64 hallado = t.CargarEditor(1).iBuscarCodInternoItem(texto);
         QVERIFY2(admitidos.contains(hallado), qPrintable(QString::number(hallado)));
-    }
-
-    void codigoConEnter() {
-        TiendaPrueba t;
-        t.Producto(40000, "BIG", "Grande", 4.5);
-        t.Lista(1, "General");
-        FrmTarifas &e = t.Abierto();
-        // Not found: the text stays, selected for typing over; nothing opens.
-        e.ct_buscar_c->SetFocus();
-        Teclear(e.ct_buscar_c, "BIGX");
-        QVERIFY(!e.frCambio->Visible());
-        QCOMPARE(e.ct_buscar_c->Text(), QStringLiteral("BIGX"));
-        QCOMPARE(e.ct_buscar_c->SelLength(), 4);
-        // Typed over and found: the panel opens on it and the box empties.
-        Teclear(e.ct_buscar_c, "BIG");
-        QVERIFY(e.frCambio->Visible());
-        QCOMPARE(e.ct_buscar_c->Text() + e.lblNomProd->Caption() + e.txt_precio->Text(),
-                 QStringLiteral("Grande4,5"));
-        Teclear(e.txt_NuevoPrecio, "3");
-        QCOMPARE(t.Valor("select producto from detalle_precio").toInt(), 40000);
     }
 
     void nombre_data() {
@@ -396,51 +318,67 @@ class TstEditorPrecio : public QObject {
         }
     }
 
-    void codigoTextil_data() {
+    void codigoConEnter_data() {
+        QTest::addColumn<QString>("tipoNegocio");
         QTest::addColumn<QString>("texto");
         QTest::addColumn<QString>("variante"); // lblCodProdTextil when the panel opens, else ""
         QTest::addColumn<int>("filasALaVista");
-        QTest::newRow("código propio de una variante") << "V-ROJA"
+        QTest::newRow("llano, hallado") << QString() << "BIG"
+                                        << "CodProdTextil" << 1;
+        QTest::newRow("llano, no hallado") << QString() << "BIGX"
+                                           << "" << 1;
+        QTest::newRow("código propio de una variante") << TallaColor << "V-ROJA"
                                                        << "H2" << 4;
-        QTest::newRow("producto sin variantes") << "P1"
+        QTest::newRow("producto sin variantes") << TallaColor << "BIG"
                                                 << "-1" << 4;
-        QTest::newRow("producto con variantes: elegir una") << "P2"
+        QTest::newRow("producto con variantes: elegir una") << TallaColor << "P2"
                                                             << "" << 3;
-        QTest::newRow("extra de un producto con variantes") << "EXTRA2"
+        QTest::newRow("extra de un producto con variantes") << TallaColor << "EXTRA2"
                                                             << "" << 3;
-        QTest::newRow("no existe") << "NADA"
+        QTest::newRow("no existe") << TallaColor << "NADA"
                                    << "" << 4;
     }
-    void codigoTextil() {
+    void codigoConEnter() {
+        QFETCH(QString, tipoNegocio);
         QFETCH(QString, texto);
         QFETCH(QString, variante);
         QFETCH(int, filasALaVista);
-        TiendaPrueba t(TallaColor);
+        TiendaPrueba t(tipoNegocio);
         t.Talla(1, "M");
         t.Color(1, "Rojo");
-        t.Ejecutar("insert into productos values (1, 'P1', 'Calcetin', 4, 'S', 0), "
-                   "(2, 'P2', 'Camisa', 20, 'S', 0)");
-        t.Ejecutar("insert into productostextil values (2, 'H1', 1, 1, null, null), "
-                   "(2, 'H2', 1, 1, 'V-ROJA', 22), (2, 'H3', 1, 1, null, null)");
-        t.Ejecutar("insert into productos_codigosextra values (2, 'EXTRA2')");
+        t.Producto(40000, "BIG", "Grande", 4.5);
+        if (!tipoNegocio.isEmpty()) {
+            t.Producto(2, "P2", "Camisa", 20);
+            t.Ejecutar("insert into productostextil values (2, 'H1', 1, 1, null, null), "
+                       "(2, 'H2', 1, 1, 'V-ROJA', 22), (2, 'H3', 1, 1, null, null)");
+            t.Ejecutar("insert into productos_codigosextra values (2, 'EXTRA2')");
+        }
         t.Lista(1, "General");
         FrmTarifas &e = t.Abierto();
-        Grid &g = *e.grid_productos_textil;
+        Grid &g = tipoNegocio.isEmpty() ? *e.grid_productos : *e.grid_productos_textil;
+        e.ct_buscar_c->SetFocus();
         Teclear(e.ct_buscar_c, texto);
         QCOMPARE(e.frCambio->Visible(), !variante.isEmpty());
         QCOMPARE(g.vista()->model()->rowCount(), filasALaVista);
         if (!variante.isEmpty()) {
+            // The panel opens on it, and the box empties.
             QCOMPARE(e.lblCodProdTextil->Caption(), variante);
             QCOMPARE(e.ct_buscar_c->Text(), QString());
             Teclear(e.txt_NuevoPrecio, "9");
-            QCOMPARE(t.Valor("select codproductotextil from detalle_precio").toString(), variante);
+            QCOMPARE(t.Valor("select producto from detalle_precio").toInt(),
+                     variante == "H2" ? 2 : 40000);
         } else if (filasALaVista < 4) {
-            // Only the product's variants show, until the box is emptied.
+            // Not found: the text stays, selected for typing over. Or only the product's
+            // variants show, until the box is emptied.
+            if (tipoNegocio.isEmpty())
+                QCOMPARE(e.ct_buscar_c->SelLength(), texto.size());
             for (int f = 1; f < g.Rows(); ++f)
-                QCOMPARE(g.RowHeight(f) > 0, g.TextMatrix(f, 2) == "2");
+                QCOMPARE(g.RowHeight(f) > 0, tipoNegocio.isEmpty() || g.TextMatrix(f, 2) == "2");
             e.ct_buscar_c->setText(QString());
-            QCOMPARE(g.vista()->model()->rowCount(), 4);
+            QCOMPARE(g.vista()->model()->rowCount(), tipoNegocio.isEmpty() ? 1 : 4);
         }
+        if (!variante.isEmpty() && !tipoNegocio.isEmpty())
+            QCOMPARE(t.Valor("select codproductotextil from detalle_precio").toString(), variante);
         QCOMPARE(Filas(t), variante.isEmpty() ? 0 : 1);
     }
 };
