@@ -154,7 +154,8 @@ class TiendaPrueba {
         SesionSuite.NumDecimales = 2;
         SesionSuite.AnchoDiseno = 15360;
         SesionSuite.AltoDiseno = 11085;
-        Escala(1);
+        SesionSuite.AnchoPantalla = SesionSuite.AnchoDiseno;
+        SesionSuite.AltoPantalla = SesionSuite.AltoDiseno;
     }
     ~TiendaPrueba() {
         frmTarifas().Unload();
@@ -176,13 +177,6 @@ class TiendaPrueba {
     void Insertar(const QString &tabla, const QVariantList &valores) {
         const QStringList marcas(valores.size(), QStringLiteral("?"));
         Ejecutar("insert into " + tabla + " values (" + marcas.join(',') + ")", valores);
-    }
-
-    /// The display the screens are scaled to: `factor` times the design size across, and
-    /// `factorAlto` (the same when 0) times it down.
-    void Escala(double factor, double factorAlto = 0) {
-        SesionSuite.AnchoPantalla = SesionSuite.AnchoDiseno * factor;
-        SesionSuite.AltoPantalla = SesionSuite.AltoDiseno * (factorAlto > 0 ? factorAlto : factor);
     }
 
     void Producto(qint64 codigo, const QVariant &codigocliente, const QVariant &nombre,

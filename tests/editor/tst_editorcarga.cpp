@@ -1,8 +1,7 @@
-// The editor's load: the business mode, the way out and the register's refresh, the next
-// opening, the captions for the translators, and what a load that can't go on does; and its
-// listings: the catalogue of either mode (a row per live product by name, or per variant and
-// per product without variants), the prices the open list holds, and the size and colour of a
-// stored variant.
+// The editor's load: the business mode, the way out and the register's refresh, the captions for
+// the translators, and what a load that can't go on does; and its listings: the catalogue of either
+// mode (a row per live product by name, or per variant and per product without variants), the
+// prices the open list holds, and the size and colour of a stored variant.
 #include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
 #include "platform/datos/errorbd.h"
@@ -119,27 +118,6 @@ class TstEditorCarga : public QObject {
         QVERIFY(!frmTarifas().Loaded());
         QCOMPARE(Filas(*frmListas().grid_precios), QStringList{"Verano|1/1/2026|31/12/2026|1"});
         QCOMPARE(frmListas().lblCodigo->Caption(), QStringLiteral("1"));
-    }
-
-    void cargaNueva() {
-        // The second opening loads again: design texts, fresh colours, lists from the database.
-        TiendaPrueba tienda;
-        tienda.Producto(1, "C1", "Camisa", 12.5);
-        tienda.Producto(2, "C2", "Abrigo", 40);
-        tienda.Lista(1, "General");
-        tienda.Precio(1, 1, 10);
-        QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
-            e.lblNomProd->setCaption(QStringLiteral("Camisa"));
-            e.estado.colorConFoco = QStringLiteral("0");
-        }));
-        tienda.Precio(1, 2, 35);
-        QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
-            QCOMPARE(e.lblNomProd->Caption(), QStringLiteral("Label3"));
-            QCOMPARE(e.estado.colorConFoco,
-                     Principal::svcAspecto().ColorFoco(*SesionSuite.Conexion, 0));
-            QCOMPARE(Filas(*e.grid_Pseleccionados),
-                     (QStringList{"C2|Abrigo|2|35|", "C1|Camisa|1|10|"}));
-        }));
     }
 
     void captions() {
@@ -292,33 +270,18 @@ class TstEditorCarga : public QObject {
         QTest::addColumn<QString>("codProd");
         QTest::addColumn<QString>("codHijo");
         QTest::addColumn<QString>("esperado"); // size|colour|shop code
-        QTest::newRow("encontrada") << "1"
-                                    << "1M"
-                                    << "M|Rojo|Z1M";
-        QTest::newRow("sin codigo propio") << "1"
-                                           << "1L"
-                                           << "L|Azul|";
-        QTest::newRow("de otro producto") << "2"
-                                          << "1M"
-                                          << "||";
-        QTest::newRow("mayusculas cuentan") << "1"
-                                            << "1m"
-                                            << "||";
-        QTest::newRow("color desaparecido") << "1"
-                                            << "1C"
-                                            << "||";
-        QTest::newRow("vacio: la de codigo vacio") << "4"
-                                                   << ""
-                                                   << "L|Rojo|V4";
-        QTest::newRow("apostrofo") << "1"
-                                   << "O'1"
-                                   << "M|Azul|Z1O";
-        QTest::newRow("apostrofo y condicion") << "1"
-                                               << "x' or '1'='1"
-                                               << "||";
-        QTest::newRow("producto con condicion") << "1 or 1=1"
-                                                << "1M"
-                                                << "||";
+        const auto caso = [](const char *nombre, const char *p, const char *h, const char *r) {
+            QTest::newRow(nombre) << p << h << r;
+        };
+        caso("encontrada", "1", "1M", "M|Rojo|Z1M");
+        caso("sin codigo propio", "1", "1L", "L|Azul|");
+        caso("de otro producto", "2", "1M", "||");
+        caso("mayusculas cuentan", "1", "1m", "||");
+        caso("color desaparecido", "1", "1C", "||");
+        caso("vacio: la de codigo vacio", "4", "", "L|Rojo|V4");
+        caso("apostrofo", "1", "O'1", "M|Azul|Z1O");
+        caso("apostrofo y condicion", "1", "x' or '1'='1", "||");
+        caso("producto con condicion", "1 or 1=1", "1M", "||");
     }
     void tallaYColor() {
         QFETCH(QString, codProd);
