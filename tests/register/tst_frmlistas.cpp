@@ -44,6 +44,21 @@ bool Pulsar(CommandButton *boton, const std::function<void(FrmTarifas &)> &mient
     return ConEditor([boton] { QTest::mouseClick(boton->widget(), Qt::LeftButton); }, mientras);
 }
 
+/// What the editor shows of its list: code, name, the dates' labels and controls, its
+/// number of rows and the first product.
+QString Abierta(FrmTarifas &e) {
+    const Grid &g = *e.grid_Pseleccionados;
+    return QStringList{e.lblCodigo->Caption(),
+                       e.Label5->Caption(),
+                       e.lblDesde->Caption(),
+                       e.lblHasta->Caption(),
+                       e.desde->Value().toString(Qt::ISODate),
+                       e.hasta->Value().toString(Qt::ISODate),
+                       QString::number(g.Rows()),
+                       g.TextMatrix(1, 1)}
+        .join('|');
+}
+
 bool ConFoco(Control *c) {
     const QWidget *foco = QApplication::focusWidget();
     return foco && (foco == c->widget() || c->widget()->isAncestorOf(foco));
@@ -106,19 +121,9 @@ class TstFrmListas : public QObject {
             "insert into detalle_precio (identificador, producto, precio) values (7, 1, 9), "
             "(8, 2, 25)");
         Mostrar();
-        bool visto = false;
-        QVERIFY(DobleClic(7, [&](FrmTarifas &e) {
-            QCOMPARE(e.lblCodigo->Caption(), QStringLiteral("7"));
-            QCOMPARE(e.Label5->Caption(), QStringLiteral("Clientes 'VIP'"));
-            QCOMPARE(e.lblDesde->Caption(), QStringLiteral("1/3/2026"));
-            QCOMPARE(e.lblHasta->Caption(), QStringLiteral("15/4/2026"));
-            QCOMPARE(e.desde->Value(), QDate(2026, 3, 1));
-            QCOMPARE(e.hasta->Value(), QDate(2026, 4, 15));
-            QCOMPARE(e.grid_Pseleccionados->Rows(), 2);
-            QCOMPARE(e.grid_Pseleccionados->TextMatrix(1, 1), QStringLiteral("Camisa"));
-            visto = true;
-        }));
-        QVERIFY(visto);
+        QString abierta;
+        QVERIFY(DobleClic(7, [&](FrmTarifas &e) { abierta = Abierta(e); }));
+        QCOMPARE(abierta, "7|Clientes 'VIP'|1/3/2026|15/4/2026|2026-03-01|2026-04-15|2|Camisa");
         QCOMPARE(frmListas().lblCodigo->Caption(), QStringLiteral("7"));
         QVERIFY(!frmTarifas().Loaded());
     }
@@ -250,14 +255,10 @@ class TstFrmListas : public QObject {
         Rellenar(f, nombre, desde, hasta);
         RespuestasMensajes respuestas;
         int filasAlAbrir = 0;
+        QString abierta;
         const bool abierto = Pulsar(f.cmdAceptar, [&](FrmTarifas &e) {
             filasAlAbrir = f.grid_precios->Rows(); // listed again before the editor opened
-            QCOMPARE(e.lblCodigo->Caption(), QStringLiteral("5"));
-            QCOMPARE(e.Label5->Caption(), nombre);
-            QCOMPARE(e.lblDesde->Caption(), FechaATexto(desde));
-            QCOMPARE(e.lblHasta->Caption(), FechaATexto(hasta));
-            QCOMPARE(e.desde->Value(), desde);
-            QCOMPARE(e.hasta->Value(), hasta);
+            abierta = Abierta(e);
         });
         if (!mensaje.isEmpty()) {
             // Refused: told why, the focus on what to mend, nothing stored, the panel open.
@@ -271,6 +272,9 @@ class TstFrmListas : public QObject {
             return;
         }
         QVERIFY(abierto);
+        const QString fechas = FechaATexto(desde) + '|' + FechaATexto(hasta) + '|' +
+                               desde.toString(Qt::ISODate) + '|' + hasta.toString(Qt::ISODate);
+        QCOMPARE(abierta, "5|" + nombre + '|' + fechas + "|2|");
         QCOMPARE(respuestas.Mostrados(), QStringList{});
         QCOMPARE(filasAlAbrir, 3);
         QVERIFY(!f.frAltaLista->Visible() && f.cmdNuevo->Visible());
