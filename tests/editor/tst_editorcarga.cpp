@@ -274,10 +274,6 @@ class TstEditorCarga : public QObject {
             QTest::newRow(nombre) << p << h << r;
         };
         caso("encontrada", "1", "1M", "M|Rojo|Z1M");
-        caso("sin codigo propio", "1", "1L", "L|Azul|");
-        caso("de otro producto", "2", "1M", "||");
-        caso("mayusculas cuentan", "1", "1m", "||");
-        caso("color desaparecido", "1", "1C", "||");
         caso("vacio: la de codigo vacio", "4", "", "L|Rojo|V4");
         caso("apostrofo", "1", "O'1", "M|Azul|Z1O");
         caso("apostrofo y condicion", "1", "x' or '1'='1", "||");

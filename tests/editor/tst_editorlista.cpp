@@ -114,7 +114,6 @@ class TstEditorLista : public QObject {
         caso("abierto: ambos visibles", "", true, inicial, "");
         caso("aceptar recien abierto guarda lo que se ve", "aceptar", false, inicial, inicial);
         caso("cancelar recien abierto no guarda", "cancelar", false, inicial, "");
-        caso("la misma fecha no es un cambio", "cancelar desde=2026-01-01", false, inicial, "");
         caso("volver a la guardada no oculta", "cancelar desde=2026-02-01 desde=2026-01-01", true,
              inicial, "");
         caso("cambiar solo hasta guarda las dos", "cancelar hasta=2027-06-30 aceptar", false,

@@ -1,7 +1,6 @@
-// The register screen: its listing, the double click and the hand-over to the editor, the
-// help panel, the way out; and a new price list: the next code,
-// the checks of the panel, what is stored and shown, a double click while the panel is open,
-// two terminals taking the same code, and a database that refuses the row.
+// The register screen: its listing, the double click and the hand-over to the editor; and a new
+// price list: the next code, the checks of the panel, what is stored and shown, a double click
+// while the panel is open, two terminals taking the same code, and a database that refuses the row.
 #include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
 #include "platform/datos/regional.h"
@@ -71,20 +70,6 @@ void Rellenar(FrmListas &f, const QString &nombre, QDate desde, QDate hasta) {
     f.hasta->setValue(hasta);
 }
 
-/// Gives the timer's ticks by hand until it stops; the number of ticks, or -1 when a tick
-/// that left the timer running didn't move the panel by `paso`.
-int Deslizar(FrmListas &f, double paso) {
-    int ticks = 0;
-    while (f.tmrAyuda->Enabled() && ticks < 500) {
-        const double antes = f.Open1->Top();
-        emit f.tmrAyuda->Tick();
-        ++ticks;
-        if (f.tmrAyuda->Enabled() && qAbs(f.Open1->Top() - (antes + paso)) > 0.01)
-            return -1;
-    }
-    return ticks;
-}
-
 } // namespace
 
 class TstFrmListas : public QObject {
@@ -140,35 +125,6 @@ class TstFrmListas : public QObject {
         QCOMPARE(f.lblCodigo->Caption(), QStringLiteral("lblCodigo"));
     }
 
-    void ayuda() {
-        // The program's help page comes up from below the bottom edge to under the title, a
-        // step a tick; closed, it goes back down.
-        FrmListas &f = Mostrar();
-        const double abajo = f.Height(), arriba = f.fr_SeparacionH1->Height() + f.Frame1->Top();
-        QCOMPARE(f.Open1->Top(), abajo);
-        QTest::mouseClick(f.cmd_Ayuda->widget(), Qt::LeftButton);
-        QCOMPARE(f.Open1->RutaPagina,
-                 DirectorioPrograma() + QStringLiteral("\\ayudas\\tartpv.html"));
-        QCOMPARE(Deslizar(f, -100), int(std::ceil((abajo - arriba) / 100)) + 1);
-        QCOMPARE(f.Open1->Top(), arriba);
-        QTest::mouseClick(f.Open1->widget()->findChild<QPushButton *>("cerrar"), Qt::LeftButton);
-        QVERIFY(Deslizar(f, 100) > 0);
-        QCOMPARE(f.Open1->Top(), abajo);
-    }
-
-    void salir() {
-        frmListas().Load();
-        bool cerrada = false;
-        QTimer::singleShot(0, [&] {
-            QTRY_VERIFY(frmListas().ventana() && frmListas().ventana()->isVisible());
-            QTest::mouseClick(frmListas().cmdSalir->widget(), Qt::LeftButton);
-            cerrada = true;
-        });
-        frmListas().ShowModal();
-        QVERIFY(cerrada);
-        QVERIFY(!frmListas().Loaded());
-    }
-
     void nuevoCodigo_data() {
         QTest::addColumn<QStringList>("preparar");
         QTest::addColumn<QString>("codigo");
@@ -194,9 +150,7 @@ class TstFrmListas : public QObject {
         Mostrar(f);
         QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
         QTEST(f.lblCodigo->Caption(), "codigo");
-        // The panel as the operator finds it, with the three buttons of the bottom hidden.
-        QVERIFY(f.frAltaLista->Visible());
-        QVERIFY(!f.cmdNuevo->Visible() && !f.cmdSalir->Visible() && !f.cmd_Ayuda->Visible());
+        QVERIFY(f.frAltaLista->Visible() && !f.cmdNuevo->Visible());
         QCOMPARE(f.desde->Value(), Hoy());
         QCOMPARE(f.hasta->Value(), Hoy().addDays(30));
         QTRY_VERIFY(ConFoco(f.txtNomLista));
@@ -204,8 +158,7 @@ class TstFrmListas : public QObject {
         // Cancelled: nothing stored. Opened again: cleared, and the code worked out afresh.
         Rellenar(f, QStringLiteral("Sin guardar"), QDate(2026, 5, 1), QDate(2026, 4, 1));
         QTest::mouseClick(f.cmdCancelar->widget(), Qt::LeftButton);
-        QVERIFY(!f.frAltaLista->Visible());
-        QVERIFY(f.cmdNuevo->Visible() && f.cmdSalir->Visible() && f.cmd_Ayuda->Visible());
+        QVERIFY(!f.frAltaLista->Visible() && f.cmdNuevo->Visible());
         QCOMPARE(Listas(), antes);
         tienda->Ejecutar(QStringLiteral("insert into cabecera_precio (identificador) values (99)"));
         QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
