@@ -42,16 +42,14 @@ bool Visibles(const FrmTarifas &e) {
 /// List 1 with two prices and two relations that apply it, a relation of another kind that
 /// carries the same number, and list 2 with its own price and relation.
 void Tienda(TiendaPrueba &t, const QString &nombre = QStringLiteral("General")) {
-    t.Producto(1, "C1", "Camisa", 20);
-    t.Producto(2, "C2", "Pantalón", 30);
     t.Lista(1, nombre);
     t.Lista(2, QStringLiteral("Otra"));
-    t.Precio(1, 1, 18);
-    t.Precio(1, 2, 27);
-    t.Precio(2, 1, 19);
-    for (const char *fila : {"'TarifaAplicada', 1, 'CAJA1'", "'TarifaAplicada', 1, 'CAJA2'",
-                             "'Otra', 1, 'x'", "'TarifaAplicada', 2, 'CAJA1'"})
-        t.Ejecutar(QStringLiteral("insert into relaciones_fijas values (%1)").arg(fila));
+    t.Ejecutar("insert into productos values (1, 'C1', 'Camisa', 20, 'S', 0), "
+               "(2, 'C2', 'Pantalón', 30, 'S', 0)");
+    t.Ejecutar("insert into detalle_precio values (1, 1, 18, null), (1, 2, 27, null), "
+               "(2, 1, 19, null)");
+    t.Ejecutar("insert into relaciones_fijas values ('TarifaAplicada', 1, 'CAJA1'), "
+               "('TarifaAplicada', 1, 'CAJA2'), ('Otra', 1, 'x'), ('TarifaAplicada', 2, 'CAJA1')");
 }
 
 /// The dump of `antes` without list 1: its header, its prices and the relations applying it.
