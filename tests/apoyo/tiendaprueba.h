@@ -16,6 +16,7 @@
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <functional>
 #include <memory>
 
@@ -213,7 +214,11 @@ class TiendaPrueba {
     }
 
     /// Every row of the price list tables as text, sorted: equal dumps mean nothing changed.
-    QStringList Volcado() {
+    /// Without list `sinLista`: its header, its prices and the relations that apply it.
+    QStringList Volcado(int sinLista = 0) {
+        const QString n = QString::number(sinLista) + '|';
+        const QStringList fuera{"cabecera_precio|" + n, "detalle_precio|" + n,
+                                "relaciones_fijas|TarifaAplicada|" + n};
         QStringList filas;
         for (const char *tabla : {"cabecera_precio", "detalle_precio", "relaciones_fijas"}) {
             QSqlQuery q(base->Conexion().Base());
@@ -223,7 +228,10 @@ class TiendaPrueba {
                 QStringList campos{tabla};
                 for (int c = 0; c < q.record().count(); ++c)
                     campos << (q.isNull(c) ? QStringLiteral("<nulo>") : q.value(c).toString());
-                filas << campos.join('|');
+                const QString fila = campos.join('|');
+                if (std::none_of(fuera.begin(), fuera.end(),
+                                 [&](auto &f) { return fila.startsWith(f); }))
+                    filas << fila;
             }
         }
         filas.sort();

@@ -1,7 +1,7 @@
-// The editor's load: the business mode, the way out and the register's refresh, the captions for
-// the translators, and what a load that can't go on does; and its listings: the catalogue of either
-// mode (a row per live product by name, or per variant and per product without variants), the
-// prices the open list holds, and the size and colour of a stored variant.
+// The editor's load: the business mode, the way out and the register's refresh, and what a
+// load that can't go on does; and its listings: the catalogue of either mode (a row per live
+// product by name, or per variant and per product without variants), the prices the open list
+// holds, and the size and colour of a stored variant.
 #include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
 #include "platform/datos/errorbd.h"

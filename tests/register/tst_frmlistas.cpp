@@ -1,4 +1,4 @@
-// The register screen: its listing, the double click and the hand-over to the editor; and a new
+// The register screen: the double click and the hand-over to the editor; and a new
 // price list: the next code, the checks of the panel, what is stored and shown, a double click
 // while the panel is open, two terminals taking the same code, and a database that refuses the row.
 #include "apoyo/ejecucion.h"
@@ -83,17 +83,6 @@ class TstFrmListas : public QObject {
 
     void init() { tienda = std::make_unique<TiendaPrueba>(); }
     void cleanup() { tienda.reset(); }
-
-    void carga() {
-        tienda->Lista(1, "General");
-        tienda->Lista(2, "Clientes 'VIP'", QDate(2027, 1, 7), QDate(2027, 2, 28));
-        Grid &g = *Mostrar().grid_precios;
-        QCOMPARE(g.Rows(), 3);
-        QCOMPARE(Fila(g, FilaRegistro(1)), (QStringList{"General", "1/1/2026", "31/12/2026", "1"}));
-        QCOMPARE(Fila(g, FilaRegistro(2)),
-                 (QStringList{"Clientes 'VIP'", "7/1/2027", "28/2/2027", "2"}));
-        QVERIFY(!frmListas().frAltaLista->Visible());
-    }
 
     void dobleClicAbreEditor() {
         // The editor gets the row's code, name and dates, and lists that list's prices.
