@@ -247,22 +247,18 @@ class TstEditorPrecio : public QObject {
     void nombre_data() {
         QTest::addColumn<QString>("textos"); // typed in turn into ct_buscar_n, "/" between
         QTest::addColumn<QString>("aLaVista");
-        QTest::newRow("nombre mas corto que el texto") << "camis"
-                                                       << "CAMISA AZUL/Camiseta/camisa roja";
-        QTest::newRow("sin distinguir mayusculas") << "cAmIsA "
-                                                   << "CAMISA AZUL/camisa roja";
-        QTest::newRow("en medio del nombre no") << "blusa c"
-                                                << "Blusa camisa";
-        QTest::newRow("nombre vacio, oculto") << "x"
-                                              << "";
-        QTest::newRow("acortar el texto trae filas")
-            << "camis/ca"
-            << "Ca/calcetin/CAMISA AZUL/camisa roja/Camiseta";
-        QTest::newRow("vaciar la caja muestra todo")
-            << "pan/"
-            << "/Blusa camisa/Ca/calcetin/CAMISA AZUL/camisa roja/Camiseta/Pantalon/50% d'algodón";
-        QTest::newRow("comodines y apostrofo son letras") << "50%"
-                                                          << "50% d'algodón";
+        const auto caso = [](const char *nombre, const char *textos, const char *aLaVista) {
+            QTest::newRow(nombre) << textos << QString::fromUtf8(aLaVista);
+        };
+        caso("nombre mas corto que el texto", "camis", "CAMISA AZUL/Camiseta/camisa roja");
+        caso("sin distinguir mayusculas", "cAmIsA ", "CAMISA AZUL/camisa roja");
+        caso("en medio del nombre no", "blusa c", "Blusa camisa");
+        caso("nombre vacio, oculto", "x", "");
+        caso("acortar el texto trae filas", "camis/ca",
+             "Ca/calcetin/CAMISA AZUL/camisa roja/Camiseta");
+        caso("vaciar la caja muestra todo", "pan/",
+             "/Blusa camisa/Ca/calcetin/CAMISA AZUL/camisa roja/Camiseta/Pantalon/50% d'algodón");
+        caso("comodines y apostrofo son letras", "50%", "50% d'algodón");
     }
     void nombre() {
         QFETCH(QString, textos);
@@ -289,20 +285,17 @@ class TstEditorPrecio : public QObject {
         QTest::addColumn<QString>("texto");
         QTest::addColumn<QString>("variante"); // lblCodProdTextil when the panel opens, else ""
         QTest::addColumn<int>("filasALaVista");
-        QTest::newRow("llano, hallado") << QString() << "BIG"
-                                        << "CodProdTextil" << 1;
-        QTest::newRow("llano, no hallado") << QString() << "BIGX"
-                                           << "" << 1;
-        QTest::newRow("código propio de una variante") << TallaColor << "V-ROJA"
-                                                       << "H2" << 4;
-        QTest::newRow("producto sin variantes") << TallaColor << "BIG"
-                                                << "-1" << 4;
-        QTest::newRow("producto con variantes: elegir una") << TallaColor << "P2"
-                                                            << "" << 3;
-        QTest::newRow("extra de un producto con variantes") << TallaColor << "EXTRA2"
-                                                            << "" << 3;
-        QTest::newRow("no existe") << TallaColor << "NADA"
-                                   << "" << 4;
+        const auto caso = [](const char *nombre, const QString &modo, const char *texto,
+                             const char *variante, int filas) {
+            QTest::newRow(nombre) << modo << texto << variante << filas;
+        };
+        caso("llano, hallado", QString(), "BIG", "CodProdTextil", 1);
+        caso("llano, no hallado", QString(), "BIGX", "", 1);
+        caso("codigo propio de una variante", TallaColor, "V-ROJA", "H2", 4);
+        caso("producto sin variantes", TallaColor, "BIG", "-1", 4);
+        caso("producto con variantes: elegir una", TallaColor, "P2", "", 3);
+        caso("extra de un producto con variantes", TallaColor, "EXTRA2", "", 3);
+        caso("no existe", TallaColor, "NADA", "", 4);
     }
     void codigoConEnter() {
         QFETCH(QString, tipoNegocio);

@@ -18,6 +18,7 @@
 namespace {
 
 std::unique_ptr<TiendaPrueba> tienda;
+const QString Periodo = QStringLiteral("Compruebe el periodo de validez de la tarifa");
 
 QString Descripcion(int codigo) {
     return tienda
@@ -106,9 +107,11 @@ class TstFrmListas : public QObject {
         // With the title row alone the current row is 0 and nothing opens.
         FrmListas &f = Mostrar();
         QCOMPARE(f.grid_precios->Rows(), 1);
-        QTest::mouseDClick(f.grid_precios->vista()->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
-        QTest::mouseDClick(f.grid_precios->vista()->horizontalHeader()->viewport(), Qt::LeftButton,
-                           {}, QPoint(5, 5));
+        QTableView *v = f.grid_precios->vista();
+        QVERIFY(!ConEditor([&] {
+            QTest::mouseDClick(v->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+            QTest::mouseDClick(v->horizontalHeader()->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+        }));
         QCOMPARE(f.grid_precios->Row(), 0);
         QVERIFY(!frmTarifas().Loaded());
         QCOMPARE(f.lblCodigo->Caption(), QStringLiteral("lblCodigo"));
@@ -161,35 +164,32 @@ class TstFrmListas : public QObject {
         QTest::addColumn<QDate>("desde");
         QTest::addColumn<QDate>("hasta");
         QTest::addColumn<QString>("mensaje"); // empty: stored, and the editor opens on it
-        QTest::addColumn<bool>("focoEnNombre");
-        const QString sinNombre =
-            QStringLiteral("Tiene que indicar un nombre para la nueva tarifa");
-        const QString periodo = QStringLiteral("Compruebe el periodo de validez de la tarifa");
         const QDate d1(2026, 1, 1), d31(2026, 1, 31);
-        QTest::newRow("sin nombre") << "" << d1 << d31 << sinNombre << true;
-        QTest::newRow("desde un día después") << "V" << d31.addDays(1) << d31 << periodo << false;
-        QTest::newRow("sin nombre, periodo al revés") << "" << d31 << d1 << sinNombre << true;
-        QTest::newRow("barra") << "Mayo|Junio" << d1 << d31
-                               << "El nombre de la tarifa no puede llevar el carácter |" << true;
-        QTest::newRow("desde igual a hasta") << "Un día" << d1 << d1 << "" << false;
+        const auto caso = [&](const char *fila, const QString &nombre, QDate desde, QDate hasta,
+                              const QString &mensaje = {}) {
+            QTest::newRow(fila) << nombre << desde << hasta << mensaje;
+        };
+        const char *sinNombre = "Tiene que indicar un nombre para la nueva tarifa";
+        caso("sin nombre", "", d1, d31, sinNombre);
+        caso("desde un dia despues", "V", d31.addDays(1), d31, Periodo);
+        caso("sin nombre, periodo al reves", "", d31, d1, sinNombre);
+        caso("barra", "Mayo|Junio", d1, d31,
+             "El nombre de la tarifa no puede llevar el carácter |");
+        caso("desde igual a hasta", "Un día", d1, d1);
         // Compared as dates: as texts, "15/12/2026" would come after "14/1/2027".
-        QTest::newRow("cruza el año")
-            << "Navidad" << QDate(2026, 12, 15) << QDate(2026, 12, 15).addDays(30) << "" << false;
-        QTest::newRow("blancos") << "   " << d1 << d31 << "" << false;
-        QTest::newRow("comillas y comodines")
-            << "L'Oréal \"VIP\" 10% a_b \\n \\\\ ; drop table x; --" << d1 << d31 << "" << false;
-        QTest::newRow("emoji") << QString::fromUtf8(" T \xF0\x9F\x98\x80 ñ ") << d1 << d31 << ""
-                               << false;
-        QTest::newRow("derecha a izquierda")
-            << QStringLiteral("قائمة الأسعار ‏שלום") << d1 << d31 << "" << false;
-        QTest::newRow("2000 caracteres") << QString(1999, 'x') + 'Z' << d1 << d31 << "" << false;
+        caso("cruza el ano", "Navidad", QDate(2026, 12, 15), QDate(2027, 1, 14));
+        caso("blancos", "   ", d1, d31);
+        caso("comillas y comodines", "L'Oréal \"VIP\" 10% a_b \\n \\\\ ; drop table x; --", d1,
+             d31);
+        caso("emoji", " T \xF0\x9F\x98\x80 ñ ", d1, d31);
+        caso("derecha a izquierda", "قائمة الأسعار ‏שלום", d1, d31);
+        caso("2000 caracteres", QString(1999, 'x') + 'Z', d1, d31);
     }
     void aceptar() {
         QFETCH(QString, nombre);
         QFETCH(QDate, desde);
         QFETCH(QDate, hasta);
         QFETCH(QString, mensaje);
-        QFETCH(bool, focoEnNombre);
         tienda->Lista(4, QStringLiteral("General"));
         FrmListas &f = frmListas();
         Mostrar(f);
@@ -207,7 +207,8 @@ class TstFrmListas : public QObject {
             QVERIFY(!abierto);
             QCOMPARE(respuestas.Mostrados(), QStringList{mensaje});
             QCOMPARE(respuestas.Titulos(), QStringList{QString()});
-            QTRY_VERIFY(ConFoco(focoEnNombre ? static_cast<Control *>(f.txtNomLista) : f.desde));
+            QTRY_VERIFY(
+                ConFoco(mensaje == Periodo ? static_cast<Control *>(f.desde) : f.txtNomLista));
             QCOMPARE(Listas(), 1);
             QVERIFY(f.frAltaLista->Visible());
             QCOMPARE(f.txtNomLista->Text(), nombre);
