@@ -1,298 +1,318 @@
-// The register screen: its load, its grid, the double click, the hand-over to the editor, and
-// the help panel's slide.
+// The register screen: the double click and the hand-over to the editor; and a new
+// price list: the next code, the checks of the panel, what is stored and shown, a double click
+// while the panel is open, two terminals taking the same code, and a database that refuses the row.
 #include "apoyo/ejecucion.h"
-#include "apoyo/basedatosprueba.h"
-#include "editor/frmtarifas.h"
-#include "platform/datos/cadenaconexion.h"
+#include "apoyo/tiendaprueba.h"
 #include "platform/datos/regional.h"
 #include "platform/datos/sistema.h"
-#include "register/frmlistas.h"
-#include "session/principal.h"
-#include "session/sesionsuite.h"
-#include "session/vida.h"
-#include "suite/datos/esquema.h"
-#include "suite/ui/svcaspecto.h"
+#include "platform/ui/mensajes.h"
 
-#include <QFile>
+#include <QApplication>
 #include <QHeaderView>
 #include <QPushButton>
-#include <QSqlError>
 #include <QSqlQuery>
 #include <QStandardPaths>
-#include <QTableView>
-#include <QTemporaryDir>
 #include <QtTest>
 #include <functional>
 
 namespace {
 
-std::unique_ptr<BaseDatosPrueba> db;
+std::unique_ptr<TiendaPrueba> tienda;
+const QString Periodo = QStringLiteral("Compruebe el periodo de validez de la tarifa");
 
-std::unique_ptr<Principal::Vida> vida;
-
-void Ejecutar(const QString &sql) { db->Ejecutar(sql); }
-
-/// The help viewer's close button, as the operator presses it.
-void CerrarAyuda(FrmListas &f) {
-    QTest::mouseClick(f.Open1->widget()->findChild<QPushButton *>("cerrar"), Qt::LeftButton);
+QString Descripcion(int codigo) {
+    return tienda
+        ->Valor("select descripcion from cabecera_precio where identificador = ?", {codigo})
+        .toString();
 }
 
-/// Gives the timer's ticks by hand until it stops; the number of ticks, or -1 when a tick
-/// that left the timer running didn't move the panel by `paso`.
-int Deslizar(FrmListas &f, double paso) {
-    int ticks = 0;
-    while (f.tmrAyuda->Enabled() && ticks < 500) {
-        const double antes = f.Open1->Top();
-        emit f.tmrAyuda->Tick();
-        ++ticks;
-        if (f.tmrAyuda->Enabled() && qAbs(f.Open1->Top() - (antes + paso)) > 0.01)
-            return -1;
-    }
-    return ticks;
+int Listas() {
+    return tienda->Valor("select count(*) from cabecera_precio").toInt();
 }
 
-/// Runs `mientras` once the editor is shown, then leaves it with its exit button. The editor
-/// is looked for without blocking, since the first check may come during the pass over
-/// pending events inside the editor's own load.
-void AlMostrarEditor(std::function<void()> mientras) {
-    auto *sondeo = new QTimer;
-    sondeo->setInterval(5);
-    QObject::connect(sondeo, &QTimer::timeout, [sondeo, mientras] {
-        FrmTarifas &e = frmTarifas();
-        if (!(e.Loaded() && e.ventana()->isVisible()))
-            return;
-        sondeo->stop();
-        sondeo->deleteLater();
-        mientras();
-        QTest::mouseClick(e.cmdSalir->widget(), Qt::LeftButton);
-    });
-    sondeo->start();
+FrmListas &Mostrar(FrmListas &f = frmListas()) {
+    f.Load();
+    f.ventana()->show();
+    if (!QTest::qWaitForWindowExposed(f.ventana()))
+        qWarning("The register was not exposed");
+    QApplication::setActiveWindow(f.ventana());
+    return f;
 }
 
-/// Double-clicks grid row `fila` (1-based) where it is drawn.
-void DobleClic(Grid &grid, int fila) {
-    QTableView *v = grid.vista();
-    const QRect r = v->visualRect(v->model()->index(fila - 1, 0));
-    QTest::mouseClick(v->viewport(), Qt::LeftButton, {}, r.center());
-    QTest::mouseDClick(v->viewport(), Qt::LeftButton, {}, r.center());
+/// Clicks `boton`, with ConEditor.
+bool Pulsar(CommandButton *boton, const std::function<void(FrmTarifas &)> &mientras = {}) {
+    return ConEditor([boton] { QTest::mouseClick(boton->widget(), Qt::LeftButton); }, mientras);
+}
+
+/// What the editor shows of its list: code, name, the dates' labels and controls, its
+/// number of rows and the first product.
+QString Abierta(FrmTarifas &e) {
+    const Grid &g = *e.grid_Pseleccionados;
+    return QStringList{e.lblCodigo->Caption(),
+                       e.Label5->Caption(),
+                       e.lblDesde->Caption(),
+                       e.lblHasta->Caption(),
+                       e.desde->Value().toString(Qt::ISODate),
+                       e.hasta->Value().toString(Qt::ISODate),
+                       QString::number(g.Rows()),
+                       g.TextMatrix(1, 1)}
+        .join('|');
+}
+
+bool ConFoco(Control *c) {
+    const QWidget *foco = QApplication::focusWidget();
+    return foco && (foco == c->widget() || c->widget()->isAncestorOf(foco));
+}
+
+/// Fills the panel the way the operator does, in the open register `f`.
+void Rellenar(FrmListas &f, const QString &nombre, QDate desde, QDate hasta) {
+    f.txtNomLista->setText(nombre);
+    f.desde->setValue(desde);
+    f.hasta->setValue(hasta);
 }
 
 } // namespace
 
 class TstFrmListas : public QObject {
     Q_OBJECT
-    void abrir(double ancho = 15360, double alto = 11085) {
-        Ejecutar(QStringLiteral("update opciones set anchopantalla = %1, altopantalla = %2").arg(ancho).arg(alto));
-        SesionSuite.AnchoPantalla = ancho;
-        SesionSuite.AltoPantalla = alto;
-        frmListas().Load();
-    }
 
-private slots:
+  private slots:
     void initTestCase() {
         QStandardPaths::setTestModeEnabled(true);
         QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
     }
 
-    void init() {
-        vida = std::make_unique<Principal::Vida>();
-        db = std::make_unique<BaseDatosPrueba>();
-        SesionSuite.Conexion = std::make_unique<ADODB::Connection>();
-        SesionSuite.Conexion->Open(db->Cadena());
-        Ejecutar(QStringLiteral("insert into opciones (numdecimales, estiloaspecto) values (2, 0)"));
-        SesionSuite.AnchoDiseno = 15360;
-        SesionSuite.AltoDiseno = 11085;
-    }
-    void cleanup() {
-        frmTarifas().Unload();
-        frmListas().Unload();
-        vida.reset();
-        db.reset();
-    }
-
-    void carga_data() {
-        QTest::addColumn<double>("ancho");
-        QTest::addColumn<double>("alto");
-        QTest::addColumn<double>("anchoNombre");
-        QTest::newRow("diseno") << 15360.0 << 11085.0 << 5000.0;
-        QTest::newRow("0,75") << 11520.0 << 8313.75 << 3750.0;
-        QTest::newRow("1,25") << 19200.0 << 13856.25 << 6250.0;
-    }
-    void carga() {
-        Ejecutar(QStringLiteral("insert into cabecera_precio values (1, 'General', '2026-01-01', '2026-01-01', '2026-12-31')"));
-        Ejecutar(QStringLiteral("insert into cabecera_precio values (2, 'Rebajas', '2026-01-01', '2027-01-07', '2027-02-28')"));
-        QFETCH(double, ancho);
-        QFETCH(double, alto);
-        abrir(ancho, alto);
-        FrmListas &f = frmListas();
-        Grid &g = *f.grid_precios;
-        QCOMPARE(g.Cols(), 4);
-        QCOMPARE(g.Rows(), 3);
-        const QStringList titulos{"Nombre", "Desde", "Hasta", "Cod"};
-        for (int c = 0; c < 4; ++c)
-            QCOMPARE(g.TextMatrix(0, c), titulos[c]);
-        QCOMPARE(g.TextMatrix(1, 0), QStringLiteral("General"));
-        QCOMPARE(g.TextMatrix(2, 1), QStringLiteral("7/1/2027"));
-        QCOMPARE(g.TextMatrix(2, 3), QStringLiteral("2"));
-        QTEST(g.ColWidth(0), "anchoNombre");
-        QCOMPARE(g.ColWidth(3), 0.0);
-        // The colours read after the look was applied.
-        QCOMPARE(f.estado.colorConFoco, Principal::svcAspecto().ColorFoco(*SesionSuite.Conexion, 0));
-        QCOMPARE(f.estado.colorSinFoco, QString::number(f.txtNomLista->BackColor()));
-        QCOMPARE(f.desde->CalendarBackColor(), f.frCabecera->BackColor());
-        QCOMPARE(f.hasta->CalendarTitleBackColor(), f.frHijo->BackColor());
-        QCOMPARE(f.hasta->CalendarTitleForeColor(), 0);
-        // The help panel waits below the bottom edge, 100 twips in from the right, scaled.
-        QCOMPARE(f.Open1->Top(), f.Height());
-        QVERIFY(qAbs(f.Open1->Left() - (f.Width() - f.Open1->Width() - 100 * ancho / 15360)) < 1e-6);
-        QVERIFY(!f.frAltaLista->Visible());
-    }
+    void init() { tienda = std::make_unique<TiendaPrueba>(); }
+    void cleanup() { tienda.reset(); }
 
     void dobleClicAbreEditor() {
-        Ejecutar(QStringLiteral("insert into cabecera_precio values (7, 'Clientes ''VIP''', '2026-01-01', '2026-03-01', '2026-03-01')"));
-        abrir();
-        FrmListas &f = frmListas();
-        f.ventana()->show();
-        QVERIFY(QTest::qWaitForWindowExposed(f.ventana()));
-        bool visto = false;
-        AlMostrarEditor([&] {
-            visto = true;
-            FrmTarifas &e = frmTarifas();
-            QCOMPARE(e.lblCodigo->Caption(), QStringLiteral("7"));
-            QCOMPARE(e.Label5->Caption(), QStringLiteral("Clientes 'VIP'"));
-            QCOMPARE(e.lblDesde->Caption(), QStringLiteral("1/3/2026"));
-            QCOMPARE(e.lblHasta->Caption(), QStringLiteral("1/3/2026"));
-            QCOMPARE(e.desde->Value(), QDate(2026, 3, 1));
-            QCOMPARE(e.hasta->Value(), QDate(2026, 3, 1));
-        });
-        DobleClic(*f.grid_precios, 1);
-        QVERIFY(visto);
-        QCOMPARE(f.lblCodigo->Caption(), QStringLiteral("7"));
+        // The editor gets the row's code, name and dates, and lists that list's prices.
+        tienda->Ejecutar(
+            "insert into productos (codigo, codigocliente, nombre, borrar) values (1, 'C1', "
+            "'Camisa', 0), (2, 'C2', 'Pantalon', 0)");
+        tienda->Lista(7, "Clientes 'VIP'", QDate(2026, 3, 1), QDate(2026, 4, 15));
+        tienda->Lista(8, "Otra");
+        tienda->Ejecutar(
+            "insert into detalle_precio (identificador, producto, precio) values (7, 1, 9), "
+            "(8, 2, 25)");
+        Mostrar();
+        QString abierta;
+        QVERIFY(DobleClic(7, [&](FrmTarifas &e) { abierta = Abierta(e); }));
+        QCOMPARE(abierta, "7|Clientes 'VIP'|1/3/2026|15/4/2026|2026-03-01|2026-04-15|2|Camisa");
+        QCOMPARE(frmListas().lblCodigo->Caption(), QStringLiteral("7"));
         QVERIFY(!frmTarifas().Loaded());
     }
 
     void dobleClicSinFila() {
         // With the title row alone the current row is 0 and nothing opens.
-        abrir();
-        FrmListas &f = frmListas();
-        f.ventana()->show();
-        QVERIFY(QTest::qWaitForWindowExposed(f.ventana()));
+        FrmListas &f = Mostrar();
         QCOMPARE(f.grid_precios->Rows(), 1);
-        QTest::mouseDClick(f.grid_precios->vista()->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
-        QTest::mouseDClick(f.grid_precios->vista()->horizontalHeader()->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+        QTableView *v = f.grid_precios->vista();
+        QVERIFY(!ConEditor([&] {
+            QTest::mouseDClick(v->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+            QTest::mouseDClick(v->horizontalHeader()->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+        }));
         QCOMPARE(f.grid_precios->Row(), 0);
         QVERIFY(!frmTarifas().Loaded());
         QCOMPARE(f.lblCodigo->Caption(), QStringLiteral("lblCodigo"));
     }
 
-    void refrescoTrasEditor() {
-        // Whatever happened while the editor was open shows when it closes, even with no
-        // change made in it.
-        Ejecutar(QStringLiteral("insert into cabecera_precio values (1, 'General', '2026-01-01', '2026-01-01', '2026-12-31')"));
-        Ejecutar(QStringLiteral("insert into cabecera_precio values (2, 'Borrada', '2026-01-01', '2026-01-01', '2026-12-31')"));
-        abrir();
+    void nuevoCodigo_data() {
+        QTest::addColumn<QStringList>("preparar");
+        QTest::addColumn<QString>("codigo");
+        QTest::newRow("tabla vacía") << QStringList{} << "1";
+        QTest::newRow("la más alta es 41")
+            << QStringList{"insert into cabecera_precio (identificador) values (5), (41), (3)"}
+            << "42";
+        // A table some other program of the suite made without the key.
+        QTest::newRow("todas Null")
+            << QStringList{"drop table cabecera_precio",
+                           "create table cabecera_precio (identificador integer, descripcion "
+                           "varchar(50), fechaalta date, preciovalidodesde date, "
+                           "preciovalidohasta date)",
+                           "insert into cabecera_precio (descripcion) values ('a'), ('b')"}
+            << "1";
+    }
+    void nuevoCodigo() {
+        QFETCH(QStringList, preparar);
+        for (const QString &sql : preparar)
+            tienda->Ejecutar(sql);
+        const int antes = Listas();
         FrmListas &f = frmListas();
-        f.ventana()->show();
-        QVERIFY(QTest::qWaitForWindowExposed(f.ventana()));
-        AlMostrarEditor([] {
-            Ejecutar(QStringLiteral("delete from cabecera_precio where identificador = 2"));
-            Ejecutar(QStringLiteral("update cabecera_precio set preciovalidohasta = '2027-06-30' where identificador = 1"));
+        Mostrar(f);
+        QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
+        QTEST(f.lblCodigo->Caption(), "codigo");
+        QVERIFY(f.frAltaLista->Visible() && !f.cmdNuevo->Visible());
+        QCOMPARE(f.desde->Value(), Hoy());
+        QCOMPARE(f.hasta->Value(), Hoy().addDays(30));
+        QTRY_VERIFY(ConFoco(f.txtNomLista));
+
+        // Cancelled: nothing stored. Opened again: cleared, and the code worked out afresh.
+        Rellenar(f, QStringLiteral("Sin guardar"), QDate(2026, 5, 1), QDate(2026, 4, 1));
+        QTest::mouseClick(f.cmdCancelar->widget(), Qt::LeftButton);
+        QVERIFY(!f.frAltaLista->Visible() && f.cmdNuevo->Visible());
+        QCOMPARE(Listas(), antes);
+        tienda->Ejecutar(QStringLiteral("insert into cabecera_precio (identificador) values (99)"));
+        QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
+        QCOMPARE(f.lblCodigo->Caption(), QStringLiteral("100"));
+        QCOMPARE(f.txtNomLista->Text(), QString());
+        QCOMPARE(f.desde->Value(), Hoy());
+    }
+
+    void aceptar_data() {
+        QTest::addColumn<QString>("nombre");
+        QTest::addColumn<QDate>("desde");
+        QTest::addColumn<QDate>("hasta");
+        QTest::addColumn<QString>("mensaje"); // empty: stored, and the editor opens on it
+        const QDate d1(2026, 1, 1), d31(2026, 1, 31);
+        const auto caso = [&](const char *fila, const QString &nombre, QDate desde, QDate hasta,
+                              const QString &mensaje = {}) {
+            QTest::newRow(fila) << nombre << desde << hasta << mensaje;
+        };
+        const char *sinNombre = "Tiene que indicar un nombre para la nueva tarifa";
+        caso("sin nombre", "", d1, d31, sinNombre);
+        caso("desde un dia despues", "V", d31.addDays(1), d31, Periodo);
+        caso("sin nombre, periodo al reves", "", d31, d1, sinNombre);
+        caso("barra", "Mayo|Junio", d1, d31,
+             "El nombre de la tarifa no puede llevar el carácter |");
+        caso("desde igual a hasta", "Un día", d1, d1);
+        // Compared as dates: as texts, "15/12/2026" would come after "14/1/2027".
+        caso("cruza el ano", "Navidad", QDate(2026, 12, 15), QDate(2027, 1, 14));
+        caso("blancos", "   ", d1, d31);
+        caso("comillas y comodines", "L'Oréal \"VIP\" 10% a_b \\n \\\\ ; drop table x; --", d1,
+             d31);
+        caso("emoji", " T \xF0\x9F\x98\x80 ñ ", d1, d31);
+        caso("derecha a izquierda", "قائمة الأسعار ‏שלום", d1, d31);
+        caso("2000 caracteres", QString(1999, 'x') + 'Z', d1, d31);
+    }
+    void aceptar() {
+        QFETCH(QString, nombre);
+        QFETCH(QDate, desde);
+        QFETCH(QDate, hasta);
+        QFETCH(QString, mensaje);
+        tienda->Lista(4, QStringLiteral("General"));
+        FrmListas &f = frmListas();
+        Mostrar(f);
+        QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
+        Rellenar(f, nombre, desde, hasta);
+        RespuestasMensajes respuestas;
+        int filasAlAbrir = 0;
+        QString abierta;
+        const bool abierto = Pulsar(f.cmdAceptar, [&](FrmTarifas &e) {
+            filasAlAbrir = f.grid_precios->Rows(); // listed again before the editor opened
+            abierta = Abierta(e);
         });
-        f.grid_precios->setRow(2);
-        f.VerDetalles(QStringLiteral("Borrada"), QDate(2026, 1, 1), QDate(2026, 12, 31));
-        QCOMPARE(f.grid_precios->Rows(), 2);
-        QCOMPARE(f.grid_precios->TextMatrix(1, 2), QStringLiteral("30/6/2027"));
-
-        // Opening again runs the editor's load again.
-        AlMostrarEditor([] { QCOMPARE(frmTarifas().lblCodigo->Caption(), QStringLiteral("1")); });
-        DobleClic(*f.grid_precios, 1);
-        QCOMPARE(f.grid_precios->Rows(), 2);
+        if (!mensaje.isEmpty()) {
+            // Refused: told why, the focus on what to mend, nothing stored, the panel open.
+            QVERIFY(!abierto);
+            QCOMPARE(respuestas.Mostrados(), QStringList{mensaje});
+            QCOMPARE(respuestas.Titulos(), QStringList{QString()});
+            QTRY_VERIFY(
+                ConFoco(mensaje == Periodo ? static_cast<Control *>(f.desde) : f.txtNomLista));
+            QCOMPARE(Listas(), 1);
+            QVERIFY(f.frAltaLista->Visible());
+            QCOMPARE(f.txtNomLista->Text(), nombre);
+            return;
+        }
+        QVERIFY(abierto);
+        const QString fechas = FechaATexto(desde) + '|' + FechaATexto(hasta) + '|' +
+                               desde.toString(Qt::ISODate) + '|' + hasta.toString(Qt::ISODate);
+        QCOMPARE(abierta, "5|" + nombre + '|' + fechas + "|2|");
+        QCOMPARE(respuestas.Mostrados(), QStringList{});
+        QCOMPARE(filasAlAbrir, 3);
+        QVERIFY(!f.frAltaLista->Visible() && f.cmdNuevo->Visible());
+        QCOMPARE(Descripcion(5), nombre);
+        QCOMPARE(tienda->Valor("select cast(fechaalta as varchar(40)) || cast(preciovalidodesde as "
+                               "varchar(40)) || cast(preciovalidohasta as varchar(40)) from "
+                               "cabecera_precio where identificador = 5"),
+                 Hoy().toString(Qt::ISODate) + desde.toString(Qt::ISODate) +
+                     hasta.toString(Qt::ISODate));
+        QCOMPARE(f.grid_precios->TextMatrix(FilaRegistro(5), 0), nombre);
     }
 
-    void colorNombreLista() {
-        abrir();
+    void dobleClicConPanelAbierto() {
+        // The row double-clicked while the panel is open opens in the editor; Aceptar still
+        // stores the new list under its own code, even when the clicked list went meanwhile.
+        tienda->Lista(1, QStringLiteral("General"));
+        tienda->Lista(2, QStringLiteral("Rebajas"));
         FrmListas &f = frmListas();
-        f.ventana()->show();
-        f.frAltaLista->setVisible(true);
-        QVERIFY(QTest::qWaitForWindowExposed(f.ventana()));
-        f.txtNomLista->setText(QStringLiteral("Tarifa de otoño"));
-        f.txtNomLista->SetFocus();
-        QTRY_COMPARE(QString::number(f.txtNomLista->BackColor()), f.estado.colorConFoco);
-        QCOMPARE(f.txtNomLista->SelStart(), 0);
-        QCOMPARE(f.txtNomLista->SelLength(), 15);
-        f.grid_precios->SetFocus();
-        QTRY_COMPARE(QString::number(f.txtNomLista->BackColor()), f.estado.colorSinFoco);
+        Mostrar(f);
+        QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
+        QVERIFY(DobleClic(1, [](FrmTarifas &) {
+            tienda->Ejecutar("delete from cabecera_precio where identificador = 1");
+        }));
+        QCOMPARE(f.lblCodigo->Caption(), QStringLiteral("1"));
+        QVERIFY(f.frAltaLista->Visible());
+
+        Rellenar(f, QStringLiteral("Nueva"), QDate(2026, 1, 1), QDate(2026, 1, 31));
+        QString abierta;
+        QVERIFY(Pulsar(f.cmdAceptar, [&](FrmTarifas &e) { abierta = e.lblCodigo->Caption(); }));
+        QCOMPARE(abierta, QStringLiteral("3"));
+        QCOMPARE(Descripcion(3), QStringLiteral("Nueva"));
+        QCOMPARE(Listas(), 2);
     }
 
-    void ayuda_data() {
-        QTest::addColumn<double>("ancho");
-        QTest::addColumn<double>("alto");
-        // 9435 twips from the bottom to the top at design size: not a whole number of steps.
-        QTest::newRow("diseno") << 15360.0 << 11085.0;
-        QTest::newRow("1024x768") << 15360.0 << 11520.0;
-        QTest::newRow("1280x1024") << 19200.0 << 15360.0;
-    }
-    void ayuda() {
-        QFETCH(double, ancho);
-        QFETCH(double, alto);
-        abrir(ancho, alto);
-        FrmListas &f = frmListas();
-        f.ventana()->show();
-        const double abajo = f.Height();
-        const double arriba = f.fr_SeparacionH1->Height() + f.Frame1->Top();
-        const int pasos = int(std::ceil((abajo - arriba) / 100));
+    void dosTerminales() {
+        // Two registers on two connections to the same database, each its own terminal. Both
+        // open the panel before either stores: they work out the same code.
+        tienda->Lista(1, QStringLiteral("General"));
+        auto otraConexion = std::make_unique<ADODB::Connection>();
+        otraConexion->Open(tienda->db().Cadena());
+        const auto enOtraCaja = [&](const std::function<void()> &paso) {
+            std::swap(SesionSuite.Conexion, otraConexion);
+            paso();
+            std::swap(SesionSuite.Conexion, otraConexion);
+        };
+        FrmListas &caja1 = frmListas();
+        Mostrar(caja1);
+        FrmListas caja2;
+        enOtraCaja([&] { Mostrar(caja2); });
 
-        // Up a step of 100 a tick, the last one past the top; the next tick puts it exactly
-        // there and stops. Down the same way onto the screen's height.
-        QTest::mouseClick(f.cmd_Ayuda->widget(), Qt::LeftButton);
-        QCOMPARE(f.Open1->RutaPagina, DirectorioPrograma() + QStringLiteral("\\ayudas\\tartpv.html"));
-        QCOMPARE(f.Open1->Height(), abajo - arriba);
-        QCOMPARE(f.Open1->Top(), abajo);
-        QCOMPARE(Deslizar(f, -100), pasos + 1);
-        QCOMPARE(f.Open1->Top(), arriba);
-        emit f.Open1->Aviso(); // a link followed in the page: no request to close
-        QVERIFY(!f.tmrAyuda->Enabled());
-        CerrarAyuda(f);
-        QCOMPARE(Deslizar(f, 100), pasos + 1);
-        QCOMPARE(f.Open1->Top(), abajo);
-        // Closed while hidden: one tick that moves nothing.
-        CerrarAyuda(f);
-        QCOMPARE(Deslizar(f, 0), 1);
-        QCOMPARE(f.Open1->Top(), abajo);
+        QTest::mouseClick(caja1.cmdNuevo->widget(), Qt::LeftButton);
+        enOtraCaja([&] { QTest::mouseClick(caja2.cmdNuevo->widget(), Qt::LeftButton); });
+        QCOMPARE(caja1.lblCodigo->Caption(), QStringLiteral("2"));
+        QCOMPARE(caja2.lblCodigo->Caption(), QStringLiteral("2"));
 
-        // Closed while rising: it turns back from where it is (a sixth step where single
-        // precision left it a hair short of the bottom).
-        QTest::mouseClick(f.cmd_Ayuda->widget(), Qt::LeftButton);
-        for (int i = 0; i < 5; ++i)
-            emit f.tmrAyuda->Tick();
-        QVERIFY(qAbs(f.Open1->Top() - (abajo - 500)) < 0.01);
-        CerrarAyuda(f);
-        const int vuelta = Deslizar(f, 100);
-        QVERIFY2(vuelta == 6 || vuelta == 7, qPrintable(QString::number(vuelta)));
-        QCOMPARE(f.Open1->Top(), abajo);
-
-        // Pressed while falling: from the bottom again, up to the top.
-        QTest::mouseClick(f.cmd_Ayuda->widget(), Qt::LeftButton);
-        Deslizar(f, -100);
-        CerrarAyuda(f);
-        emit f.tmrAyuda->Tick();
-        QTest::mouseClick(f.cmd_Ayuda->widget(), Qt::LeftButton);
-        QCOMPARE(f.Open1->Top(), abajo);
-        QCOMPARE(Deslizar(f, -100), pasos + 1);
-        QCOMPARE(f.Open1->Top(), arriba);
-    }
-
-    void salir() {
-        abrir();
-        bool cerrada = false;
-        QTimer::singleShot(0, [&] {
-            QTRY_VERIFY(frmListas().ventana() && frmListas().ventana()->isVisible());
-            QTest::mouseClick(frmListas().cmdSalir->widget(), Qt::LeftButton);
-            cerrada = true;
+        RespuestasMensajes respuestas;
+        QString abiertaEn2, abiertaEn1;
+        const QDate d1(2026, 1, 1), d31(2026, 1, 31);
+        enOtraCaja([&] {
+            Rellenar(caja2, QStringLiteral("De la caja 2"), d1, d31);
+            QVERIFY(Pulsar(caja2.cmdAceptar,
+                           [&](FrmTarifas &e) { abiertaEn2 = e.lblCodigo->Caption(); }));
         });
-        frmListas().ShowModal();
-        QVERIFY(cerrada);
-        QVERIFY(!frmListas().Loaded());
+        Rellenar(caja1, QStringLiteral("De la caja 1"), d1, d31);
+        QVERIFY(
+            Pulsar(caja1.cmdAceptar, [&](FrmTarifas &e) { abiertaEn1 = e.lblCodigo->Caption(); }));
+        // No error for the operator; the editor opens on the code actually stored.
+        QCOMPARE(respuestas.Mostrados(), QStringList{});
+        QCOMPARE(abiertaEn2, QStringLiteral("2"));
+        QCOMPARE(abiertaEn1, QStringLiteral("3"));
+        QCOMPARE(Descripcion(2), QStringLiteral("De la caja 2"));
+        QCOMPARE(Descripcion(3), QStringLiteral("De la caja 1"));
+        QCOMPARE(caja1.grid_precios->Rows(), 4);
+        enOtraCaja([&] { caja2.Unload(); });
+    }
+
+    void baseQueRechaza() {
+        // A database that takes no writes: its own words in the error report, nothing stored,
+        // the panel still open to try again.
+        FrmListas &f = frmListas();
+        Mostrar(f);
+        QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
+        Rellenar(f, QStringLiteral("Otoño"), QDate(2026, 9, 1), QDate(2026, 9, 30));
+        QSqlQuery q(SesionSuite.Conexion->Base());
+        QVERIFY(q.exec(BaseDatosPrueba::EnPostgreSQL()
+                           ? QStringLiteral("set default_transaction_read_only = on")
+                           : QStringLiteral("pragma query_only = 1")));
+        RespuestasMensajes respuestas;
+        QVERIFY(!Pulsar(f.cmdAceptar));
+        QCOMPARE(respuestas.Mostrados().size(), 1);
+        QVERIFY2(respuestas.Mostrados().at(0).contains(QLatin1String("read")),
+                 qPrintable(respuestas.Mostrados().at(0)));
+        QCOMPARE(Listas(), 0);
+        QVERIFY(f.frAltaLista->Visible());
+        QCOMPARE(f.lblCodigo->Caption(), QStringLiteral("1"));
     }
 };
 
