@@ -144,6 +144,7 @@ void CrearTerminalSQLite(const QString &ruta, const QString &list1, const QStrin
     ADODB::Connection terminal;
     terminal.Open(QStringLiteral("sqlite:") + ruta);
     CrearTablasQueFaltan(terminal, TablasTerminal());
-    Correr(terminal.Base(), QStringLiteral("insert into listadostemporal (list1, list2) values (?, ?)"),
+    Correr(terminal.Base(),
+           QStringLiteral("insert into listadostemporal (list1, list2) values (?, ?)"),
            {list1, list2});
 }

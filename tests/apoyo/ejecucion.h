@@ -68,20 +68,20 @@ inline int EjecutarTodas(QObject &prueba, int argc, char **argv) {
 } // namespace Pruebas
 
 /// main for a test that shows widgets.
-#define TARIFAS_PRUEBAS(Clase)                                                                 \
-    int main(int argc, char **argv) {                                                          \
-        QApplication app(argc, argv);                                                          \
-        app.setAttribute(Qt::AA_Use96Dpi, true);                                               \
-        Clase prueba;                                                                          \
-        QTEST_SET_MAIN_SOURCE_PATH                                                             \
-        return Pruebas::EjecutarTodas(prueba, argc, argv);                                     \
+#define TARIFAS_PRUEBAS(Clase)                                                                     \
+    int main(int argc, char **argv) {                                                              \
+        QApplication app(argc, argv);                                                              \
+        app.setAttribute(Qt::AA_Use96Dpi, true);                                                   \
+        Clase prueba;                                                                              \
+        QTEST_SET_MAIN_SOURCE_PATH                                                                 \
+        return Pruebas::EjecutarTodas(prueba, argc, argv);                                         \
     }
 
 /// main for a test without widgets.
-#define TARIFAS_PRUEBAS_SIN_VENTANAS(Clase)                                                    \
-    int main(int argc, char **argv) {                                                          \
-        QCoreApplication app(argc, argv);                                                      \
-        Clase prueba;                                                                          \
-        QTEST_SET_MAIN_SOURCE_PATH                                                             \
-        return Pruebas::EjecutarTodas(prueba, argc, argv);                                     \
+#define TARIFAS_PRUEBAS_SIN_VENTANAS(Clase)                                                        \
+    int main(int argc, char **argv) {                                                              \
+        QCoreApplication app(argc, argv);                                                          \
+        Clase prueba;                                                                              \
+        QTEST_SET_MAIN_SOURCE_PATH                                                                 \
+        return Pruebas::EjecutarTodas(prueba, argc, argv);                                         \
     }
