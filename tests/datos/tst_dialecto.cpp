@@ -1,7 +1,7 @@
 // What differs between the databases: the statements' rewording, and the rows that the
 // reworded statements give, which must be the same on every database the suite runs on.
-#include "apoyo/ejecucion.h"
 #include "apoyo/basedatosprueba.h"
+#include "apoyo/ejecucion.h"
 #include "platform/datos/recordset.h"
 
 #include <QSqlDatabase>
@@ -59,27 +59,33 @@ class TstDialecto : public QObject {
         QTest::addColumn<QString>("sentencia");
         QTest::addColumn<QString>("sqlite");
         QTest::addColumn<QString>("postgresql");
-        const char *literales = "select 'a <> null like \"X\" order by' from t where x is not null"
-                                " -- c like d\n";
-        QTest::newRow("literals and comments are left alone")
-            << "select 'a <> null like \"X\" order by' from t where x<>null -- c like d\n"
-            << literales << literales;
-        QTest::newRow("like with an expression")
-            << "select a from t where (b not like '%' || ? || '%') order by a"
-            << "select a from t where (b not like '%' || ? || '%') order by a"
-            << "select a from t where (b not ilike '%' || ? || '%' escape '') order by a "
-               "nulls first";
-        QTest::newRow("like with its own escape")
-            << "select a from t where b like 'x!%' escape '!'"
-            << "select a from t where b like 'x!%' escape '!'"
-            << "select a from t where b ilike 'x!%' escape '!'";
-        QTest::newRow("order by")
-            << "select a from (select a from t order by a desc) s order by f(a, b) asc, "
-               "b nulls last, c limit 5"
-            << "select a from (select a from t order by a desc) s order by f(a, b) asc, "
-               "b nulls last, c limit 5"
-            << "select a from (select a from t order by a desc nulls last) s order by "
-               "f(a, b) asc nulls first, b nulls last, c nulls first limit 5";
+        // Without a PostgreSQL text, the same as SQLite's.
+        auto caso = [](const char *n, const char *s, const char *l, const char *p = "") {
+            QTest::newRow(n) << s << l << (*p ? p : l);
+        };
+        caso("literals and comments are left alone",
+             "select 'a <> null like \"X\" order by' from t where x<>null -- c like d\n",
+             "select 'a <> null like \"X\" order by' from t where x is not null -- c like d\n");
+        caso("!= null as <> null", "select a from t where x != null and y!=null",
+             "select a from t where x is not null and y is not null");
+        caso("like with an expression",
+             "select a from t where (b not like '%' || ? || '%') order by a",
+             "select a from t where (b not like '%' || ? || '%') order by a",
+             "select a from t where (b not ilike '%' || ? || '%' escape '') order by a "
+             "nulls first");
+        caso("an or ends the pattern", "select a from t where b like 'x%' or c = 1",
+             "select a from t where b like 'x%' or c = 1",
+             "select a from t where b ilike 'x%' escape '' or c = 1");
+        caso("like with its own escape", "select a from t where b like 'x!%' escape '!'",
+             "select a from t where b like 'x!%' escape '!'",
+             "select a from t where b ilike 'x!%' escape '!'");
+        caso("order by",
+             "select a from (select a from t order by a desc) s order by f(a, b) asc, "
+             "b nulls last, c limit 5",
+             "select a from (select a from t order by a desc) s order by f(a, b) asc, "
+             "b nulls last, c limit 5",
+             "select a from (select a from t order by a desc nulls last) s order by "
+             "f(a, b) asc nulls first, b nulls last, c nulls first limit 5");
     }
     void adaptar() {
         QFETCH(QString, sentencia);
@@ -94,62 +100,45 @@ class TstDialecto : public QObject {
         QTest::addColumn<QString>("sentencia");
         QTest::addColumn<QString>("campo");
         QTest::addColumn<QString>("filas");
-        QTest::newRow("a price as the shop writes it")
-            << "select precio from productos order by codigo"
-            << "precio"
-            << "12,5;7;0,1;1234567890123,45";
-        QTest::newRow("like ignores case") << "select codigo from productos where nombre like "
-                                              "'cam%' order by codigo"
-                                           << "codigo"
-                                           << "1;5";
-        QTest::newRow("a backslash in a pattern is a character")
-            << "select codigo from productos where codigocliente like 'C\\2'"
-            << "codigo"
-            << "2";
-        QTest::newRow("equals tells case") << "select codigo from productos where nombre = "
-                                              "'camisa'"
-                                           << "codigo"
-                                           << "";
-        QTest::newRow("different from null")
-            << "select codigo from productos where codigocliente <> null order by codigo"
-            << "codigo"
-            << "1;2;5";
-        QTest::newRow("null first in an ascending order")
-            << "select nombre from productos order by nombre asc"
-            << "nombre"
-            << "<nulo>;CAMISETA;Camisa;abrigo";
-        QTest::newRow("null last in a descending order")
-            << "select nombre from productos order by nombre desc"
-            << "nombre"
-            << "abrigo;Camisa;CAMISETA;<nulo>";
-        QTest::newRow("quoted names in any case")
-            << "select \"Nombre\" as \"nomCol\" from \"Productos\" where \"CODIGO\" = 1"
-            << "NOMCOL"
-            << "Camisa";
-        QTest::newRow("an alias in any case")
-            << "select tallas.DescripcionCorta as descTall, PRODUCTOS.nombre as nomCol from "
-               "productos left join tallas on productos.codigo = tallas.codigo where "
-               "productos.codigo = 1"
-            << "DESCTALL"
-            << "<nulo>";
-        QTest::newRow("the greatest of nothing is null")
-            << "select max(daton) as num from relaciones_fijas"
-            << "num"
-            << "<nulo>";
-        QTest::newRow("a Boolean") << "Select segundoImpuesto,nombreimpuesto1 from "
-                                      "configuracionRegional"
-                                   << "SegundoImpuesto"
-                                   << "Verdadero";
-        QTest::newRow("a date") << "select preciovalidodesde from cabecera_precio"
-                                << "preciovalidodesde"
-                                << "31/1/2026";
-        QTest::newRow("the search by code")
-            << "SELECT distinct(Productos.Codigo) as codigoInt   FROM Productos LEFT JOIN "
-               "Productos_CodigosExtra ON Productos.Codigo = Productos_CodigosExtra.Codigo   "
-               "WHERE (((Productos_CodigosExtra.Codigo_Extra) like 'ean3')) or codigocliente = "
-               "'ean3' and borrar = 0"
-            << "codigoint"
-            << "3";
+        auto caso = [](const char *n, const char *s, const char *c, const char *f) {
+            QTest::newRow(n) << s << c << f;
+        };
+        caso("a price as the shop writes it", "select precio from productos order by codigo",
+             "precio", "12,5;7;0,1;1234567890123,45");
+        caso("like ignores case",
+             "select codigo from productos where nombre like 'cam%' order by codigo", "codigo",
+             "1;5");
+        caso("a backslash in a pattern is a character",
+             "select codigo from productos where codigocliente like 'C\\2'", "codigo", "2");
+        caso("equals tells case", "select codigo from productos where nombre = 'camisa'", "codigo",
+             "");
+        caso("different from null",
+             "select codigo from productos where codigocliente <> null order by codigo", "codigo",
+             "1;2;5");
+        caso("null first in an ascending order", "select nombre from productos order by nombre asc",
+             "nombre", "<nulo>;CAMISETA;Camisa;abrigo");
+        caso("null last in a descending order", "select nombre from productos order by nombre desc",
+             "nombre", "abrigo;Camisa;CAMISETA;<nulo>");
+        caso("quoted names in any case",
+             "select \"Nombre\" as \"nomCol\" from \"Productos\" where \"CODIGO\" = 1", "NOMCOL",
+             "Camisa");
+        caso("an alias in any case",
+             "select tallas.DescripcionCorta as descTall, PRODUCTOS.nombre as nomCol from "
+             "productos left join tallas on productos.codigo = tallas.codigo where "
+             "productos.codigo = 1",
+             "DESCTALL", "<nulo>");
+        caso("the greatest of nothing is null", "select max(daton) as num from relaciones_fijas",
+             "num", "<nulo>");
+        caso("a Boolean", "Select segundoImpuesto,nombreimpuesto1 from configuracionRegional",
+             "SegundoImpuesto", "Verdadero");
+        caso("a date", "select preciovalidodesde from cabecera_precio", "preciovalidodesde",
+             "31/1/2026");
+        caso("the search by code",
+             "SELECT distinct(Productos.Codigo) as codigoInt   FROM Productos LEFT JOIN "
+             "Productos_CodigosExtra ON Productos.Codigo = Productos_CodigosExtra.Codigo   "
+             "WHERE (((Productos_CodigosExtra.Codigo_Extra) like 'ean3')) or codigocliente = "
+             "'ean3' and borrar = 0",
+             "codigoint", "3");
     }
     void mismasFilas() {
         QFETCH(QString, sentencia);
