@@ -1,7 +1,7 @@
 // The suite's database as the run gives it (an SQLite file, or a PostgreSQL server): its first
 // use, start-up on it, and a server connection that goes away while in use.
-#include "apoyo/ejecucion.h"
 #include "apoyo/basedatosprueba.h"
+#include "apoyo/ejecucion.h"
 #include "apoyo/errores.h"
 #include "platform/datos/cadenaconexion.h"
 #include "platform/datos/recordset.h"
@@ -89,13 +89,11 @@ class TstServidor : public QObject {
         SesionSuite.Conexion = std::make_unique<ADODB::Connection>();
         SvcConexion().AbrirConexion(db.Cadena(), *SesionSuite.Conexion);
         Principal::CargarSesion();
-        QCOMPARE(SesionSuite.list2, QStringLiteral("CAJA1"));
-        QCOMPARE(SesionSuite.NumDecimales, qint16(2));
-        QCOMPARE(SesionSuite.EmpleadoNombre, QStringLiteral("María L"));
-        QCOMPARE(SesionSuite.SegundoImpuesto, false);
-        QCOMPARE(SesionSuite.nombreimpuesto1, QStringLiteral("IVA"));
-        QCOMPARE(SesionSuite.NombreRegional, QStringLiteral("España"));
-        QCOMPARE(SesionSuite.multitienda, false);
+        const auto &v = SesionSuite;
+        QCOMPARE(QStringList({v.list2, QString::number(v.NumDecimales), v.EmpleadoNombre,
+                              QString::number(v.SegundoImpuesto), v.nombreimpuesto1,
+                              v.NombreRegional, QString::number(v.multitienda)}),
+                 QStringList({"CAJA1", "2", "María L", "0", "IVA", "España", "0"}));
         ADODB::Recordset rs;
         rs.Open(QStringLiteral("select precio from detalle_precio where identificador = 1 and "
                                "producto = 4"),
@@ -161,6 +159,46 @@ class TstServidor : public QObject {
         QCOMPARE(leer(), QStringLiteral("Antes"));
         escribir(3);
         QCOMPARE(db.Valor(QStringLiteral("select count(*) from cabecera_precio")).toInt(), 2);
+    }
+
+    void unidades() {
+        // Only the outermost unit of work commits: a nested one that commits leaves its writes
+        // to the outer one, which here ends without committing, so nothing is stored.
+        BaseDatosPrueba db;
+        ADODB::Connection &c = db.Conexion();
+        const auto escribir = [&](int codigo) {
+            SvcRegistros().InsertarRegistro(
+                c, "cabecera_precio",
+                QStringLiteral("identificador=%1|Descripcion=X|").arg(codigo) + lista, {}, false,
+                {});
+        };
+        {
+            ADODB::Transaccion fuera(c);
+            escribir(1);
+            ADODB::Transaccion dentro(c);
+            escribir(2);
+            dentro.Commit();
+        }
+        QCOMPARE(Cuenta(c, "cabecera_precio"), 0);
+        ADODB::Transaccion otra(c);
+        escribir(3);
+        otra.Commit();
+        QCOMPARE(Cuenta(c, "cabecera_precio"), 1);
+    }
+
+    void conexionCerradaEnUnaUnidad() {
+        // A connection found closed inside a unit of work, with no SQLSTATE to tell (a file
+        // on a share that went, a driver that gave up): said as a lost connection; after the
+        // unit, the next action opens it again.
+        BaseDatosPrueba db;
+        ADODB::Connection &c = db.Conexion();
+        {
+            ADODB::Transaccion unidad(c);
+            c.Base().close();
+            const QString error = ErrorDe([&] { Cuenta(c, "cabecera_precio"); });
+            QVERIFY2(error.contains("Se ha perdido la conexión"), qPrintable(error));
+        }
+        QCOMPARE(Cuenta(c, "cabecera_precio"), 0);
     }
 
     void sentenciaQueNoAcaba() {
