@@ -211,7 +211,6 @@ class TstGrid : public QObject {
         caso("TextMatrix(1, -1)", [](Grid &g) { g.setTextMatrix(1, -1, QString()); });
         caso("RowHeight(4)", [](Grid &g) { g.setRowHeight(4, 0); });
         caso("Row(-1)", [](Grid &g) { g.setRow(-1); });
-        caso("TopRow = 0", [](Grid &g) { g.setTopRow(0); });
         caso("Rows = 0", [](Grid &g) { g.setRows(0); });
     }
     void fueraDeRango() {
@@ -233,22 +232,6 @@ class TstGrid : public QObject {
         QVERIFY_THROWS_EXCEPTION(
             std::invalid_argument,
             Grid(NombreGrid, nullptr, nullptr, {.rows = 2, .cols = 2, .fixedRows = 0}));
-    }
-
-    void vaciar() {
-        Banco b(6);
-        QVERIFY(b.mostrar());
-        b.grid.setRow(3);
-        ocultar(b.grid, {1});
-        b.grid.setRowHeight(2, 600);
-        b.grid.Clear();
-        // The titles stay; one empty row, current and at the default height.
-        QCOMPARE(QStringList({QString::number(b.grid.Rows()), QString::number(b.grid.Row()),
-                              b.grid.TextMatrix(0, 2), b.grid.TextMatrix(1, 0)}),
-                 QStringList({"2", "1", "T2", ""}));
-        QCOMPARE(b.grid.RowHeight(1), b.grid.RowHeight(0));
-        b.grid.setRows(3); // the row 2 that was isn't back
-        QCOMPARE(b.grid.RowHeight(2), b.grid.RowHeight(0));
     }
 
     // Rows hidden by their height, as the name search does: RowHeight answers at once, the
@@ -359,38 +342,6 @@ class TstGrid : public QObject {
         QCOMPARE(filaEnEvento, QList<int>(clics, filaEsperada) + QList<int>(dobles, -filaEsperada));
         QTEST(b.grid.MouseRow(), "filaRaton");
         QCOMPARE(b.marcadas(), solo(ocultas.contains(filaEsperada) ? 0 : filaEsperada));
-    }
-
-    void filaSuperior_data() {
-        QTest::addColumn<Operacion>("operacion");
-        QTest::addColumn<int>("esperada");
-        // Row 80 at the top; then hidden rows, or a refill down to `quedan` rows and up again.
-        const auto desde80 = [](const QList<int> &ocultas, int quedan = -1) {
-            return Operacion([=](Grid &g) {
-                g.setTopRow(80), ocultar(g, ocultas);
-                if (quedan < 0)
-                    return;
-                g.setRows(quedan);
-                g.setRows(201);
-                for (int f = quedan; f <= 200; ++f)
-                    g.setTextMatrix(f, 0, QStringLiteral("f%1").arg(f));
-            });
-        };
-        QTest::newRow("ninguna a la vista") << desde80(rango(1, 200)) << 0;
-        QTest::newRow("ocultas encima de la de arriba") << desde80(rango(10, 60)) << 80;
-        QTest::newRow("la de arriba oculta") << desde80({80, 81}) << 82;
-        QTest::newRow("vaciada y llena otra vez") << desde80({}, 1) << 1;
-        QTest::newRow("encogida bajo la de arriba") << desde80({}, 30) << 29;
-    }
-    void filaSuperior() {
-        QFETCH(Operacion, operacion);
-        QFETCH(int, esperada);
-        Banco b(200);
-        QVERIFY(b.mostrar());
-        operacion(b.grid);
-        QCoreApplication::processEvents();
-        QCOMPARE(b.grid.TopRow(), esperada);
-        QCOMPARE(b.vista()->rowAt(0), b.filaDeVista(esperada));
     }
 
     // The current row painted in BackColorSel as HighLight says: never, always, or only
