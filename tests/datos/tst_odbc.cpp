@@ -2,8 +2,8 @@
 // Debian's SQLite ODBC driver, and (in the PostgreSQL run) the suite's database itself reached
 // through the PostgreSQL ODBC driver. Each test program gets a home of its own; unixODBC takes
 // the account's home from the password database, so ODBCINI points it there.
-#include "apoyo/ejecucion.h"
 #include "apoyo/basedatosprueba.h"
+#include "apoyo/ejecucion.h"
 #include "apoyo/errores.h"
 #include "platform/datos/cadenaconexion.h"
 #include "platform/datos/recordset.h"

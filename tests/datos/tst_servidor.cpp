@@ -82,25 +82,6 @@ class TstServidor : public QObject {
         }
     }
 
-    void arranqueConDemo() {
-        // Start-up on the demo shop reads what it reads on the embedded default.
-        qputenv("TARIFAS_DEMO", "1");
-        BaseDatosPrueba db(false);
-        SesionSuite.Conexion = std::make_unique<ADODB::Connection>();
-        SvcConexion().AbrirConexion(db.Cadena(), *SesionSuite.Conexion);
-        Principal::CargarSesion();
-        const auto &v = SesionSuite;
-        QCOMPARE(QStringList({v.list2, QString::number(v.NumDecimales), v.EmpleadoNombre,
-                              QString::number(v.SegundoImpuesto), v.nombreimpuesto1,
-                              v.NombreRegional, QString::number(v.multitienda)}),
-                 QStringList({"CAJA1", "2", "María L", "0", "IVA", "España", "0"}));
-        ADODB::Recordset rs;
-        rs.Open(QStringLiteral("select precio from detalle_precio where identificador = 1 and "
-                               "producto = 4"),
-                *SesionSuite.Conexion);
-        QCOMPARE(rs.Fields(QStringLiteral("precio")).Texto(), QStringLiteral("26,95"));
-    }
-
     void conexionPerdida_data() {
         QTest::addColumn<QString>("primero");
         QTest::newRow("a read comes first") << "leer";
