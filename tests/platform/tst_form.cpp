@@ -18,13 +18,9 @@
 
 namespace {
 
-const DisenoGrid gridPrueba{.rows = 3, .cols = 5};
-
 // clang-format off
 // Values chosen off the 15-twip grid, so that rounding shows.
 const DisenoControl filasPrueba[] = {
-    {.nombre = "Open1", .clase = Clase::VisorAyuda, .contenedor = nullptr, .left = 5235,
-     .top = 3000, .width = 3000, .height = 2000, .tab = 7},
     {.nombre = "frFondo", .clase = Clase::Frame, .contenedor = nullptr, .left = 0, .top = 0,
      .width = 6000, .height = 4500, .tab = 0, .texto = "Frame1", .back = RGB(224, 224, 224),
      .estilo = SinBorde},
@@ -46,18 +42,6 @@ const DisenoControl filasPrueba[] = {
     {.nombre = "lblDetras", .clase = Clase::Label, .contenedor = "frFondo", .left = 600,
      .top = 150, .width = 1500, .height = 300, .tab = 5, .texto = "Detras",
      .back = RGB(255, 255, 0)},
-    {.nombre = "lblAuto", .clase = Clase::Label, .contenedor = "frInterior", .left = 150,
-     .top = 60, .width = 3000, .height = 900, .tab = 10, .texto = "Fec. Desde:",
-     .fuente = {"Verdana", 9.75, false}, .estilo = AutoSize | Transparente},
-    {.nombre = "tmrPaso", .clase = Clase::Timer, .contenedor = "frFondo", .left = 1935,
-     .top = 9060, .width = 0, .height = 0, .intervalo = 1, .habilitado = false},
-    {.nombre = "tmrVivo", .clase = Clase::Timer, .contenedor = nullptr, .left = 0, .top = 0,
-     .width = 0, .height = 0, .intervalo = 1, .habilitado = true},
-    {.nombre = "desde", .clase = Clase::DTPicker, .contenedor = "frInterior", .left = 150,
-     .top = 900, .width = 2040, .height = 420, .tab = 6, .fuente = {"Verdana", 14.25, false}},
-    {.nombre = "grid_lista", .clase = Clase::Grid, .contenedor = "frFondo", .left = 3255,
-     .top = 885, .width = 2400, .height = 600, .tab = 8, .tooltip = "Lista de clientes",
-     .grid = &gridPrueba},
 };
 
 const DisenoFormulario disenoPrueba{"frmPrueba", "Pantalla de prueba", 6000, 4500,
@@ -98,41 +82,6 @@ struct Pantalla : FormPrueba {
 class TstForm : public QObject {
     Q_OBJECT
   private slots:
-    // Each design row placed in pixels (twips over 15, rounded to the nearest) within its
-    // container, in its font: a control drawn with no font has the form's.
-    void filas_data() {
-        QTest::addColumn<QString>("nombre");
-        QTest::addColumn<QRect>("enContenedor");
-        QTest::addColumn<QPoint>("enVentana"); // its top-left corner in the window
-        QTest::addColumn<QString>("fuente");   // family, points, bold
-        const QString sans = QStringLiteral("MS Sans Serif 8.25");
-        const auto caso = [](const char *n, QRect r, QPoint p, const QString &f) {
-            QTest::newRow(n) << n << r << p << f;
-        };
-        caso("frInterior", QRect(100, 101, 200, 100), QPoint(100, 101), sans);
-        caso("txtDentro", QRect(2, 20, 100, 21), QPoint(102, 121), sans);
-        caso("desde", QRect(10, 60, 136, 28), QPoint(110, 161), "Verdana 14.25");
-        caso("Open1", QRect(349, 200, 200, 133), QPoint(349, 200), sans);
-        caso("lblDelante", QRect(20, 10, 100, 20), QPoint(20, 10), "Verdana 9.75 negrita");
-    }
-    void filas() {
-        QFETCH(QString, nombre);
-        Pantalla f;
-        QVERIFY(QTest::qWaitForWindowExposed(f.ventana()));
-        Control *c = f.control(nombre);
-        QWidget *w = c->widget();
-        QTEST(w->geometry(), "enContenedor");
-        QTEST(w->mapTo(f.ventana(), QPoint(0, 0)), "enVentana");
-        const QFont letra = c->Font();
-        QTEST(QStringLiteral("%1 %2%3")
-                  .arg(letra.family())
-                  .arg(letra.pointSizeF())
-                  .arg(letra.bold() ? QStringLiteral(" negrita") : QString()),
-              "fuente");
-        QVERIFY(w->isVisible());
-        QVERIFY(!f.control(QStringLiteral("cmdOculto"))->widget()->isVisible());
-    }
-
     void construccion() {
         FormPrueba f(disenoPrueba);
         QCOMPARE(f.Width(), 6000.0 + 90); // the outer size: client area and borders
@@ -242,48 +191,6 @@ class TstForm : public QObject {
         QCOMPARE(f.control(QStringLiteral("lblDelante"))->widget()->x(), 20);
         QVERIFY(!f.control(QStringLiteral("cmdOculto"))->Visible());
         QCOMPARE(f.Caption(), QStringLiteral("Pantalla de prueba"));
-    }
-
-    void showModal_data() {
-        QTest::addColumn<QString>("como");
-        QTest::newRow("casilla de cierre") << "cierre";
-        QTest::newRow("boton que descarga") << "boton";
-    }
-
-    void showModal() {
-        QFETCH(QString, como);
-        Form f(disenoOtra);
-        f.Load();
-        auto *salir = f.control<CommandButton>(QStringLiteral("cmdSalir"));
-        connect(salir, &CommandButton::Click, &f, &Form::Unload);
-        QSignalSpy descargas(&f, &Form::Unloaded);
-        bool visto = false, modal = false, forzado = false;
-        QTimer::singleShot(0, this, [&] {
-            QWidget *v = f.ventana();
-            visto = v && v->isVisible();
-            modal = v && v->windowModality() == Qt::ApplicationModal;
-            if (como == QLatin1String("codigo"))
-                f.Unload();
-            else if (como == QLatin1String("cierre"))
-                v->close();
-            else
-                QTest::mouseClick(salir->widget(), Qt::LeftButton);
-        });
-        // A guard so that a show that never returns fails instead of hanging.
-        QTimer::singleShot(10000, this, [&] {
-            forzado = true;
-            f.Unload();
-        });
-        f.ShowModal();
-        QVERIFY(!forzado);
-        QVERIFY(visto);
-        QVERIFY(modal);
-        QCOMPARE(descargas.count(), 1);
-        QVERIFY(!f.Loaded());
-        // And it can be shown again, from the design.
-        QTimer::singleShot(0, this, [&] { f.Unload(); });
-        f.ShowModal();
-        QCOMPARE(descargas.count(), 2);
     }
 
     // The handler boundary: what the operator sees after a handler fails, and whether the
