@@ -172,31 +172,18 @@ class TstGrid : public QObject {
     }
 
     void columnas() {
-        // Columns kept through a change of Cols keep texts (a hidden one too), widths and
-        // alignments; new ones are empty, left-aligned, of the default width. The view follows.
-        Grid g(NombreGrid, nullptr, nullptr, {.rows = 2, .cols = 3});
-        QAbstractItemModelTester tester(g.modelo(),
-                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
-        for (int c = 0; c < 3; ++c)
-            g.setTextMatrix(0, c, QStringLiteral("T%1").arg(c));
-        g.setColWidth(1, 0);
-        g.setColWidth(2, 1500);
-        g.setColAlignment(2, AlineacionColumna::Derecha);
-        g.setCols(5);
-        QTableView *v = g.vista();
-        const QAbstractItemModel *m = v->model();
-        QCOMPARE(m->columnCount(), 5);
-        QCOMPARE(g.TextMatrix(0, 1) + g.TextMatrix(0, 2) + g.TextMatrix(0, 4), "T1T2");
-        QVERIFY(v->isColumnHidden(1) && !v->isColumnHidden(2));
+        // A column of width 0 is hidden in the view, a negative width shows it again at the
+        // default one; columns added keep the others' texts and widths.
+        Banco b(1);
+        b.grid.setColWidth(1, 0);
+        b.grid.setColWidth(2, 1500);
+        b.grid.setCols(5);
+        QTableView *v = b.vista();
+        QCOMPARE(v->model()->columnCount(), 5);
+        QVERIFY(v->isColumnHidden(1) && !v->isColumnHidden(2) && !v->isColumnHidden(4));
+        QCOMPARE(b.grid.TextMatrix(0, 1) + b.grid.TextMatrix(1, 3), "T1c1");
         QCOMPARE(v->columnWidth(2), APixeles(1500));
-        QCOMPARE(g.ColWidth(4), AnchoColumnaPorOmision);
-        QCOMPARE(m->index(0, 2).data(Qt::TextAlignmentRole).toInt(),
-                 Qt::AlignRight | Qt::AlignVCenter);
-        QCOMPARE(m->index(0, 4).data(Qt::TextAlignmentRole).toInt(),
-                 Qt::AlignLeft | Qt::AlignVCenter);
-        QCOMPARE(m->headerData(2, Qt::Horizontal).toString(), QStringLiteral("T2"));
-        // A negative width gives the default one, and shows a hidden column again.
-        g.setColWidth(1, -1);
+        b.grid.setColWidth(1, -1);
         QVERIFY(!v->isColumnHidden(1));
         QCOMPARE(v->columnWidth(1), APixeles(AnchoColumnaPorOmision));
     }

@@ -76,9 +76,7 @@ class TstSistema : public QObject {
     void restos_data() {
         QTest::addColumn<QByteArray>("contenido");
         QTest::newRow("left by a copy that crashed") << QByteArray("999999999\ntarifas\n\n");
-        QTest::newRow("empty") << QByteArray("");
         QTest::newRow("garbage") << QByteArray("\x01\xfe no pid here\n");
-        QTest::newRow("pid of a live process that is another program") << QByteArray("1\ninit\n");
     }
     void restos() {
         // A lock file that no live copy holds doesn't stop the program, whatever it holds.
