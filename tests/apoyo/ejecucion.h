@@ -1,19 +1,41 @@
 #pragma once
 
-// The main of every test program. Qt Test ends the whole program when an exception leaves a
-// test function; here each test function runs on its own, so an unexpected ErrorBD fails that
-// function, with the database's text, and the next one still runs.
+// The main of every test program, and what every test file shares. Qt Test ends the whole
+// program when an exception leaves a test function; here each test function runs on its own,
+// so an unexpected ErrorBD fails that function, with the database's text, and the next one
+// still runs. Each starts in the same world: Qt's test paths, so that no test touches the
+// account's own files, and Spain's regional settings, the shop's.
 #include "platform/datos/errorbd.h"
 
 #if __has_include(<QApplication>)
 #include <QApplication>
 #endif
+#include <QLocale>
 #include <QMetaMethod>
+#include <QStandardPaths>
 #include <QtTest>
 #include <cstdio>
 #include <exception>
+#include <tuple>
 
 namespace Pruebas {
+
+/// A data table whose rows are tuples of `Columnas`, kept in one column. `Tabla<QString, int>()`
+/// declares it and gives the function that adds a row: `caso("nombre de la fila", "x", 3)`.
+/// The test function reads the current row as `const auto [texto, n] = Fila<QString, int>();`,
+/// which names the columns where they are used. A row of other types fails the test.
+template <typename... Columnas> auto Tabla() {
+    QTest::addColumn<std::tuple<Columnas...>>("fila");
+    return [](const char *nombre, Columnas... valores) {
+        QTest::newRow(nombre) << std::tuple<Columnas...>(std::move(valores)...);
+    };
+}
+
+/// The current row of a Tabla.
+template <typename... Columnas> std::tuple<Columnas...> Fila() {
+    using T = std::tuple<Columnas...>;
+    return *static_cast<const T *>(QTest::qData("fila", qMetaTypeId<T>()));
+}
 
 /// The test functions of `prueba`, in declaration order, as Qt Test runs them.
 inline QStringList Funciones(const QObject &prueba) {
@@ -38,6 +60,8 @@ inline int Ejecutar(QObject &prueba, const QStringList &argumentos, const QStrin
                      prueba.metaObject()->className(), qPrintable(donde), qPrintable(texto));
         return 1;
     };
+    QStandardPaths::setTestModeEnabled(true);
+    QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
     try {
         return QTest::qExec(&prueba, argumentos);
     } catch (const ErrorBD &e) {

@@ -12,7 +12,6 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTemporaryDir>
-#include <QtTest>
 #include <algorithm>
 
 #include <arpa/inet.h>
@@ -101,7 +100,6 @@ class TstArranque : public QObject {
 
   private slots:
     void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true); // the databases the test makes in-process
         mudo = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
         sockaddr_in direccion{};
         direccion.sin_family = AF_INET;

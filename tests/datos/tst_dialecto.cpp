@@ -5,8 +5,6 @@
 #include "platform/datos/recordset.h"
 
 #include <QSqlDatabase>
-#include <QStandardPaths>
-#include <QtTest>
 #include <memory>
 
 namespace {
@@ -31,8 +29,6 @@ class TstDialecto : public QObject {
 
   private slots:
     void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
-        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
         db = std::make_unique<BaseDatosPrueba>();
         const QString producto = QStringLiteral(
             "insert into productos (codigo, codigocliente, nombre, precio, seccion, borrar) "
@@ -50,10 +46,7 @@ class TstDialecto : public QObject {
         db->Ejecutar(QStringLiteral("insert into cabecera_precio values (?, ?, ?, ?, ?)"),
                      {1, "General", "2026-01-31", "2026-01-31", "2026-12-31"});
     }
-    void cleanupTestCase() {
-        db.reset();
-        QLocale::setDefault(QLocale::c());
-    }
+    void cleanupTestCase() { db.reset(); }
 
     void adaptar_data() {
         QTest::addColumn<QString>("sentencia");

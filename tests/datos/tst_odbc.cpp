@@ -15,8 +15,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QStandardPaths>
-#include <QtTest>
 
 class TstOdbc : public QObject {
     Q_OBJECT
@@ -46,8 +44,6 @@ class TstOdbc : public QObject {
         QVERIFY(casa.isValid());
         qputenv("HOME", casa.path().toLocal8Bit());
         qputenv("ODBCINI", OdbcIni().toLocal8Bit());
-        QStandardPaths::setTestModeEnabled(true);
-        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
     }
     void init() { Principal::ReiniciarSesion(); }
     void cleanup() { Principal::ReiniciarSesion(); }

@@ -15,8 +15,6 @@
 #include <QDir>
 #include <QFile>
 #include <QSqlQuery>
-#include <QStandardPaths>
-#include <QtTest>
 
 namespace {
 
@@ -39,11 +37,7 @@ class TstServidor : public QObject {
     }
 
   private slots:
-    void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
-        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
-        QFile::remove(Corvanta());
-    }
+    void initTestCase() { QFile::remove(Corvanta()); }
     void cleanup() {
         qunsetenv("TARIFAS_DEMO");
         Principal::ReiniciarSesion();

@@ -7,9 +7,6 @@
 #include "platform/datos/errorbd.h"
 #include "suite/ui/svcaspecto.h"
 
-#include <QStandardPaths>
-#include <QtTest>
-
 namespace {
 
 /// Each data row of `g`, its cells joined by "|".
@@ -70,11 +67,6 @@ class TstEditorCarga : public QObject {
     Q_OBJECT
 
   private slots:
-    void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
-        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
-    }
-
     void modo_data() {
         QTest::addColumn<QString>("tipoNegocio");
         QTest::addColumn<bool>("tallaColor");

@@ -11,8 +11,6 @@
 
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QStandardPaths>
-#include <QtTest>
 #include <future>
 #include <thread>
 
@@ -84,11 +82,6 @@ class TstEditorLista : public QObject {
     Q_OBJECT
 
   private slots:
-    void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
-        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
-    }
-
     void periodo_data() {
         QTest::addColumn<QString>("pasos"); // "desde=ISO", "hasta=ISO", "aceptar", "cancelar"
         QTest::addColumn<bool>("visibles");

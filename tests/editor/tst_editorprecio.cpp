@@ -8,8 +8,6 @@
 #include "platform/ui/mensajes.h"
 
 #include <QHeaderView>
-#include <QStandardPaths>
-#include <QtTest>
 
 namespace {
 
@@ -46,11 +44,6 @@ class TstEditorPrecio : public QObject {
     Q_OBJECT
 
   private slots:
-    void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
-        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
-    }
-
     void entrada_data() {
         QTest::addColumn<QString>("tipoNegocio");
         QTest::newRow("llano") << QString();

@@ -5,18 +5,10 @@
 #include "platform/ui/mensajes.h"
 #include "suite/datos/svcopciones.h"
 
-#include <QStandardPaths>
-#include <QtTest>
-
 class TstFiabilidad : public QObject {
     Q_OBJECT
 
   private slots:
-    void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
-        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
-    }
-
     void textos_data() {
         QTest::addColumn<QString>("texto");
         QTest::addColumn<QString>("tipoNegocio");

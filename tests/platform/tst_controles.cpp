@@ -18,7 +18,6 @@
 #include <QTemporaryDir>
 #include <QTextBrowser>
 #include <QTextCharFormat>
-#include <QtTest>
 
 #include <stdexcept>
 

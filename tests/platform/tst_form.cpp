@@ -11,7 +11,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
-#include <QtTest>
 #include <optional>
 
 #include <stdexcept>

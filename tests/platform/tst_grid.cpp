@@ -8,7 +8,6 @@
 #include <QAbstractItemModelTester>
 #include <QHeaderView>
 #include <QTableView>
-#include <QtTest>
 
 #include <functional>
 #include <stdexcept>

@@ -10,9 +10,7 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QtTest>
 #include <memory>
 
 class TstRecordset : public QObject {
@@ -37,7 +35,6 @@ class TstRecordset : public QObject {
     }
 
   private slots:
-    void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
     void init() {
         dir = std::make_unique<QTemporaryDir>();
         QVERIFY(dir->isValid());
@@ -53,7 +50,6 @@ class TstRecordset : public QObject {
     void cleanup() {
         conexion.reset();
         dir.reset();
-        QLocale::setDefault(QLocale::c());
     }
 
     // A field by name whatever its case, among aliases that differ by case and by one letter;

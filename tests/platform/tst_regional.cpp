@@ -3,16 +3,11 @@
 #include "platform/datos/regional.h"
 
 #include <QDateTime>
-#include <QStandardPaths>
-#include <QtTest>
 
 class TstRegional : public QObject {
     Q_OBJECT
 
   private slots:
-    void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
-    void cleanup() { QLocale::setDefault(QLocale::c()); }
-
     void formato() {
         // The short date form of the region, always with a four-digit year.
         for (const auto &[idioma, formato] :
@@ -25,35 +20,26 @@ class TstRegional : public QObject {
     // A date as text, and a text as a date: the region's form, ISO as a fallback, and
     // nothing guessed (an empty text or an invalid date for what isn't one).
     void fechas_data() {
-        QTest::addColumn<QString>("idioma");
-        QTest::addColumn<QString>("texto");
-        QTest::addColumn<QDate>("fecha");
-        QTest::addColumn<bool>("escrita"); // the date is written as that text
-        auto caso = [](const char *n, const char *idioma, const char *texto, QDate fecha,
-                       bool escrita = false) {
-            QTest::newRow(n) << idioma << texto << fecha << escrita;
-        };
+        // Region, text, date, and whether the date is written as that text.
+        const auto caso = Pruebas::Tabla<QString, QString, QDate, bool>();
         caso("es first day", "es_ES", "1/1/1601", QDate(1601, 1, 1), true);
         caso("es last day", "es_ES", "31/12/9999", QDate(9999, 12, 31), true);
         caso("es 2001 keeps its century", "es_ES", "1/1/2001", QDate(2001, 1, 1), true);
         caso("us month first", "en_US", "12/31/2026", QDate(2026, 12, 31), true);
         caso("de", "de_DE", "04.03.2026", QDate(2026, 3, 4), true);
         caso("invalid date, empty text", "es_ES", "", QDate(), true);
-        caso("es two-digit day and month", "es_ES", "05/03/2026", QDate(2026, 3, 5));
-        caso("es blanks around", "es_ES", "  5/3/2026 ", QDate(2026, 3, 5));
-        caso("es ISO", "es_ES", "2026-03-05", QDate(2026, 3, 5));
-        caso("es 29 February of a leap year", "es_ES", "29/2/2028", QDate(2028, 2, 29));
-        caso("es two-digit year is not guessed", "es_ES", "1/1/26", QDate());
-        caso("es letters", "es_ES", "mañana", QDate());
-        caso("es ISO with a bad day", "es_ES", "2026-02-30", QDate());
-        caso("us day first is refused", "en_US", "31/12/2026", QDate());
-        caso("de one-digit day", "de_DE", "4.3.2026", QDate(2026, 3, 4));
+        caso("es two-digit day and month", "es_ES", "05/03/2026", QDate(2026, 3, 5), false);
+        caso("es blanks around", "es_ES", "  5/3/2026 ", QDate(2026, 3, 5), false);
+        caso("es ISO", "es_ES", "2026-03-05", QDate(2026, 3, 5), false);
+        caso("es 29 February of a leap year", "es_ES", "29/2/2028", QDate(2028, 2, 29), false);
+        caso("es two-digit year is not guessed", "es_ES", "1/1/26", QDate(), false);
+        caso("es letters", "es_ES", "mañana", QDate(), false);
+        caso("es ISO with a bad day", "es_ES", "2026-02-30", QDate(), false);
+        caso("us day first is refused", "en_US", "31/12/2026", QDate(), false);
+        caso("de one-digit day", "de_DE", "4.3.2026", QDate(2026, 3, 4), false);
     }
     void fechas() {
-        QFETCH(QString, idioma);
-        QFETCH(QString, texto);
-        QFETCH(QDate, fecha);
-        QFETCH(bool, escrita);
+        const auto [idioma, texto, fecha, escrita] = Pruebas::Fila<QString, QString, QDate, bool>();
         QLocale::setDefault(QLocale(idioma));
         QCOMPARE(TextoAFecha(texto), fecha);
         if (escrita)
@@ -63,11 +49,9 @@ class TstRegional : public QObject {
     // A number as the shop reads it: the region's decimal sign, no grouping, no exponent,
     // the shortest text that reads back as the same number.
     void numeroATexto_data() {
-        QTest::addColumn<QString>("idioma");
-        QTest::addColumn<double>("valor");
-        QTest::addColumn<QString>("texto");
-        auto caso = [](const char *idioma, double v, const QString &t) {
-            QTest::newRow(qPrintable(QStringLiteral("%1 %2").arg(idioma, t))) << idioma << v << t;
+        const auto fila = Pruebas::Tabla<QString, double, QString>();
+        const auto caso = [&](const char *idioma, double v, const QString &t) {
+            fila(qPrintable(QStringLiteral("%1 %2").arg(idioma, t)), idioma, v, t);
         };
         caso("es_ES", 12.5, "12,5");
         caso("es_ES", 1234567.25, "1234567,25");
@@ -78,9 +62,7 @@ class TstRegional : public QObject {
         caso("es_ES", -2.5, "-2,5");
     }
     void numeroATexto() {
-        QFETCH(QString, idioma);
-        QFETCH(double, valor);
-        QFETCH(QString, texto);
+        const auto [idioma, valor, texto] = Pruebas::Fila<QString, double, QString>();
         QLocale::setDefault(QLocale(idioma));
         QCOMPARE(NumeroATexto(valor), texto);
         bool ok = false;
@@ -90,12 +72,7 @@ class TstRegional : public QObject {
 
     // Any value a field holds, as a grid shows it.
     void valorATexto_data() {
-        QTest::addColumn<QString>("idioma");
-        QTest::addColumn<QVariant>("valor");
-        QTest::addColumn<QString>("texto");
-        auto caso = [](const char *n, const char *i, const QVariant &v, const char *t) {
-            QTest::newRow(n) << i << v << t;
-        };
+        const auto caso = Pruebas::Tabla<QString, QVariant, QString>();
         caso("Null", "es_ES", QVariant(), "");
         caso("text", "es_ES", "Camiseta básica", "Camiseta básica");
         caso("date us", "en_US", QDate(2026, 1, 31), "1/31/2026");
@@ -110,10 +87,9 @@ class TstRegional : public QObject {
         caso("false", "en_US", false, "Falso");
     }
     void valorATexto() {
-        QFETCH(QString, idioma);
-        QFETCH(QVariant, valor);
+        const auto [idioma, valor, texto] = Pruebas::Fila<QString, QVariant, QString>();
         QLocale::setDefault(QLocale(idioma));
-        QTEST(ValorATexto(valor), "texto");
+        QCOMPARE(ValorATexto(valor), texto);
     }
 };
 

@@ -5,9 +5,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QtTest>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -43,7 +41,6 @@ class TstSistema : public QObject {
 
   private slots:
     void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
         QVERIFY(dir.isValid());
         // A runtime directory and a temporary folder of this test's own.
         QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("run")));

@@ -11,8 +11,6 @@
 #include <QHeaderView>
 #include <QPushButton>
 #include <QSqlQuery>
-#include <QStandardPaths>
-#include <QtTest>
 #include <functional>
 
 namespace {
@@ -77,11 +75,6 @@ class TstFrmListas : public QObject {
     Q_OBJECT
 
   private slots:
-    void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
-        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
-    }
-
     void init() { tienda = std::make_unique<TiendaPrueba>(); }
     void cleanup() { tienda.reset(); }
 

@@ -13,9 +13,7 @@
 #include <QDir>
 #include <QFile>
 #include <QSqlQuery>
-#include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QtTest>
 
 #include <csignal>
 #include <sys/resource.h>
@@ -55,7 +53,6 @@ class TstInicio : public QObject {
 
   private slots:
     void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
         QVERIFY(dir.isValid());
         corvanta = QDir(DirectorioDatosSuite()).filePath(QStringLiteral("Corvanta.sqlite"));
     }

@@ -11,9 +11,6 @@
 #include "suite/ui/svcteclado.h"
 #include "suite/ui/svctraduccion.h"
 
-#include <QStandardPaths>
-#include <QtTest>
-
 namespace {
 
 // clang-format off
@@ -54,20 +51,17 @@ class TstPantallas : public QObject {
     Control *control(const char *nombre) { return form->control(QString::fromLatin1(nombre)); }
 
   private slots:
-    void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
     void init() {
         db = std::make_unique<BaseDatosPrueba>();
         form = std::make_unique<Form>(diseno);
         form->Load();
         grid = std::make_unique<Grid>(QStringLiteral("grid"), nullptr, nullptr,
                                       DisenoGrid{.rows = 2, .cols = 4});
-        QLocale::setDefault(QLocale(QStringLiteral("es_ES")));
     }
     void cleanup() {
         grid.reset();
         form.reset();
         db.reset();
-        QLocale::setDefault(QLocale::c());
     }
 
     void escala() {

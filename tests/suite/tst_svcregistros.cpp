@@ -7,8 +7,6 @@
 
 #include <QSqlQuery>
 #include <QSqlRecord>
-#include <QStandardPaths>
-#include <QtTest>
 #include <memory>
 
 namespace {
@@ -91,16 +89,11 @@ class TstSvcRegistros : public QObject {
     }
 
   private slots:
-    void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
     void init() {
         db = std::make_unique<BaseDatosPrueba>();
-        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
         Listas();
     }
-    void cleanup() {
-        db.reset();
-        QLocale::setDefault(QLocale::c());
-    }
+    void cleanup() { db.reset(); }
 
     // What is stored, read back at once: a new list's header (after lists 1 and 2), a price,
     // Booleans, small whole numbers and reals.
