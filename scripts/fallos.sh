@@ -20,6 +20,8 @@
 # ctest -L '^sqlite$' --stop-on-failure, and the file is put back as it was, even when the run
 # is interrupted. The table and the score go to the screen and to resultados.txt in the work
 # folder; the latest result of every fault ever run on that copy is kept in resultados-todos.txt.
+# With FALLOS_TODAS=1 the suite runs whole for each fault, and the table names every test
+# program that fails: the programs that alone catch a fault are the ones a cut must keep.
 # Exit status: 0 when every fault could be planted and built, 1 otherwise.
 set -uo pipefail
 
@@ -299,8 +301,10 @@ correr() { # log, command...
 }
 
 compilar() { correr "$1" cmake --build "$build" -j"$hilos"; }
-probar() { # log; the SQLite suite, stopping at the first failure
-  correr "$1" ctest --test-dir "$build" -L '^sqlite$' -j"$hilos" --timeout 120 --stop-on-failure \
+parar=(--stop-on-failure)
+[ "${FALLOS_TODAS:-}" = 1 ] && parar=()
+probar() { # log; the SQLite suite, stopping at the first failure unless FALLOS_TODAS=1
+  correr "$1" ctest --test-dir "$build" -L '^sqlite$' -j"$hilos" --timeout 120 "${parar[@]}" \
     --output-on-failure
 }
 
@@ -332,10 +336,18 @@ else
 fi
 
 # --- One fault at a time --------------------------------------------------------------------
-primer_fallo() { # ctest log -> "test" or "test (Timeout)", and its first failing function
+primer_fallo() { # ctest log -> "test" or "test (Timeout)" (with FALLOS_TODAS, every one),
+  # and the first failing function
   python3 - "$1" <<'PY'
-import re, sys
+import os, re, sys
 texto = open(sys.argv[1], encoding="utf-8", errors="replace").read()
+if os.environ.get("FALLOS_TODAS") == "1":
+    todas = re.findall(r"^\s*\d+/\d+ Test +#\d+: (\S+) .*?\*\*\*(\w+)", texto, re.M)
+    if todas:
+        print(", ".join(p if c == "Failed" else f"{p} ({c})" for p, c in todas))
+        f = re.search(r"^FAIL!  : (.*)$", texto, re.M)
+        print(f.group(1).strip()[:160] if f else "")
+        sys.exit()
 m = re.search(r"^\s*\d+/\d+ Test +#\d+: (\S+) .*?\*\*\*(\w+)", texto, re.M)
 if not m:
     m2 = re.search(r"^\s*\d+ - (\S+) \((\w[^)]*)\)", texto, re.M)  # "The following tests FAILED"
