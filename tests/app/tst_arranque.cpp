@@ -124,16 +124,11 @@ class TstArranque : public QObject {
     }
 
     void arranque_data() {
-        QTest::addColumn<QString>("caso");    // what is prepared before the start
-        QTest::addColumn<QString>("cadena");  // TARIFAS_DB; %1 is the test's folder
-        QTest::addColumn<int>("codigo");      // the exit status, or sigue
-        QTest::addColumn<QString>("dice");    // one line of stderr matches it (empty: silent)
-        QTest::addColumn<QString>("fichero"); // the database file checked after
-        QTest::addColumn<int>("productos");   // in it afterwards; -1: unchanged or not made
-        auto caso = [](const char *n, const char *c, const char *cadena, int codigo,
-                       const char *dice, const char *fichero, int productos) {
-            QTest::newRow(n) << c << cadena << codigo << dice << fichero << productos;
-        };
+        // caso: what is prepared before the start; cadena: TARIFAS_DB; %1 is the test's folder;
+        // codigo: the exit status, or sigue; dice: one line of stderr matches it (empty: silent);
+        // fichero: the database file checked after; productos: in it afterwards; -1: unchanged or
+        // not made
+        const auto caso = Pruebas::Tabla<QString, QString, int, QString, QString, int>();
         caso("no display at all", "sin pantalla", "", 1, "(?i)(pantalla|display)",
              "datos/tarifas/tarifas.sqlite", -1);
         caso("file that is not a database", "basura", "sqlite:%1/basura.sqlite", 1,
@@ -146,12 +141,8 @@ class TstArranque : public QObject {
              "anchopantalla.*altopantalla", "t.sqlite", 300);
     }
     void arranque() {
-        QFETCH(QString, caso);
-        QFETCH(QString, cadena);
-        QFETCH(int, codigo);
-        QFETCH(QString, dice);
-        QFETCH(QString, fichero);
-        QFETCH(int, productos);
+        auto [caso, cadena, codigo, dice, fichero, productos] =
+            Pruebas::Fila<QString, QString, int, QString, QString, int>();
         cadena.replace("%1", dir->path()).replace("%2", QString::number(puertoMudo));
         QProcessEnvironment entorno = Entorno(cadena);
         const QString ruta = Ruta(fichero);

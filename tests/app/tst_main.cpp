@@ -103,22 +103,17 @@ class TstMain : public QObject {
     // How a run ends, as the process's status and its standard error, and whether the database
     // is there afterwards.
     void salida_data() {
-        QTest::addColumn<QString>("caso");
-        QTest::addColumn<int>("estado");
-        QTest::addColumn<QString>("error");
-        QTest::addColumn<bool>("base");
-        QTest::newRow("the register's door") << "puerta" << 0 << "" << true;
-        QTest::newRow("the window's close box") << "casilla" << 0 << "" << true;
-        QTest::newRow("the editor, and both doors") << "editor" << 0 << "" << true;
-        QTest::newRow("a failed load, reported") << "carga fallida" << 1 << "productos" << true;
+        const auto caso = Pruebas::Tabla<QString, int, QString, bool>();
+        caso("the register's door", "puerta", 0, "", true);
+        caso("the window's close box", "casilla", 0, "", true);
+        caso("the editor, and both doors", "editor", 0, "", true);
+        caso("a failed load, reported", "carga fallida", 1, "productos", true);
         // Last: this test process becomes the copy that runs, and the real program started now
         // is a second copy, which ends at once and touches no database.
-        QTest::newRow("a second copy") << "" << 0 << "" << false;
+        caso("a second copy", "", 0, "", false);
     }
     void salida() {
-        QFETCH(QString, caso);
-        QFETCH(int, estado);
-        QFETCH(QString, error);
+        const auto [caso, estado, error, queda] = Pruebas::Fila<QString, int, QString, bool>();
         const QString base = dir.filePath(QTest::currentDataTag() + QStringLiteral(".sqlite"));
         if (caso.isEmpty()) {
             qputenv("XDG_RUNTIME_DIR", dir.path().toUtf8());
@@ -130,7 +125,7 @@ class TstMain : public QObject {
         QCOMPARE(programa->exitStatus(), QProcess::NormalExit); // no crash on the way out
         QVERIFY2(programa->exitCode() == estado, qPrintable(salida));
         QVERIFY2(error.isEmpty() ? salida.isEmpty() : salida.contains(error), qPrintable(salida));
-        QTEST(QFile::exists(base), "base");
+        QCOMPARE(QFile::exists(base), queda);
     }
 };
 

@@ -49,12 +49,10 @@ class TstDialecto : public QObject {
     void cleanupTestCase() { db.reset(); }
 
     void adaptar_data() {
-        QTest::addColumn<QString>("sentencia");
-        QTest::addColumn<QString>("sqlite");
-        QTest::addColumn<QString>("postgresql");
         // Without a PostgreSQL text, the same as SQLite's.
-        auto caso = [](const char *n, const char *s, const char *l, const char *p = "") {
-            QTest::newRow(n) << s << l << (*p ? p : l);
+        const auto fila = Pruebas::Tabla<QString, QString, QString>();
+        const auto caso = [&](const char *n, const char *s, const char *l, const char *p = "") {
+            fila(n, s, l, (*p ? p : l));
         };
         caso("literals and comments are left alone",
              "select 'a <> null like \"X\" order by' from t where x<>null -- c like d\n",
@@ -81,21 +79,15 @@ class TstDialecto : public QObject {
              "f(a, b) asc nulls first, b nulls last, c nulls first limit 5");
     }
     void adaptar() {
-        QFETCH(QString, sentencia);
-        QFETCH(QString, sqlite);
+        const auto [sentencia, sqlite, postgresql] = Pruebas::Fila<QString, QString, QString>();
         QCOMPARE(DialectoDe("QSQLITE")->Adaptar(sentencia), sqlite);
-        QTEST(DialectoDe("QPSQL")->Adaptar(sentencia), "postgresql");
+        QCOMPARE(DialectoDe("QPSQL")->Adaptar(sentencia), postgresql);
     }
 
     /// Each statement's rows, as the program reads them: the named field's text of every
     /// row, "<nulo>" for Null, joined by ";".
     void mismasFilas_data() {
-        QTest::addColumn<QString>("sentencia");
-        QTest::addColumn<QString>("campo");
-        QTest::addColumn<QString>("filas");
-        auto caso = [](const char *n, const char *s, const char *c, const char *f) {
-            QTest::newRow(n) << s << c << f;
-        };
+        const auto caso = Pruebas::Tabla<QString, QString, QString>();
         caso("a price as the shop writes it", "select precio from productos order by codigo",
              "precio", "12,5;7;0,1;1234567890123,45");
         caso("like ignores case",
@@ -134,16 +126,15 @@ class TstDialecto : public QObject {
              "codigoint", "3");
     }
     void mismasFilas() {
-        QFETCH(QString, sentencia);
-        QFETCH(QString, campo);
+        const auto [sentencia, campo, filas] = Pruebas::Fila<QString, QString, QString>();
         ADODB::Recordset rs;
         rs.Open(sentencia, db->Conexion());
-        QStringList filas;
+        QStringList leidas;
         for (; !rs.Eof(); rs.MoveNext()) {
             const ADODB::Field f = rs.Fields(campo);
-            filas << (f.EsNulo() ? QStringLiteral("<nulo>") : f.Texto());
+            leidas << (f.EsNulo() ? QStringLiteral("<nulo>") : f.Texto());
         }
-        QTEST(filas.join(QLatin1Char(';')), "filas");
+        QCOMPARE(leidas.join(QLatin1Char(';')), filas);
     }
 };
 

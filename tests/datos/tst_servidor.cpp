@@ -1,19 +1,12 @@
-// The suite's database as the run gives it (an SQLite file, or a PostgreSQL server): its first
-// use, start-up on it, and a server connection that goes away while in use.
+// The suite's database as the run gives it (an SQLite file, or a PostgreSQL server): units of
+// work, and a connection that goes away or a statement that never ends while in use.
 #include "apoyo/basedatosprueba.h"
 #include "apoyo/ejecucion.h"
 #include "apoyo/errores.h"
-#include "platform/datos/cadenaconexion.h"
 #include "platform/datos/recordset.h"
 #include "platform/datos/transaccion.h"
-#include "session/principal.h"
-#include "session/sesionsuite.h"
-#include "suite/datos/esquema.h"
-#include "suite/datos/svcconexion.h"
 #include "suite/datos/svcregistros.h"
 
-#include <QDir>
-#include <QFile>
 #include <QSqlQuery>
 
 namespace {
@@ -32,50 +25,7 @@ const QString lista = QStringLiteral("fechaalta=1/2/2026|preciovalidodesde=1/2/2
 class TstServidor : public QObject {
     Q_OBJECT
 
-    static QString Corvanta() {
-        return QDir(DirectorioDatosSuite()).filePath(QStringLiteral("Corvanta.sqlite"));
-    }
-
   private slots:
-    void initTestCase() { QFile::remove(Corvanta()); }
-    void cleanup() {
-        qunsetenv("TARIFAS_DEMO");
-        Principal::ReiniciarSesion();
-    }
-    void cleanupTestCase() { QFile::remove(Corvanta()); }
-
-    void primerUso_data() {
-        QTest::addColumn<QByteArray>("demo");
-        QTest::addColumn<QStringList>("previas");
-        QTest::addColumn<int>("productos");
-        QTest::addColumn<int>("opciones");
-        QTest::newRow("no tables, no demo") << QByteArray() << QStringList() << 0 << 0;
-        QTest::newRow("no tables, demo asked") << QByteArray("1") << QStringList() << 300 << 1;
-        QTest::newRow("demo asked otherwise") << QByteArray("si") << QStringList() << 0 << 0;
-        QTest::newRow("one table there: kept, and no demo")
-            << QByteArray("1")
-            << QStringList{"create table PRODUCTOS (codigo integer, nombre text)",
-                           "insert into productos values (7, 'Suyo')"}
-            << 1 << 0;
-    }
-    void primerUso() {
-        QFETCH(QByteArray, demo);
-        QFETCH(QStringList, previas);
-        if (!demo.isEmpty())
-            qputenv("TARIFAS_DEMO", demo);
-        BaseDatosPrueba db(false);
-        for (const QString &sql : previas)
-            db.Ejecutar(sql);
-        for (int vez = 1; vez <= 2; ++vez) { // a second start finds it all and adds nothing
-            ADODB::Connection c;
-            SvcConexion().AbrirConexion(db.Cadena(), c);
-            for (const TablaEsquema &t : TablasSuite())
-                Cuenta(c, QLatin1String(t.nombre)); // every table is there to be read
-            QTEST(Cuenta(c, QStringLiteral("productos")), "productos");
-            QTEST(Cuenta(c, QStringLiteral("opciones")), "opciones");
-        }
-    }
-
     void conexionPerdida_data() {
         QTest::addColumn<QString>("primero");
         QTest::newRow("a read comes first") << "leer";

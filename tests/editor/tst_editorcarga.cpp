@@ -1,11 +1,9 @@
-// The editor's load: the business mode, the way out and the register's refresh, and what a
-// load that can't go on does; and its listings: the catalogue of either mode (a row per live
-// product by name, or per variant and per product without variants), the prices the open list
-// holds, and the size and colour of a stored variant.
+// The editor's load: the business mode, the way out and the register's refresh, a list code
+// that no list can bear; and its listings: the catalogue of either mode (a row per live product
+// by name, or per variant and per product without variants) and the prices the open list holds,
+// with the size and colour of each stored variant.
 #include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
-#include "platform/datos/errorbd.h"
-#include "suite/ui/svcaspecto.h"
 
 namespace {
 
@@ -68,16 +66,14 @@ class TstEditorCarga : public QObject {
 
   private slots:
     void modo_data() {
-        QTest::addColumn<QString>("tipoNegocio");
-        QTest::addColumn<bool>("tallaColor");
-        QTest::newRow("TALLACOLOR") << TallaColor << true;
-        QTest::newRow("minusculas") << QStringLiteral("tallacolor") << false;
-        QTest::newRow("blanco detras") << QStringLiteral("TALLACOLOR ") << false;
-        QTest::newRow("vacio") << QString() << false;
+        const auto caso = Pruebas::Tabla<QString, bool>();
+        caso("TALLACOLOR", TallaColor, true);
+        caso("minusculas", QStringLiteral("tallacolor"), false);
+        caso("blanco detras", QStringLiteral("TALLACOLOR "), false);
+        caso("vacio", QString(), false);
     }
     void modo() {
-        QFETCH(QString, tipoNegocio);
-        QFETCH(bool, tallaColor);
+        const auto [tipoNegocio, tallaColor] = Pruebas::Fila<QString, bool>();
         TiendaPrueba tienda(tipoNegocio);
         tienda.Producto(1, "C1", "Camisa", 12.5);
         tienda.Lista(1, "General");
@@ -136,48 +132,24 @@ class TstEditorCarga : public QObject {
         QCOMPARE(tienda.Valor("select count(*) from detalle_precio").toInt(), 1);
     }
 
-    void cargaFallida() {
-        // A failing database leaves no half-built editor and says what failed.
-        TiendaPrueba tienda;
-        tienda.Lista(1, "General");
-        tienda.Ejecutar(QStringLiteral("drop table productos"));
-        QString texto;
-        try {
-            tienda.CargarEditor(1);
-        } catch (const ErrorCarga &error) {
-            texto = QString::fromUtf8(error.what());
-        }
-        QVERIFY2(texto.contains(QLatin1String("productos")), qPrintable(texto));
-        QVERIFY(!frmTarifas().Loaded());
-    }
-
     void catalogo_data() {
-        QTest::addColumn<QString>("tipoNegocio");
-        QTest::addColumn<bool>("soloBorrados");
-        QTest::addColumn<QStringList>("filas");
-        QTest::newRow("llano, por nombre")
-            << QString() << false
-            << QStringList{"||5||", "P1|Calcetin|1|4,5|S1", "P2|Camisa|2|20|S2",
-                           " 07 |Zapato 'Oxford' |6|1,125| x"};
-        QTest::newRow("llano, solo borrados") << QString() << true << QStringList{"||||"};
+        const auto caso = Pruebas::Tabla<QString, bool, QStringList>();
+        caso("llano, por nombre", QString(), false,
+             QStringList{"||5||", "P1|Calcetin|1|4,5|S1", "P2|Camisa|2|20|S2",
+                         " 07 |Zapato 'Oxford' |6|1,125| x"});
+        caso("llano, solo borrados", QString(), true, QStringList{"||||"});
         // Without an order asked for: compared sorted.
-        QTest::newRow("textil") << TallaColor << false
-                                << QStringList{"P1|Calcetin|1|-1|||4,5|S1",
-                                               "V-PROPIO|Camisa|2|PROPIO|M|Rojo|25,75|S2",
-                                               "P2|Camisa|2|NULOS|XL|Azul marino|20|S2",
-                                               "P2|Camisa|2|VACIOS|M|Azul marino|20|S2",
-                                               "P2|Camisa|2|CERO|XL|Rojo|0|S2",
-                                               "P2|Camisa|2|SINTALLA||Rojo|20|S2",
-                                               "P2|Camisa|2|SINCOLOR|M||20|S2",
-                                               "P2|Camisa|2|O'NEIL|||20|S2",
-                                               "||5|-1||||",
-                                               " 07 |Zapato 'Oxford' |6|-1|||1,125| x"};
-        QTest::newRow("textil, solo borrados") << TallaColor << true << QStringList{"|||||||"};
+        caso("textil", TallaColor, false,
+             QStringList{"P1|Calcetin|1|-1|||4,5|S1", "V-PROPIO|Camisa|2|PROPIO|M|Rojo|25,75|S2",
+                         "P2|Camisa|2|NULOS|XL|Azul marino|20|S2",
+                         "P2|Camisa|2|VACIOS|M|Azul marino|20|S2", "P2|Camisa|2|CERO|XL|Rojo|0|S2",
+                         "P2|Camisa|2|SINTALLA||Rojo|20|S2", "P2|Camisa|2|SINCOLOR|M||20|S2",
+                         "P2|Camisa|2|O'NEIL|||20|S2", "||5|-1||||",
+                         " 07 |Zapato 'Oxford' |6|-1|||1,125| x"});
+        caso("textil, solo borrados", TallaColor, true, QStringList{"|||||||"});
     }
     void catalogo() {
-        QFETCH(QString, tipoNegocio);
-        QFETCH(bool, soloBorrados);
-        QFETCH(QStringList, filas);
+        auto [tipoNegocio, soloBorrados, filas] = Pruebas::Fila<QString, bool, QStringList>();
         TiendaPrueba tienda(tipoNegocio);
         Catalogo(tienda, soloBorrados);
         FrmTarifas &e = tienda.CargarEditor(1);
@@ -191,14 +163,11 @@ class TstEditorCarga : public QObject {
     }
 
     void seleccionados_data() {
-        QTest::addColumn<QString>("tipoNegocio");
-        QTest::addColumn<QString>("extra");  // run on the shop before the load
-        QTest::addColumn<QString>("precio"); // names the row
-        QTest::addColumn<QString>("fila");
-        const auto caso = [](const char *nombre, const QString &modo, const char *precio,
-                             const char *fila, const char *extra = "") {
-            QTest::newRow(nombre) << modo << extra << precio << fila;
-        };
+        // extra: run on the shop before the load; precio: names the row
+        const auto fila = Pruebas::Tabla<QString, QString, QString, QString>();
+        const auto caso = [&](const char *nombre, const QString &modo, const char *precio,
+                              const char *vista,
+                              const char *extra = "") { fila(nombre, modo, extra, precio, vista); };
         caso("textil, con codigo propio", TallaColor, "55", "Z1M|Zeta|1|1M|M|Rojo|55|");
         caso("textil, sin codigo propio", TallaColor, "56", "Z1|Zeta|1|1L|L|Azul|56|");
         caso("textil, talla desaparecida", TallaColor, "57", "Z1|Zeta|1|1X|||57|");
@@ -220,10 +189,8 @@ class TstEditorCarga : public QObject {
         caso("llano, campos nulos", QString(), "", "||5||");
     }
     void seleccionados() {
-        QFETCH(QString, tipoNegocio);
-        QFETCH(QString, extra);
-        QFETCH(QString, precio);
-        QFETCH(QString, fila);
+        const auto [tipoNegocio, extra, precio, fila] =
+            Pruebas::Fila<QString, QString, QString, QString>();
         if (QByteArray(QTest::currentDataTag()).contains("SQLite"))
             SOLO_SQLITE("a server's whole-number column holds no fraction");
         const bool textil = !tipoNegocio.isEmpty();
@@ -242,60 +209,6 @@ class TstEditorCarga : public QObject {
         const QList<int> filas = FilasCon(g, textil ? 6 : 3, precio);
         QCOMPARE(filas.size(), 1);
         QCOMPARE(Fila(g, filas.first()).join('|'), fila);
-    }
-
-    void tallaYColor_data() {
-        QTest::addColumn<QString>("codProd");
-        QTest::addColumn<QString>("codHijo");
-        QTest::addColumn<QString>("esperado"); // size|colour|shop code
-        const auto caso = [](const char *nombre, const char *p, const char *h, const char *r) {
-            QTest::newRow(nombre) << p << h << r;
-        };
-        caso("encontrada", "1", "1M", "M|Rojo|Z1M");
-        caso("vacio: la de codigo vacio", "4", "", "L|Rojo|V4");
-        caso("apostrofo", "1", "O'1", "M|Azul|Z1O");
-        caso("apostrofo y condicion", "1", "x' or '1'='1", "||");
-        caso("producto con condicion", "1 or 1=1", "1M", "||");
-    }
-    void tallaYColor() {
-        QFETCH(QString, codProd);
-        QFETCH(QString, codHijo);
-        QFETCH(QString, esperado);
-        TiendaPrueba tienda(TallaColor);
-        TiendaConLista(tienda);
-        FrmTarifas &e = tienda.CargarEditor(2);
-        QString color = QStringLiteral("previo"), codCliente = QStringLiteral("previo");
-        const QString talla = e.obtenerTallaYColor(codProd, codHijo, color, codCliente);
-        QCOMPARE((QStringList{talla, color, codCliente}).join('|'), esperado);
-    }
-
-    void listadoComoConsulta() {
-        // A listing reads the list's variants once; each row must show what the one-variant
-        // query gives for it. The same code twice: the first answers. Product 6's one variant
-        // has a Null code.
-        TiendaPrueba tienda(TallaColor);
-        TiendaConLista(tienda);
-        tienda.Producto(6, "P6", "Bota", 5);
-        tienda.Ejecutar("insert into productostextil (codigopadre, codigohijo, talla, color, "
-                        "codcliente) values (4, '7', 1, 1, 'V47'), (4, '7', 2, 2, 'V47-otra'), "
-                        "(4, '07', 2, 2, 'V407'), (4, '7 ', 1, 2, 'V47b'), (6, null, 1, 1, 'V6')");
-        tienda.Ejecutar("insert into detalle_precio values (1, 4, 1, null), (1, 4, 2, '7'), "
-                        "(1, 4, 3, '07'), (1, 4, 4, '7 '), (1, 4, 5, ''), (1, 6, 6, null)");
-        FrmTarifas &e = tienda.CargarEditor(1);
-        const Grid &g = *e.grid_Pseleccionados;
-        QStringList vistas, consultadas;
-        for (int f = 1; f < g.Rows(); ++f) {
-            QString color, codCliente;
-            const QString talla =
-                e.obtenerTallaYColor(g.TextMatrix(f, 2), g.TextMatrix(f, 3), color, codCliente);
-            vistas << g.TextMatrix(f, 4) + '|' + g.TextMatrix(f, 5);
-            consultadas << talla + '|' + color;
-        }
-        QCOMPARE(vistas, consultadas);
-        // 1M, 1L, O'1, 3M, and for product 4 the Null and "" rows (the '' variant), 7, 07, "7 ".
-        QCOMPARE(vistas.size() - vistas.count("|"), 4 + 5);
-        QCOMPARE(Fila(g, FilasCon(g, 6, "2").first()).join('|'),
-                 QStringLiteral("V47|Gorro|4|7|M|Rojo|2|"));
     }
 };
 

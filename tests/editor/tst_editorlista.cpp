@@ -1,11 +1,9 @@
 // The editor's writes to the open list as a whole: its validity period (when the two buttons
-// show, what Accept stores and Cancel puts back, stored dates the control can't show) and its
-// deletion; and what a write does when another terminal has deleted the list, or is deleting
-// it, or prices the same product at once.
+// show, what Accept stores and Cancel puts back) and its deletion; and what a write does when
+// another terminal has deleted the list, or is deleting it, or prices the same product at once.
 #include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
 #include "platform/datos/regional.h"
-#include "platform/datos/sistema.h"
 #include "platform/datos/transaccion.h"
 #include "platform/ui/mensajes.h"
 
@@ -83,14 +81,9 @@ class TstEditorLista : public QObject {
 
   private slots:
     void periodo_data() {
-        QTest::addColumn<QString>("pasos"); // "desde=ISO", "hasta=ISO", "aceptar", "cancelar"
-        QTest::addColumn<bool>("visibles");
-        QTest::addColumn<QString>("controles"); // what the date controls show at the end
-        QTest::addColumn<QString>("guardado");  // empty: nothing was stored
-        const auto caso = [](const char *nombre, const char *pasos, bool visibles,
-                             const char *controles, const char *guardado) {
-            QTest::newRow(nombre) << pasos << visibles << controles << guardado;
-        };
+        // pasos: "desde=ISO", "hasta=ISO", "aceptar", "cancelar"; controles: what the date controls
+        // show at the end; guardado: empty: nothing was stored
+        const auto caso = Pruebas::Tabla<QString, bool, QString, QString>();
         const char *inicial = "2026-01-01 2026-12-31";
         caso("abierto: ambos visibles", "", true, inicial, "");
         caso("aceptar recien abierto guarda lo que se ve", "aceptar", false, inicial, inicial);
@@ -110,10 +103,8 @@ class TstEditorLista : public QObject {
              "1601-01-01 9999-12-31", "1601-01-01 9999-12-31");
     }
     void periodo() {
-        QFETCH(QString, pasos);
-        QFETCH(bool, visibles);
-        QFETCH(QString, controles);
-        QFETCH(QString, guardado);
+        const auto [pasos, visibles, controles, guardado] =
+            Pruebas::Fila<QString, bool, QString, QString>();
         TiendaPrueba tienda;
         tienda.Lista(1, QStringLiteral("General"), Desde, Hasta);
         RespuestasMensajes cajas;
@@ -146,47 +137,6 @@ class TstEditorLista : public QObject {
             (QStringList{FechaATexto(Fecha(stored.left(10))), FechaATexto(Fecha(stored.mid(11)))}));
     }
 
-    void fechaGuardadaRara() {
-        // A stored date the control can't show (a typing slip, year 0026): the register shows
-        // what is stored, the editor its first day and writes nothing until a period is
-        // accepted, which stores the two dates the controls show.
-        TiendaPrueba tienda;
-        tienda.Lista(1, QStringLiteral("General"), QDate(26, 5, 1), Hasta);
-        RespuestasMensajes cajas;
-        QCOMPARE(tienda.Registro().grid_precios->TextMatrix(1, 1), QStringLiteral("1/5/0026"));
-        QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
-            QCOMPARE(e.lblDesde->Caption(), QStringLiteral("1/1/1601"));
-            e.hasta->setValue(QDate(2027, 1, 1));
-            QTest::mouseClick(e.cmdCancelarFecha->widget(), Qt::LeftButton);
-            QCOMPARE(e.desde->Value(), DTPicker::MinDate());
-        }));
-        QCOMPARE(Guardado(tienda), QStringLiteral("0026-05-01 2026-12-31"));
-        QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
-            QTest::mouseClick(e.cmdAceptarFecha->widget(), Qt::LeftButton);
-        }));
-        QCOMPARE(Guardado(tienda), QStringLiteral("1601-01-01 2026-12-31"));
-        QCOMPARE(cajas.Mostrados(), QStringList());
-    }
-
-    void periodoRechazado() {
-        // A refusal of the database leaves the stored period, and the labels, as they were.
-        TiendaPrueba tienda;
-        tienda.Lista(1, QStringLiteral("General"), Desde, Hasta);
-        tienda.Rechazar("before update on cabecera_precio", "periodo bloqueado");
-        RespuestasMensajes cajas;
-        QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
-            e.desde->setValue(QDate(2026, 2, 1));
-            QTest::mouseClick(e.cmdAceptarFecha->widget(), Qt::LeftButton);
-            QCOMPARE(e.lblDesde->Caption(), FechaATexto(Desde));
-            QVERIFY(Visibles(e)); // the change is still there to accept or cancel
-        }));
-        QCOMPARE(cajas.Mostrados().size(), 1);
-        QVERIFY2(cajas.Mostrados().first().contains("periodo bloqueado"),
-                 qPrintable(cajas.Mostrados().first()));
-        QCOMPARE(Guardado(tienda), QStringLiteral("2026-01-01 2026-12-31"));
-        QVERIFY(!Form::Terminando());
-    }
-
     void codigoFraccionario() {
         // The editor's list code "2.5" is no list 2: the write finds no list and stores nothing.
         TiendaPrueba tienda;
@@ -202,19 +152,14 @@ class TstEditorLista : public QObject {
     }
 
     void eliminar_data() {
-        QTest::addColumn<QString>("nombre");
-        QTest::addColumn<bool>("si");
-        QTest::addColumn<int>("lista");
-        QTest::newRow("No lo deja todo") << "General" << false << 1;
-        QTest::newRow("Si, con precios y relaciones") << "General" << true << 1;
-        QTest::newRow("Si, lista vacia") << "Vacia" << true << 3;
-        QTest::newRow("nombre con apostrofo y comillas")
-            << QString::fromUtf8("L'Hiver \"50%\" 🧥") << true << 1;
+        const auto caso = Pruebas::Tabla<QString, bool, int>();
+        caso("No lo deja todo", "General", false, 1);
+        caso("Si, con precios y relaciones", "General", true, 1);
+        caso("Si, lista vacia", "Vacia", true, 3);
+        caso("nombre con apostrofo y comillas", QString::fromUtf8("L'Hiver \"50%\" 🧥"), true, 1);
     }
     void eliminar() {
-        QFETCH(QString, nombre);
-        QFETCH(bool, si);
-        QFETCH(int, lista);
+        const auto [nombre, si, lista] = Pruebas::Fila<QString, bool, int>();
         TiendaPrueba tienda;
         Tienda(tienda, lista == 1 ? nombre : QStringLiteral("General"));
         if (lista == 3)
@@ -262,17 +207,15 @@ class TstEditorLista : public QObject {
     // (holding the list's header first, as this program does), not yet committed when this
     // one saves: this save waits, then replaces that price: one row, this later save's.
     void otroPuesto_data() {
-        QTest::addColumn<QString>("accion");
-        QTest::addColumn<bool>("enCurso");
+        const auto caso = Pruebas::Tabla<QString, bool>();
         for (const char *accion : {"periodo", "eliminar", "precio"}) {
-            QTest::addRow("%s, borrada antes", accion) << QString(accion) << false;
-            QTest::addRow("%s, borrandose", accion) << QString(accion) << true;
+            caso(qPrintable(QStringLiteral("%1, borrada antes").arg(accion)), accion, false);
+            caso(qPrintable(QStringLiteral("%1, borrandose").arg(accion)), accion, true);
         }
-        QTest::newRow("precio del mismo producto") << "mismo producto" << true;
+        caso("precio del mismo producto", "mismo producto", true);
     }
     void otroPuesto() {
-        QFETCH(QString, accion);
-        QFETCH(bool, enCurso);
+        const auto [accion, enCurso] = Pruebas::Fila<QString, bool>();
         const bool borrada = accion != "mismo producto";
         TiendaPrueba tienda;
         Tienda(tienda);

@@ -137,8 +137,8 @@ class TstEditorPrecio : public QObject {
     }
 
     void precio_data() {
-        QTest::addColumn<QString>("tecleado");
-        QTest::addColumn<double>("guardado"); // NaN: refused, the old 5 stays
+        // guardado: NaN: refused, the old 5 stays
+        const auto caso = Pruebas::Tabla<QString, double>();
         const double no = qQNaN();
         // The reading of a typed price is the record writer's; here, what the operator sees.
         for (const auto &[texto, valor] : {std::pair{"12,5", 12.5},
@@ -147,11 +147,10 @@ class TstEditorPrecio : public QObject {
                                            {"9999999999999999", no},
                                            {",", no},
                                            {"12|precio=1", no}})
-            QTest::newRow(texto) << QString::fromUtf8(texto) << valor;
+            caso(texto, QString::fromUtf8(texto), valor);
     }
     void precio() {
-        QFETCH(QString, tecleado);
-        QFETCH(double, guardado);
+        const auto [tecleado, guardado] = Pruebas::Fila<QString, double>();
         const bool vale = !qIsNaN(guardado);
         TiendaPrueba t;
         t.Producto(1, "A1", "Abrigo", 30);
@@ -202,26 +201,25 @@ class TstEditorPrecio : public QObject {
     }
 
     void codigo_data() {
-        QTest::addColumn<QString>("texto");
-        QTest::addColumn<QList<qint64>>("admitidos"); // any of them may answer; {-1}: none
-        QTest::newRow("código de tienda") << "C1" << QList<qint64>{1};
-        QTest::newRow("código extra") << "E10" << QList<qint64>{10};
-        QTest::newRow("extra sin distinguir mayúsculas") << "e10" << QList<qint64>{10};
-        QTest::newRow("borrado: su código de tienda no") << "B3" << QList<qint64>{-1};
-        QTest::newRow("borrado: su código extra sí") << "E3" << QList<qint64>{3};
-        QTest::newRow("de tienda de uno y extra de otro") << "DOS" << QList<qint64>{6, 7};
-        QTest::newRow("texto vacío halla un código vacío") << "" << QList<qint64>{5};
-        QTest::newRow("comodín en un código extra") << "AB%" << QList<qint64>{8};
-        QTest::newRow("comodín que no casa") << "AC%" << QList<qint64>{-1};
-        QTest::newRow("% en el código de tienda es una letra") << "P%" << QList<qint64>{-1};
-        QTest::newRow("apóstrofo") << "X'2" << QList<qint64>{2};
-        QTest::newRow("barra invertida") << "A\\B" << QList<qint64>{9};
-        QTest::newRow("código interno mayor que 32767") << "BIG" << QList<qint64>{40000};
-        QTest::newRow("no existe") << "NADA" << QList<qint64>{-1};
+        // admitidos: any of them may answer; {-1}: none
+        const auto caso = Pruebas::Tabla<QString, QList<qint64>>();
+        caso("código de tienda", "C1", QList<qint64>{1});
+        caso("código extra", "E10", QList<qint64>{10});
+        caso("extra sin distinguir mayúsculas", "e10", QList<qint64>{10});
+        caso("borrado: su código de tienda no", "B3", QList<qint64>{-1});
+        caso("borrado: su código extra sí", "E3", QList<qint64>{3});
+        caso("de tienda de uno y extra de otro", "DOS", QList<qint64>{6, 7});
+        caso("texto vacío halla un código vacío", "", QList<qint64>{5});
+        caso("comodín en un código extra", "AB%", QList<qint64>{8});
+        caso("comodín que no casa", "AC%", QList<qint64>{-1});
+        caso("% en el código de tienda es una letra", "P%", QList<qint64>{-1});
+        caso("apóstrofo", "X'2", QList<qint64>{2});
+        caso("barra invertida", "A\\B", QList<qint64>{9});
+        caso("código interno mayor que 32767", "BIG", QList<qint64>{40000});
+        caso("no existe", "NADA", QList<qint64>{-1});
     }
     void codigo() {
-        QFETCH(QString, texto);
-        QFETCH(QList<qint64>, admitidos);
+        const auto [texto, admitidos] = Pruebas::Fila<QString, QList<qint64>>();
         TiendaPrueba t;
         t.Ejecutar(
             "insert into productos values (1, 'C1', 'a', 1, 'S', 0), "
@@ -238,11 +236,8 @@ class TstEditorPrecio : public QObject {
     }
 
     void nombre_data() {
-        QTest::addColumn<QString>("textos"); // typed in turn into ct_buscar_n, "/" between
-        QTest::addColumn<QString>("aLaVista");
-        const auto caso = [](const char *nombre, const char *textos, const char *aLaVista) {
-            QTest::newRow(nombre) << textos << QString::fromUtf8(aLaVista);
-        };
+        // textos: typed in turn into ct_buscar_n, "/" between
+        const auto caso = Pruebas::Tabla<QString, QString>();
         caso("nombre mas corto que el texto", "camis", "CAMISA AZUL/Camiseta/camisa roja");
         caso("sin distinguir mayusculas", "cAmIsA ", "CAMISA AZUL/camisa roja");
         caso("en medio del nombre no", "blusa c", "Blusa camisa");
@@ -254,8 +249,7 @@ class TstEditorPrecio : public QObject {
         caso("comodines y apostrofo son letras", "50%", "50% d'algodón");
     }
     void nombre() {
-        QFETCH(QString, textos);
-        QFETCH(QString, aLaVista);
+        const auto [textos, aLaVista] = Pruebas::Fila<QString, QString>();
         QStringList esperados =
             aLaVista.split('/', aLaVista.isEmpty() ? Qt::SkipEmptyParts : Qt::KeepEmptyParts);
         esperados.sort();
@@ -274,14 +268,8 @@ class TstEditorPrecio : public QObject {
     }
 
     void codigoConEnter_data() {
-        QTest::addColumn<QString>("tipoNegocio");
-        QTest::addColumn<QString>("texto");
-        QTest::addColumn<QString>("variante"); // lblCodProdTextil when the panel opens, else ""
-        QTest::addColumn<int>("filasALaVista");
-        const auto caso = [](const char *nombre, const QString &modo, const char *texto,
-                             const char *variante, int filas) {
-            QTest::newRow(nombre) << modo << texto << variante << filas;
-        };
+        // variante: lblCodProdTextil when the panel opens, else ""
+        const auto caso = Pruebas::Tabla<QString, QString, QString, int>();
         caso("llano, hallado", QString(), "BIG", "CodProdTextil", 1);
         caso("llano, no hallado", QString(), "BIGX", "", 1);
         caso("codigo propio de una variante", TallaColor, "V-ROJA", "H2", 4);
@@ -291,10 +279,8 @@ class TstEditorPrecio : public QObject {
         caso("no existe", TallaColor, "NADA", "", 4);
     }
     void codigoConEnter() {
-        QFETCH(QString, tipoNegocio);
-        QFETCH(QString, texto);
-        QFETCH(QString, variante);
-        QFETCH(int, filasALaVista);
+        const auto [tipoNegocio, texto, variante, filasALaVista] =
+            Pruebas::Fila<QString, QString, QString, int>();
         TiendaPrueba t(tipoNegocio);
         t.Talla(1, "M");
         t.Color(1, "Rojo");

@@ -10,8 +10,7 @@ class TstFiabilidad : public QObject {
 
   private slots:
     void textos_data() {
-        QTest::addColumn<QString>("texto");
-        QTest::addColumn<QString>("tipoNegocio");
+        const auto caso = Pruebas::Tabla<QString, QString>();
         QString largo;
         for (int i = 0; i < 2000; ++i)
             largo += QChar(u"aé'|%_\\\"ñ"[i % 9]);
@@ -28,16 +27,16 @@ class TstFiabilidad : public QObject {
         };
         for (const QString &modo : {QString(), TallaColor})
             for (const auto &[nombre, texto] : textos)
-                QTest::addRow("%s, %s", nombre, modo.isEmpty() ? "llano" : "talla y color")
-                    << texto << modo;
+                caso(qPrintable(QStringLiteral("%1, %2").arg(
+                         nombre, modo.isEmpty() ? "llano" : "talla y color")),
+                     texto, modo);
     }
     void textos() {
         // A hostile text as the list's name, the product's name and shop code and the
         // variant's code; the period at the control's two ends. Save a price, accept the
         // period, delete. Only a variant code holding "|" is refused (the record writer can't
         // carry it), by name and with nothing changed; anything else reads back intact.
-        QFETCH(QString, texto);
-        QFETCH(QString, tipoNegocio);
+        const auto [texto, tipoNegocio] = Pruebas::Fila<QString, QString>();
         const bool textil = !tipoNegocio.isEmpty();
         const bool refusado = textil && texto.contains('|');
         TiendaPrueba tienda(tipoNegocio);
@@ -89,8 +88,7 @@ class TstFiabilidad : public QObject {
     }
 
     void nulos_data() {
-        QTest::addColumn<QString>("sentencia");
-        QTest::addColumn<QString>("tipoNegocio");
+        const auto caso = Pruebas::Tabla<QString, QString>();
         const QList<std::pair<const char *, const char *>> nulos = {
             {"nombre de la lista", "update cabecera_precio set descripcion = null"},
             {"fechas de la lista", "update cabecera_precio set preciovalidodesde = null, "
@@ -108,14 +106,14 @@ class TstFiabilidad : public QObject {
         };
         for (const QString &modo : {QString(), TallaColor})
             for (const auto &[nombre, sql] : nulos)
-                QTest::addRow("%s, %s", nombre, modo.isEmpty() ? "llano" : "talla y color")
-                    << QString::fromLatin1(sql) << modo;
+                caso(qPrintable(QStringLiteral("%1, %2").arg(
+                         nombre, modo.isEmpty() ? "llano" : "talla y color")),
+                     sql, modo);
     }
     void nulos() {
         // A Null in a column the screens read: the list opens, a price is saved, the period is
         // accepted and the list deleted, with no message but the question.
-        QFETCH(QString, sentencia);
-        QFETCH(QString, tipoNegocio);
+        const auto [sentencia, tipoNegocio] = Pruebas::Fila<QString, QString>();
         TiendaPrueba tienda(tipoNegocio);
         tienda.Talla(1, QStringLiteral("M"));
         tienda.Color(1, QStringLiteral("Rojo"));
