@@ -2,10 +2,6 @@
 
 #include "platform/datos/conexion.h"
 
-#include <QString>
-#include <QTemporaryDir>
-#include <QVariant>
-#include <QVariantList>
 #include <QtTest>
 #include <memory>
 

@@ -4,7 +4,8 @@
 // program when an exception leaves a test function; here each test function runs on its own,
 // so an unexpected ErrorBD fails that function, with the database's text, and the next one
 // still runs. Each starts in the same world: Qt's test paths, so that no test touches the
-// account's own files, and Spain's regional settings, the shop's.
+// account's own files, and Spain's regional settings, the shop's. Qt Test brings the whole of
+// Qt Core with it: a test file names only the headers of the other modules it uses.
 #include "platform/datos/errorbd.h"
 
 #if __has_include(<QApplication>)

@@ -10,12 +10,9 @@
 #include "session/sesionsuite.h"
 #include "session/vida.h"
 
-#include <QDate>
 #include <QSqlQuery>
 #include <QSqlRecord>
 #include <QTableView>
-#include <QTest>
-#include <QTimer>
 #include <algorithm>
 #include <functional>
 #include <memory>

@@ -5,13 +5,8 @@
 #include "platform/datos/conexion.h"
 #include "suite/datos/svcconexion.h"
 
-#include <QDir>
-#include <QFile>
-#include <QProcess>
-#include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlQuery>
-#include <QTemporaryDir>
 #include <algorithm>
 
 #include <arpa/inet.h>

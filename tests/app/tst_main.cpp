@@ -9,11 +9,8 @@
 #include "platform/ui/grid.h"
 #include "platform/ui/informeerror.h"
 
-#include <QFile>
-#include <QProcess>
 #include <QSqlDatabase>
 #include <QSqlQuery>
-#include <QTemporaryDir>
 
 namespace {
 

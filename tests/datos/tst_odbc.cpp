@@ -13,9 +13,6 @@
 #include "suite/datos/svcconexion.h"
 #include "suite/datos/svcregistros.h"
 
-#include <QDir>
-#include <QFile>
-
 class TstOdbc : public QObject {
     Q_OBJECT
     QTemporaryDir casa;

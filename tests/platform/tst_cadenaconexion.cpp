@@ -1,4 +1,4 @@
-// Connection strings, ODBC data sources, and opening and closing a connection.
+// Connection strings, ODBC data sources, and a connection that can't be opened.
 #include "apoyo/ejecucion.h"
 #include "apoyo/errores.h"
 #include "platform/datos/cadenaconexion.h"
@@ -6,11 +6,8 @@
 #include "platform/datos/errorbd.h"
 #include "platform/datos/recordset.h"
 
-#include <QDir>
-#include <QFile>
 #include <QSqlDatabase>
 #include <QSqlQuery>
-#include <QTemporaryDir>
 #include <functional>
 #include <memory>
 
@@ -54,9 +51,7 @@ class TstCadenaConexion : public QObject {
     // What a connection string asks for, as "kind|path|dsn|user|password|server|port|base"
     // (kind: S SQLite, O ODBC, P PostgreSQL; %1 the suite's data folder).
     void interpretar_data() {
-        QTest::addColumn<QString>("texto");
-        QTest::addColumn<QString>("partes");
-        auto caso = [](const char *n, const char *t, const char *p) { QTest::newRow(n) << t << p; };
+        const auto caso = Pruebas::Tabla<QString, QString>();
         caso("dsn without an ODBC source: embedded file", "dsn=Corvanta",
              "S|%1/Corvanta.sqlite|Corvanta|||||");
         caso("DSN key in capitals, blanks around", "  DSN = Corvanta ",
@@ -78,8 +73,7 @@ class TstCadenaConexion : public QObject {
         caso("postgresql IPv6", "postgresql://u:p@[::1]:6000/suite", "P|||u|p|::1|6000|suite");
     }
     void interpretar() {
-        QFETCH(QString, texto);
-        QFETCH(QString, partes);
+        const auto [texto, partes] = Pruebas::Fila<QString, QString>();
         OrigenesODBC("[ODBC Data Sources]\nAlmacen = PostgreSQL\n\n[Almacen]\nDriver=PostgreSQL\n",
                      "; the shop's server\n  [ Central ]  \nDriver=Otro\n");
         const CadenaConexion c = CadenaConexion::Interpretar(texto);
@@ -93,9 +87,7 @@ class TstCadenaConexion : public QObject {
 
     // A string that can't be used: why, which forms there are, and never the password.
     void rechazos_data() {
-        QTest::addColumn<QString>("texto");
-        QTest::addColumn<QString>("motivo");
-        auto caso = [](const char *n, const char *t, const char *m) { QTest::newRow(n) << t << m; };
+        const auto caso = Pruebas::Tabla<QString, QString>();
         caso("empty", "  ", "vacía");
         caso("unknown form", "mysql://u:p@host/db", "no se reconoce");
         caso("dsn without a name", "dsn=", "falta el nombre");
@@ -112,8 +104,7 @@ class TstCadenaConexion : public QObject {
         caso("postgresql password holding @", "postgresql://u:s3@cr3t@host:0/db", "puerto");
     }
     void rechazos() {
-        QFETCH(QString, texto);
-        QFETCH(QString, motivo);
+        const auto [texto, motivo] = Pruebas::Fila<QString, QString>();
         const QString error = ErrorDe([&] { CadenaConexion::Interpretar(texto); });
         QVERIFY2(error.contains(motivo) && !error.contains("cr3t"), qPrintable(error));
         QVERIFY2(error.contains("dsn=NOMBRE") && error.contains("sqlite:RUTA") &&
@@ -121,27 +112,8 @@ class TstCadenaConexion : public QObject {
                  qPrintable(error));
     }
 
-    void origenNoDefinido() {
-        // Only the terminal's own source has an embedded stand-in: another name nobody defined
-        // is said so, with where it was looked for, and no file is made for it.
-        const QString error =
-            ErrorDe([&] { CadenaConexion::Interpretar(QStringLiteral("dsn=Tienda")); });
-        QVERIFY2(error.contains(QStringLiteral("\"Tienda\" no está definido")), qPrintable(error));
-        QVERIFY2(error.contains(dir->filePath(QStringLiteral("usuario.ini"))) &&
-                     error.contains(dir->filePath(QStringLiteral("sistema/odbc.ini"))),
-                 qPrintable(error));
-        QVERIFY(
-            !QFile::exists(QDir(DirectorioDatosSuite()).filePath(QStringLiteral("Tienda.sqlite"))));
-    }
-
     void origenesODBC_data() {
-        QTest::addColumn<QString>("usuario");
-        QTest::addColumn<QString>("sistema");
-        QTest::addColumn<QString>("nombre");
-        QTest::addColumn<bool>("existe");
-        auto caso = [](const char *n, const char *u, const char *s, const char *nombre, bool e) {
-            QTest::newRow(n) << u << s << nombre << e;
-        };
+        const auto caso = Pruebas::Tabla<QString, QString, QString, bool>();
         caso("user's source", "[Corvanta]\nDriver=x\n", "", "Corvanta", true);
         caso("system's source", "", "[Corvanta]\nDriver=x\n", "Corvanta", true);
         caso("other case, blanks in the brackets", "  [ CORVANTA ]\n", "", "corvanta", true);
@@ -151,46 +123,14 @@ class TstCadenaConexion : public QObject {
         caso("in a comment", "; [Corvanta]\n", "", "Corvanta", false);
     }
     void origenesODBC() {
-        QFETCH(QString, usuario);
-        QFETCH(QString, sistema);
-        QFETCH(QString, nombre);
-        QFETCH(bool, existe);
+        const auto [usuario, sistema, nombre, existe] =
+            Pruebas::Fila<QString, QString, QString, bool>();
         OrigenesODBC(usuario, sistema);
         QCOMPARE(ExisteOrigenODBC(nombre), existe);
     }
 
-    void abrirSQLite() {
-        // The embedded stand-in of the terminal's source: made where the suite keeps its
-        // data, waiting for locks; a second connection on the file has a name of its own and
-        // sees what the first wrote; each connection's name goes with it.
-        const QString ruta =
-            QDir(DirectorioDatosSuite()).filePath(QStringLiteral("Corvanta.sqlite"));
-        QFile::remove(ruta);
-        const int antes = QSqlDatabase::connectionNames().size();
-        {
-            ADODB::Connection c, otra;
-            c.Open(QStringLiteral("dsn=Corvanta"));
-            QCOMPARE(c.Base().databaseName(), ruta);
-            QVERIFY(c.Base().connectOptions().contains("QSQLITE_BUSY_TIMEOUT=5000"));
-            otra.Open(QStringLiteral("dsn=Corvanta"));
-            QSqlQuery(c.Base()).exec(QStringLiteral("create table t (i integer)"));
-            QSqlQuery(c.Base()).exec(QStringLiteral("insert into t values (5)"));
-            ADODB::Recordset rs;
-            rs.Open(QStringLiteral("select i from t"), otra);
-            QCOMPARE(rs.Fields(0).Entero(), 5);
-            QCOMPARE(QSqlDatabase::connectionNames().size(), antes + 2);
-        }
-        QCOMPARE(QSqlDatabase::connectionNames().size(), antes);
-        QFile::remove(ruta);
-    }
-
     void aperturaFallida_data() {
-        QTest::addColumn<QString>("cadena");
-        QTest::addColumn<QString>("destino");
-        QTest::addColumn<QString>("textoControlador");
-        auto caso = [](const char *n, const char *c, const char *d, const char *t) {
-            QTest::newRow(n) << c << d << t;
-        };
+        const auto caso = Pruebas::Tabla<QString, QString, QString>();
         caso("SQLite in a missing directory", "sqlite:%1/no/hay/tal/sitio.sqlite",
              "no/hay/tal\" no existe", "sitio.sqlite");
         caso("SQLite file that is a folder", "sqlite:%1", "es una carpeta", "SQLite");
@@ -200,9 +140,7 @@ class TstCadenaConexion : public QObject {
         caso("ODBC source with a missing driver", "dsn=Roto", "\"Roto\"", "Unable to connect");
     }
     void aperturaFallida() {
-        QFETCH(QString, cadena);
-        QFETCH(QString, destino);
-        QFETCH(QString, textoControlador);
+        const auto [cadena, destino, textoControlador] = Pruebas::Fila<QString, QString, QString>();
         OrigenesODBC(QStringLiteral("[Roto]\nDriver=/no/existe/libodbc-roto.so\n"), {});
         const int antes = QSqlDatabase::connectionNames().size();
         ADODB::Connection c;

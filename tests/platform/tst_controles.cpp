@@ -1,23 +1,16 @@
-// The single controls, driven as an operator would: keys, clicks and focus.
+// The single controls, driven as an operator would: keys, dates, the help page and the
+// message boxes.
 #include "apoyo/ejecucion.h"
 #include "platform/datos/regional.h"
 #include "platform/ui/controles.h"
 #include "platform/ui/dtpicker.h"
-#include "platform/ui/informeerror.h"
 #include "platform/ui/mensajes.h"
-#include "platform/ui/twips.h"
 #include "platform/ui/visorayuda.h"
 
-#include <QCalendarWidget>
 #include <QDateEdit>
-#include <QLabel>
-#include <QLineEdit>
 #include <QMessageBox>
-#include <QProcess>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <QTextBrowser>
-#include <QTextCharFormat>
 
 #include <stdexcept>
 
@@ -52,33 +45,23 @@ class TstControles : public QObject {
     // ---- TextBox ----
 
     void keyPress_data() {
-        QTest::addColumn<QString>("inicial");
-        QTest::addColumn<QString>("tecleado");   // "\r" stands for Enter, "\b" for Backspace
-        QTest::addColumn<MapaTeclas>("cambios"); // code -> what the handler puts instead
-        QTest::addColumn<QList<int>>("vistos");
-        QTest::addColumn<QString>("resultado");
-        QTest::addColumn<bool>("bloqueada");
-        const auto caso = [](const char *n, const char *i, const QString &t, const MapaTeclas &c,
-                             const QList<int> &v, const QString &r,
-                             bool b = false) { QTest::newRow(n) << i << t << c << v << r << b; };
-        caso("letra anulada", "", "1a2", {{'a', 0}}, {49, 97, 50}, "12");
-        caso("coma por punto", "", "1,5", {{',', '.'}}, {49, 44, 53}, "1.5");
-        caso("enter es 13", "12", "\r", {}, {13}, "12");
-        caso("retroceso es 8", "12", "\b", {}, {8}, "1");
-        caso("retroceso anulado", "12", "\b", {{8, 0}}, {8}, "12");
-        caso("letra cambiada por retroceso", "12", "x", {{'x', 8}}, {120}, "1");
-        caso("enie", "", QString::fromUtf8("ñ"), {}, {0xF1}, QString::fromUtf8("ñ"));
+        // tecleado: "\r" stands for Enter, "\b" for Backspace; cambios: code -> what the handler
+        // puts instead
+        const auto caso = Pruebas::Tabla<QString, QString, MapaTeclas, QList<int>, QString, bool>();
+        caso("letra anulada", "", "1a2", {{'a', 0}}, {49, 97, 50}, "12", false);
+        caso("coma por punto", "", "1,5", {{',', '.'}}, {49, 44, 53}, "1.5", false);
+        caso("enter es 13", "12", "\r", {}, {13}, "12", false);
+        caso("retroceso es 8", "12", "\b", {}, {8}, "1", false);
+        caso("retroceso anulado", "12", "\b", {{8, 0}}, {8}, "12", false);
+        caso("letra cambiada por retroceso", "12", "x", {{'x', 8}}, {120}, "1", false);
+        caso("enie", "", QString::fromUtf8("ñ"), {}, {0xF1}, QString::fromUtf8("ñ"), false);
         // A locked box keeps its text, and still reports the keys.
         caso("bloqueada", "12", "7\b", {}, {55, 8}, "12", true);
     }
 
     void keyPress() {
-        QFETCH(QString, inicial);
-        QFETCH(QString, tecleado);
-        QFETCH(MapaTeclas, cambios);
-        QFETCH(QList<int>, vistos);
-        QFETCH(QString, resultado);
-        QFETCH(bool, bloqueada);
+        const auto [inicial, tecleado, cambios, vistos, resultado, bloqueada] =
+            Pruebas::Fila<QString, QString, MapaTeclas, QList<int>, QString, bool>();
         Banco banco;
         TextBox caja(QStringLiteral("txt"), &banco.marco, nullptr);
         caja.Move(0, 0, 3000, 300);
@@ -116,16 +99,15 @@ class TstControles : public QObject {
     // ---- DTPicker ----
 
     void fechaValor_data() {
-        QTest::addColumn<QDate>("fecha");
-        QTest::addColumn<QString>("error"); // the exception raised, or empty
-        QTest::newRow("la misma fecha no es un cambio") << QDate(2020, 2, 29) << "";
-        QTest::newRow("ultimo dia") << QDate(9999, 12, 31) << "";
-        QTest::newRow("dia antes del primero") << QDate(1600, 12, 31) << "out_of_range";
-        QTest::newRow("fecha no valida") << QDate() << "invalid_argument";
+        // error: the exception raised, or empty
+        const auto caso = Pruebas::Tabla<QDate, QString>();
+        caso("la misma fecha no es un cambio", QDate(2020, 2, 29), "");
+        caso("ultimo dia", QDate(9999, 12, 31), "");
+        caso("dia antes del primero", QDate(1600, 12, 31), "out_of_range");
+        caso("fecha no valida", QDate(), "invalid_argument");
     }
     void fechaValor() {
-        QFETCH(QDate, fecha);
-        QFETCH(QString, error);
+        const auto [fecha, error] = Pruebas::Fila<QDate, QString>();
         DTPicker dt(QStringLiteral("desde"), nullptr, nullptr);
         auto *editor = static_cast<QDateEdit *>(dt.widget());
         const QDate antes(2020, 2, 29);
@@ -163,37 +145,6 @@ class TstControles : public QObject {
 
     // ---- Label, CommandButton, Timer ----
 
-    void botonClick() {
-        // A picture button: its caption once, under the picture; a click anywhere on it,
-        // on the picture or the caption too, reaches the button.
-        Banco banco;
-        CommandButton b(QStringLiteral("cmd"), &banco.marco, nullptr);
-        b.Move(150, 150, 1605, 1155);
-        QWidget *w = b.widget();
-        QTemporaryDir dir;
-        const QString ruta = dir.filePath(QStringLiteral("tick.png"));
-        QPixmap px(44, 50);
-        px.fill(Qt::green);
-        QVERIFY(px.save(ruta));
-        b.setPicture(ruta);
-        b.setCaption(QStringLiteral("Nueva Tarifa"));
-        QStringList textos{static_cast<QPushButton *>(w)->text()};
-        textos.removeAll(QString());
-        for (auto *l : w->findChildren<QLabel *>())
-            textos << (l->pixmap().isNull() ? l->text()
-                                            : QStringLiteral("%1x%2")
-                                                  .arg(l->pixmap().width())
-                                                  .arg(l->pixmap().height()));
-        textos.sort();
-        QCOMPARE(textos, (QStringList{"44x50", "Nueva Tarifa"}));
-        QVERIFY(banco.activo());
-        QSignalSpy clicks(&b, &CommandButton::Click);
-        QTest::mouseClick(w, Qt::LeftButton);
-        QTest::mouseClick(w, Qt::LeftButton, {}, QPoint(w->width() / 2, w->height() - 12));
-        QTest::mouseClick(w, Qt::LeftButton, {}, QPoint(4, 4));
-        QCOMPARE(clicks.count(), 3);
-    }
-
     // ---- VisorAyuda ----
 
     void visor() {
@@ -226,17 +177,13 @@ class TstControles : public QObject {
 
     // The real box, as the operator meets it: title, icon, buttons, the default one.
     void preguntaMostrada_data() {
-        QTest::addColumn<QString>("titulo");
-        QTest::addColumn<bool>("sinIcono");
-        QTest::addColumn<bool>("conIntro"); // Enter takes the default; otherwise No is clicked
-        QTest::newRow("titulo propio y sin icono, Intro es Si")
-            << "Eliminar Tarifa" << true << true;
-        QTest::newRow("titulo del programa con icono, No") << "" << false << false;
+        // conIntro: Enter takes the default; otherwise No is clicked
+        const auto caso = Pruebas::Tabla<QString, bool, bool>();
+        caso("titulo propio y sin icono, Intro es Si", "Eliminar Tarifa", true, true);
+        caso("titulo del programa con icono, No", "", false, false);
     }
     void preguntaMostrada() {
-        QFETCH(QString, titulo);
-        QFETCH(bool, sinIcono);
-        QFETCH(bool, conIntro);
+        const auto [titulo, sinIcono, conIntro] = Pruebas::Fila<QString, bool, bool>();
         QApplication::setApplicationDisplayName(QStringLiteral("Tarifas"));
         QString tituloVisto;
         QMessageBox::Icon iconoVisto = QMessageBox::Warning;
@@ -263,62 +210,7 @@ class TstControles : public QObject {
         QVERIFY(siPorOmision);
         QCOMPARE(si, conIntro);
     }
-
-    void informeError_data() {
-        QTest::addColumn<QString>("caso");
-        QTest::addColumn<QString>("texto");
-        QTest::newRow("error en un click") << "click"
-                                           << "Tabla cabecera_precio inexistente";
-        QTest::newRow("error sin texto propio en un timer") << "timer"
-                                                            << "Error no identificado.";
-    }
-
-    void informeError() {
-        QFETCH(QString, caso);
-        QFETCH(QString, texto);
-        QProcess hijo;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("TARIFAS_PRUEBA_INFORME"), caso);
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        hijo.setProcessEnvironment(env);
-        hijo.start(QCoreApplication::applicationFilePath(), {});
-        QVERIFY(hijo.waitForFinished(60000));
-        QCOMPARE(hijo.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(hijo.exitCode(), 1);
-        const QString salida = QString::fromLocal8Bit(hijo.readAllStandardError());
-        QVERIFY2(salida.contains(texto), qPrintable(salida));
-        QCOMPARE(salida.count(texto), 1); // a timer that fails at every tick is reported once
-    }
 };
 
-/// The child side of informeError: an event with no handler boundary of its own throws; the
-/// application's last resort reports it and ends the program with status 1.
-static int lanzarError(int argc, char **argv, const QString &caso) {
-    AplicacionTarifas app(argc, argv);
-    Frame marco(QStringLiteral("fr"), nullptr, nullptr, false);
-    CommandButton boton(QStringLiteral("cmd"), &marco, nullptr);
-    Timer reloj(QStringLiteral("tmr"), nullptr, nullptr);
-    boton.Move(0, 0, 1500, 600);
-    marco.widget()->show();
-    QObject::connect(&boton, &CommandButton::Click,
-                     [] { throw std::runtime_error("Tabla cabecera_precio inexistente"); });
-    QObject::connect(&reloj, &Timer::Tick, [] { throw 42; });
-    if (caso == QLatin1String("timer"))
-        reloj.setInterval(1);
-    else
-        QTimer::singleShot(0, [&] { QTest::mouseClick(boton.widget(), Qt::LeftButton); });
-    QTimer::singleShot(20000, &app, &QCoreApplication::quit);
-    return app.exec();
-}
-
-int main(int argc, char **argv) {
-    const QString caso = qEnvironmentVariable("TARIFAS_PRUEBA_INFORME");
-    if (!caso.isEmpty())
-        return lanzarError(argc, argv, caso);
-    QApplication app(argc, argv);
-    TstControles prueba;
-    QTEST_SET_MAIN_SOURCE_PATH
-    return Pruebas::EjecutarTodas(prueba, argc, argv);
-}
-
+TARIFAS_PRUEBAS(TstControles)
 #include "tst_controles.moc"

@@ -10,7 +10,6 @@
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QPointer>
 #include <optional>
 
 #include <stdexcept>
@@ -136,79 +135,17 @@ class TstForm : public QObject {
         QCOMPARE(focos, esperados);
     }
 
-    void disenoErroneo_data() {
-        QTest::addColumn<int>("caso");
-        QTest::addColumn<QStringList>("enElTexto");
-        QTest::newRow("contenedor despues del hijo") << 0 << QStringList{"lblAntes", "frDespues"};
-        QTest::newRow("nombre repetido") << 1 << QStringList{"lblDoble"};
-    }
-
-    void disenoErroneo() {
-        QFETCH(int, caso);
-        QFETCH(QStringList, enElTexto);
-        const Clase marco = Clase::Frame, etiqueta = Clase::Label;
-        static const DisenoControl casos[2][2] = {
-            {{"lblAntes", etiqueta, "frDespues", 0, 0, 100, 100},
-             {"frDespues", marco, nullptr, 0, 0, 100, 100}},
-            {{"lblDoble", etiqueta, nullptr, 0, 0, 100, 100},
-             {"lblDoble", etiqueta, nullptr, 0, 0, 100, 100}},
-        };
-        const DisenoFormulario diseno{"frmMal", "Mal", 3000, 2000, nullptr, casos[caso]};
-        FormPrueba f(diseno);
-        QString texto;
-        try {
-            f.Load();
-        } catch (const std::logic_error &e) {
-            texto = QString::fromUtf8(e.what());
-        }
-        for (const QString &parte : enElTexto + QStringList{"frmMal"})
-            QVERIFY2(texto.contains(parte), qPrintable(texto));
-        // Nothing half-built is left behind, and the screen's own load never ran.
-        QVERIFY(!f.Loaded());
-        QVERIFY(!f.ventana());
-        QVERIFY(f.Controls().isEmpty());
-        QCOMPARE(f.cargas, 0);
-        QCOMPARE(Form::Buscar(QStringLiteral("frmMal")), nullptr);
-    }
-
-    void cargarDescargarCargar() {
-        // What changed while loaded is gone at the next Load, which starts from the design.
-        FormPrueba f(disenoPrueba);
-        QSignalSpy descargas(&f, &Form::Unloaded);
-        f.Load();
-        QPointer<QWidget> ventanaVieja = f.ventana();
-        f.control<Label>(QStringLiteral("lblDelante"))->setLeft(-13920);
-        f.control(QStringLiteral("cmdOculto"))->setVisible(true);
-        f.setCaption(QStringLiteral("Otra cosa"));
-        f.Unload();
-        f.Unload(); // not loaded: nothing, and no second signal
-        QCOMPARE(descargas.count(), 1);
-        QVERIFY(!f.Loaded() && !f.ventana() && f.Controls().isEmpty());
-        QTRY_VERIFY(ventanaVieja.isNull());
-        f.Load();
-        QCOMPARE(f.cargas, 2);
-        QCOMPARE(f.control(QStringLiteral("lblDelante"))->widget()->x(), 20);
-        QVERIFY(!f.control(QStringLiteral("cmdOculto"))->Visible());
-        QCOMPARE(f.Caption(), QStringLiteral("Pantalla de prueba"));
-    }
-
     // The handler boundary: what the operator sees after a handler fails, and whether the
     // program goes on. A modal show under the failing handler must give way, and the code
     // that opened it must not go on.
     void atender_data() {
-        QTest::addColumn<QString>("error");
-        QTest::addColumn<bool>("termina");
-        QTest::addColumn<QString>("informe");
-        QTest::newRow("la base rechaza un valor: sigue")
-            << "bd" << false << "CHECK constraint failed: precio";
-        QTest::newRow("fallo del programa: termina") << "logica" << true << "Fila 7 fuera de rango";
-        QTest::newRow("error sin texto propio: termina")
-            << "otro" << true << "Error no identificado.";
+        const auto caso = Pruebas::Tabla<QString, bool, QString>();
+        caso("la base rechaza un valor: sigue", "bd", false, "CHECK constraint failed: precio");
+        caso("fallo del programa: termina", "logica", true, "Fila 7 fuera de rango");
+        caso("error sin texto propio: termina", "otro", true, "Error no identificado.");
     }
     void atender() {
-        QFETCH(QString, error);
-        QFETCH(bool, termina);
-        QFETCH(QString, informe);
+        const auto [error, termina, informe] = Pruebas::Fila<QString, bool, QString>();
         Form::Reanudar();
         RespuestasMensajes cajas;
         Form encima(disenoOtra), debajo(disenoPrueba);

@@ -1,20 +1,16 @@
 // The grid control: texts by (row, column), rows hidden by their height, the current row
-// under the mouse and the keys, columns, colours. Driven through the real view, offscreen.
+// under the mouse and the keys. Driven through the real view, offscreen.
 #include "apoyo/ejecucion.h"
 #include "platform/ui/grid.h"
 #include "platform/ui/modelogrid.h"
 #include "platform/ui/twips.h"
 
-#include <QAbstractItemModelTester>
 #include <QHeaderView>
 #include <QTableView>
 
 #include <functional>
-#include <stdexcept>
 
 namespace {
-
-const QString NombreGrid = QStringLiteral("grid_prueba");
 
 /// The names of data rows 1..8 of the test grids, as a catalogue lists them.
 const QStringList Catalogo = {
@@ -28,8 +24,8 @@ struct Banco {
     Grid grid;
     QAbstractItemModelTester tester{grid.modelo(),
                                     QAbstractItemModelTester::FailureReportingMode::QtTest};
-    explicit Banco(int datos, const DisenoGrid &d = {.rows = 2, .cols = 4})
-        : grid(NombreGrid, nullptr, nullptr, d) {
+    explicit Banco(int datos)
+        : grid(QStringLiteral("grid_prueba"), nullptr, nullptr, {.rows = 2, .cols = 4}) {
         grid.setRows(datos + 1);
         for (int c = 0; c < grid.Cols(); ++c)
             grid.setTextMatrix(0, c, QStringLiteral("T%1").arg(c));
@@ -144,23 +140,18 @@ class TstGrid : public QObject {
     // Rows grown and shrunk: texts kept, new rows empty and shown, the current row kept
     // within; a fill from the title row alone starts at the first data row.
     void filas_data() {
-        QTest::addColumn<int>("antes");
-        QTest::addColumn<int>("despues");
-        QTest::addColumn<int>("filaActual");
-        QTest::addColumn<int>("filaEsperada");
-        QTest::newRow("crece") << 4 << 10 << 2 << 2;
-        QTest::newRow("encoge bajo la actual") << 10 << 4 << 8 << 3;
-        QTest::newRow("solo títulos") << 6 << 1 << 5 << 0;
-        QTest::newRow("de títulos a muchas") << 1 << 1001 << 0 << 1;
+        const auto caso = Pruebas::Tabla<int, int, int, int>();
+        caso("crece", 4, 10, 2, 2);
+        caso("encoge bajo la actual", 10, 4, 8, 3);
+        caso("solo títulos", 6, 1, 5, 0);
+        caso("de títulos a muchas", 1, 1001, 0, 1);
     }
     void filas() {
-        QFETCH(int, antes);
-        QFETCH(int, despues);
-        QFETCH(int, filaActual);
+        const auto [antes, despues, filaActual, filaEsperada] = Pruebas::Fila<int, int, int, int>();
         Banco b(antes - 1);
         b.grid.setRow(filaActual);
         b.grid.setRows(despues);
-        QTEST(b.grid.Row(), "filaEsperada");
+        QCOMPARE(b.grid.Row(), filaEsperada);
         QCOMPARE(b.grid.TextMatrix(0, 1), QStringLiteral("T1"));
         for (int f = 1; f < despues; ++f) {
             QCOMPARE(b.grid.TextMatrix(f, 0), f < antes ? QStringLiteral("f%1").arg(f) : QString());
@@ -170,63 +161,12 @@ class TstGrid : public QObject {
         QCOMPARE(b.vista()->model()->rowCount(), despues - 1);
     }
 
-    void columnas() {
-        // A column of width 0 is hidden in the view, a negative width shows it again at the
-        // default one; columns added keep the others' texts and widths.
-        Banco b(1);
-        b.grid.setColWidth(1, 0);
-        b.grid.setColWidth(2, 1500);
-        b.grid.setCols(5);
-        QTableView *v = b.vista();
-        QCOMPARE(v->model()->columnCount(), 5);
-        QVERIFY(v->isColumnHidden(1) && !v->isColumnHidden(2) && !v->isColumnHidden(4));
-        QCOMPARE(b.grid.TextMatrix(0, 1) + b.grid.TextMatrix(1, 3), "T1c1");
-        QCOMPARE(v->columnWidth(2), APixeles(1500));
-        b.grid.setColWidth(1, -1);
-        QVERIFY(!v->isColumnHidden(1));
-        QCOMPARE(v->columnWidth(1), APixeles(AnchoColumnaPorOmision));
-    }
-
-    // One bounds check for every member: the call is refused, names itself and the grid's
-    // size, and changes nothing.
-    void fueraDeRango_data() {
-        QTest::addColumn<Operacion>("operacion");
-        QTest::addColumn<QString>("texto");
-        const auto caso = [](const char *n, Operacion o) { QTest::newRow(n) << o << n; };
-        caso("TextMatrix(4, 0)", [](Grid &g) { g.TextMatrix(4, 0); });
-        caso("TextMatrix(1, -1)", [](Grid &g) { g.setTextMatrix(1, -1, QString()); });
-        caso("RowHeight(4)", [](Grid &g) { g.setRowHeight(4, 0); });
-        caso("Row(-1)", [](Grid &g) { g.setRow(-1); });
-        caso("Rows = 0", [](Grid &g) { g.setRows(0); });
-    }
-    void fueraDeRango() {
-        QFETCH(Operacion, operacion);
-        QFETCH(QString, texto);
-        Banco b(3);
-        b.grid.setRow(2);
-        try {
-            operacion(b.grid);
-            QFAIL("no error raised");
-        } catch (const std::out_of_range &e) {
-            const QString mensaje = QString::fromUtf8(e.what());
-            QVERIFY2(mensaje.startsWith(NombreGrid + '.' + texto) &&
-                         mensaje.contains("(Rows 4, Cols 4)"),
-                     e.what());
-        }
-        QCOMPARE(b.grid.Rows() * 10 + b.grid.Row(), 42);
-        QCOMPARE(b.grid.TextMatrix(3, 3), QStringLiteral("c3"));
-        QVERIFY_THROWS_EXCEPTION(
-            std::invalid_argument,
-            Grid(NombreGrid, nullptr, nullptr, {.rows = 2, .cols = 2, .fixedRows = 0}));
-    }
-
     // Rows hidden by their height, as the name search does: RowHeight answers at once, the
     // view shows the rest in order, and the current row stays the same grid row.
     void alturas_data() {
-        QTest::addColumn<Operacion>("operacion");
-        QTest::addColumn<QList<int>>("aLaVista");
-        QTest::addColumn<int>("conAlturaPropia"); // the row 600 twips tall, if any
-        constexpr double Titulo = -2;             // stands for the title row's height
+        // What is done, the rows left in view, and the row 600 twips tall (0: none).
+        const auto caso = Pruebas::Tabla<Operacion, QList<int>, int>();
+        constexpr double Titulo = -2; // stands for the title row's height
         // Names: 1 "CAMISA AZUL", 2 "Camiseta", 3 "calcetin", 4 "Pantalon", 5 "", 6 "Ca",
         // 7 "Blusa camisa", 8 "camisa roja".
         const auto buscar = [](const QStringList &textos, int propia = 0) {
@@ -243,23 +183,19 @@ class TstGrid : public QObject {
                     g.setRowHeight(3, a == Titulo ? g.RowHeight(0) : a);
             });
         };
-        const auto caso = [](const char *n, Operacion o, const QList<int> &vista, int propia = 0) {
-            QTest::newRow(n) << o << vista << propia;
-        };
-        caso("unas ocultas", buscar({"cam"}), {1, 2, 8});
-        caso("todas ocultas", buscar({"zapato"}), {});
-        caso("borrar una letra trae filas", buscar({"camis", "ca"}), {1, 2, 3, 6, 8});
-        caso("vaciar la caja muestra todo", buscar({"pan", ""}), rango(1, 8));
+        caso("unas ocultas", buscar({"cam"}), {1, 2, 8}, 0);
+        caso("todas ocultas", buscar({"zapato"}), {}, 0);
+        caso("borrar una letra trae filas", buscar({"camis", "ca"}), {1, 2, 3, 6, 8}, 0);
+        caso("vaciar la caja muestra todo", buscar({"pan", ""}), rango(1, 8), 0);
         caso("propia bajo la búsqueda", buscar({"camisa"}, 8), {1, 8}, 8);
-        caso("propia, oculta por la búsqueda", buscar({"pan", ""}, 8), rango(1, 8));
-        caso("negativa vuelve a la de omisión", alturas({600, -1}), rango(1, 8));
+        caso("propia, oculta por la búsqueda", buscar({"pan", ""}, 8), rango(1, 8), 0);
+        caso("negativa vuelve a la de omisión", alturas({600, -1}), rango(1, 8), 0);
         caso("oculta y luego con altura propia", alturas({0, 600}), rango(1, 8), 3);
-        caso("propia, oculta, restaurada", alturas({600, 0, Titulo}), rango(1, 8));
+        caso("propia, oculta, restaurada", alturas({600, 0, Titulo}), rango(1, 8), 0);
     }
     void alturas() {
-        QFETCH(Operacion, operacion);
-        QFETCH(QList<int>, aLaVista);
-        QFETCH(int, conAlturaPropia);
+        const auto [operacion, aLaVista, conAlturaPropia] =
+            Pruebas::Fila<Operacion, QList<int>, int>();
         Banco b(8);
         QVERIFY(b.mostrar());
         const double titulo = b.grid.RowHeight(0);
@@ -279,38 +215,26 @@ class TstGrid : public QObject {
 
     // The current row under the mouse and the keys, with the events the handlers see.
     void filaActual_data() {
-        QTest::addColumn<QList<int>>("ocultas");
-        QTest::addColumn<int>("filaAntes");
-        QTest::addColumn<Accion>("accion");
-        QTest::addColumn<int>("filaEsperada");
-        QTest::addColumn<int>("clics");
-        QTest::addColumn<int>("dobles");
-        QTest::addColumn<int>("filaRaton");
-        const auto caso = [](const char *nombre, const QList<int> &ocultas, int antes, Accion a,
-                             int esperada, int clics = 0, int dobles = 0, int raton = -1) {
-            QTest::newRow(nombre) << ocultas << antes << a << esperada << clics << dobles << raton;
-        };
+        // Rows hidden, current row before, what the operator does, current row after, Click and
+        // DblClick events raised, MouseRow.
+        const auto caso = Pruebas::Tabla<QList<int>, int, Accion, int, int, int, int>();
         caso("clic en otra", {}, 1, raton(Clic, EnFila, 4), 4, 1, 0, 4);
         caso("clic tras ocultas", {1, 2, 3}, 0, raton(Clic, EnFila, 4), 4, 1, 0, 4);
         caso("clic en el título", {}, 3, raton(Clic, EnTitulo), 3, 1, 0, 0);
         // Below the rows the grid is clicked all the same, and no row is chosen.
         caso("clic sin filas a la vista", rango(1, 5), 1, raton(Clic, Debajo), 1, 1, 0, -1);
-        caso("botón derecho", {}, 2, raton(ClicDerecho, EnFila, 4), 2);
+        caso("botón derecho", {}, 2, raton(ClicDerecho, EnFila, 4), 2, 0, 0, -1);
         caso("clic y doble", {}, 0, raton(ClicYDoble, EnFila, 2), 2, 1, 1, 2);
         caso("doble en el título", {}, 3, raton(DobleClic, EnTitulo), 3, 0, 1, 0);
         // Keys move over the shown rows and raise nothing.
-        caso("abajo salta ocultas", {2, 3}, 1, tecla(Qt::Key_Down), 4);
-        caso("arriba salta ocultas", {2, 3}, 4, tecla(Qt::Key_Up), 1);
-        caso("abajo en la última", {}, 5, tecla(Qt::Key_Down, 2), 5);
-        caso("sin fila, abajo elige la primera", {}, 0, tecla(Qt::Key_Down), 1);
+        caso("abajo salta ocultas", {2, 3}, 1, tecla(Qt::Key_Down), 4, 0, 0, -1);
+        caso("arriba salta ocultas", {2, 3}, 4, tecla(Qt::Key_Up), 1, 0, 0, -1);
+        caso("abajo en la última", {}, 5, tecla(Qt::Key_Down, 2), 5, 0, 0, -1);
+        caso("sin fila, abajo elige la primera", {}, 0, tecla(Qt::Key_Down), 1, 0, 0, -1);
     }
     void filaActual() {
-        QFETCH(QList<int>, ocultas);
-        QFETCH(int, filaAntes);
-        QFETCH(Accion, accion);
-        QFETCH(int, filaEsperada);
-        QFETCH(int, clics);
-        QFETCH(int, dobles);
+        const auto [ocultas, filaAntes, accion, filaEsperada, clics, dobles, filaRaton] =
+            Pruebas::Fila<QList<int>, int, Accion, int, int, int, int>();
         Banco b(5);
         QVERIFY(b.mostrar());
         QCOMPARE(b.grid.Row(), 1); // filled: the first data row
@@ -326,40 +250,8 @@ class TstGrid : public QObject {
         accion(b);
         QCOMPARE(b.grid.Row(), filaEsperada);
         QCOMPARE(filaEnEvento, QList<int>(clics, filaEsperada) + QList<int>(dobles, -filaEsperada));
-        QTEST(b.grid.MouseRow(), "filaRaton");
+        QCOMPARE(b.grid.MouseRow(), filaRaton);
         QCOMPARE(b.marcadas(), solo(ocultas.contains(filaEsperada) ? 0 : filaEsperada));
-    }
-
-    // The current row painted in BackColorSel as HighLight says: never, always, or only
-    // with the focus; other rows always in BackColor.
-    void resaltado_data() {
-        QTest::addColumn<int>("highLight");
-        QTest::addColumn<bool>("conFoco");
-        QTest::addColumn<bool>("marcada");
-        QTest::newRow("nunca, con foco") << 0 << true << false;
-        QTest::newRow("siempre, sin foco") << 1 << false << true;
-        QTest::newRow("con foco, sin foco") << 2 << false << false;
-    }
-    void resaltado() {
-        QFETCH(int, highLight);
-        QFETCH(bool, conFoco);
-        QFETCH(bool, marcada);
-        DisenoGrid d{.rows = 2, .cols = 4, .backColor = RGB(200, 220, 240)};
-        d.backColorSel = RGB(255, 255, 0);
-        d.highLight = highLight;
-        Banco b(4, d);
-        QVERIFY(b.mostrar());
-        QTableView *v = b.vista();
-        b.grid.setRow(2);
-        conFoco ? v->setFocus() : v->clearFocus();
-        QTRY_COMPARE(v->hasFocus(), conFoco);
-        const QImage imagen = v->viewport()->grab().toImage();
-        const auto color = [&](int r) { // column 2 is empty: the cell's background alone
-            const QRect celda = v->visualRect(v->model()->index(r, 2));
-            return imagen.pixelColor(celda.center() * imagen.devicePixelRatio());
-        };
-        QCOMPARE(color(1), marcada ? QColor(255, 255, 0) : QColor(200, 220, 240));
-        QCOMPARE(color(2), QColor(200, 220, 240));
     }
 };
 

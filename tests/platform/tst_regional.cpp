@@ -2,8 +2,6 @@
 #include "apoyo/ejecucion.h"
 #include "platform/datos/regional.h"
 
-#include <QDateTime>
-
 class TstRegional : public QObject {
     Q_OBJECT
 

@@ -1,11 +1,6 @@
-// The operating system's services: one copy of the program, files, the program's directory.
+// The operating system's services: one copy of the program, kept by a lock file.
 #include "apoyo/ejecucion.h"
 #include "platform/datos/sistema.h"
-
-#include <QCoreApplication>
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -116,18 +111,6 @@ class TstSistema : public QObject {
         QCOMPARE(Tomar(QDir(esperado).filePath(programa + QStringLiteral(".lock"))), -1);
         if (!carpetaAjena)
             QCOMPARE(QFileInfo(propia).permissions() & 0x0077, QFileDevice::Permissions());
-    }
-
-    void existeFichero() {
-        // A file's name's length when it is there (as the suite's Dir did), 0 for a folder,
-        // a missing file or no name.
-        const QString ruta = dir.filePath(QStringLiteral("España ñ.gif"));
-        QFile f(ruta);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        QCOMPARE(ExisteFichero(ruta), int(ruta.size()));
-        QCOMPARE(ExisteFichero(dir.filePath(QStringLiteral("no_hay.gif"))), 0);
-        QCOMPARE(ExisteFichero(dir.path()), 0);
-        QCOMPARE(ExisteFichero(QString()), 0);
     }
 };
 

@@ -10,10 +10,7 @@
 #include "suite/datos/esquema.h"
 #include "suite/datos/svcconexion.h"
 
-#include <QDir>
-#include <QFile>
 #include <QSqlQuery>
-#include <QTemporaryDir>
 
 #include <csignal>
 #include <sys/resource.h>
@@ -71,24 +68,16 @@ class TstInicio : public QObject {
         db.reset();
     }
 
-    void cadenaPorDefecto() {
-        qputenv("TARIFAS_DB", "  postgresql://u:p@127.0.0.1:5432/suite ");
-        QCOMPARE(SvcConexion::CadenaSuite(),
-                 QStringLiteral("postgresql://u:p@127.0.0.1:5432/suite"));
-    }
-
     // A new database: at the default place, the demo shop comes with the schema; at a place
     // named, the schema alone.
     void primerArranque_data() {
-        QTest::addColumn<bool>("porDefecto");
-        QTest::addColumn<bool>("ficheroVacio");
-        QTest::newRow("default place: the demo shop") << true << false;
-        QTest::newRow("default place, empty file: the demo shop") << true << true;
-        QTest::newRow("a file named, empty: schema only") << false << true;
+        const auto caso = Pruebas::Tabla<bool, bool>();
+        caso("default place: the demo shop", true, false);
+        caso("default place, empty file: the demo shop", true, true);
+        caso("a file named, empty: schema only", false, true);
     }
     void primerArranque() {
-        QFETCH(bool, porDefecto);
-        QFETCH(bool, ficheroVacio);
+        const auto [porDefecto, ficheroVacio] = Pruebas::Fila<bool, bool>();
         const QString ruta =
             porDefecto
                 ? QDir(DirectorioDatosSuite()).filePath(QStringLiteral("tarifas.sqlite"))
@@ -128,18 +117,6 @@ class TstInicio : public QObject {
             QFile::remove(ruta);
     }
 
-    void tablasTodoONada() {
-        // A view stands where the last table should go: its creation fails, and the tables
-        // made before it are undone, so the database is left as it was found.
-        ADODB::Connection c;
-        QVERIFY(QSqlQuery(Abrir(c, "vista.sqlite").Base())
-                    .exec("create view traducciones as select 1 as idioma"));
-        const QString error = ErrorDe([&] { CrearTablasQueFaltan(c, TablasSuite()); });
-        QVERIFY2(error.contains("traducciones") && error.contains("already exists"),
-                 qPrintable(error));
-        QCOMPARE(Tablas(c), QStringList());
-    }
-
     void demoFallidaNoDejaTablas() {
         // The disk fills up while the demo shop goes in: the tables made before it go too, so
         // that the next start does it all again.
@@ -167,11 +144,7 @@ class TstInicio : public QObject {
     // employees, r: regional settings), and the record after start-up: terminal, decimals,
     // multi-shop, shop, business, employee and name, second tax, tax name, region.
     void carga_data() {
-        QTest::addColumn<QString>("filas");
-        QTest::addColumn<QString>("sesion");
-        auto caso = [](const char *n, const char *filas, const char *sesion) {
-            QTest::newRow(n) << filas << sesion;
-        };
+        const auto caso = Pruebas::Tabla<QString, QString>();
         caso("empty tables keep what was there", "", "CAJA1|0|0|||0||0||");
         caso("multi-shop S", "o(2, 'S', 'Centro', 'TALLACOLOR')",
              "CAJA1|2|1|Centro|TALLACOLOR|0||0||");
@@ -190,7 +163,7 @@ class TstInicio : public QObject {
         caso("Null tax name", "r(false, null, 'España')", "CAJA1|0|0|||0||0|Impuesto|España");
     }
     void carga() {
-        QFETCH(QString, filas);
+        const auto [filas, sesion] = Pruebas::Fila<QString, QString>();
         CrearTerminalSQLite(corvanta, QStringLiteral("TIENDA"), QStringLiteral("CAJA1"));
         const QMap<QChar, QString> tablas{
             {'o', "opciones (numdecimales, multitienda, nombretienda, tiponegocio)"},
@@ -201,29 +174,14 @@ class TstInicio : public QObject {
             db->Ejecutar("insert into " + tablas.value(fila[0]) + " values " + fila.mid(1));
         Principal::CargarSesion();
         const auto &s = SesionSuite;
-        QTEST(QStringList({s.list2, QString::number(s.NumDecimales), QString::number(s.multitienda),
-                           s.nombretienda + '|' + s.TipoNegocio, QString::number(s.empleado),
-                           s.EmpleadoNombre, QString::number(s.SegundoImpuesto), s.nombreimpuesto1,
-                           s.NombreRegional})
-                  .join('|'),
-              "sesion");
+        QCOMPARE(
+            QStringList({s.list2, QString::number(s.NumDecimales), QString::number(s.multitienda),
+                         s.nombretienda + '|' + s.TipoNegocio, QString::number(s.empleado),
+                         s.EmpleadoNombre, QString::number(s.SegundoImpuesto), s.nombreimpuesto1,
+                         s.NombreRegional})
+                .join('|'),
+            sesion);
         QCOMPARE(s.list1, QStringLiteral("TIENDA"));
-    }
-
-    void bandera() {
-        const QString existe = dir.filePath(QStringLiteral("bandera.gif"));
-        QFile f(existe);
-        QVERIFY(f.open(QIODevice::WriteOnly) && f.write("GIF89a") == 6);
-        f.close();
-        for (const auto &[ruta, esperada] :
-             {std::pair{existe, existe}, std::pair{dir.filePath("no.gif"), QString()},
-              std::pair{dir.path(), QString()}}) {
-            db->Ejecutar("delete from configuracionregional");
-            db->Ejecutar(
-                "insert into configuracionregional (segundoimpuesto, bandera) values (?, ?)",
-                {false, ruta});
-            QCOMPARE(Principal::LeerBandera(), esperada);
-        }
     }
 };
 

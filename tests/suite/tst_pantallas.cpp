@@ -111,12 +111,8 @@ class TstPantallas : public QObject {
     }
 
     void formatos_data() {
-        QTest::addColumn<QString>("idioma");
-        QTest::addColumn<QString>("formato");
-        QTest::addColumn<QString>("columnas"); // empty: refused
-        auto caso = [](const char *n, const char *i, const char *f, const char *c) {
-            QTest::newRow(n) << i << f << c;
-        };
+        // Region, widths/alignments, and the columns they give (empty: refused).
+        const auto caso = Pruebas::Tabla<QString, QString, QString>();
         caso("widths and alignments", "es_ES", "5000/Izquierda;1500/centrado;0/derecha;0/derecha",
              "A 5000 I; B 1500 C; C 0 D; D 0 D");
         caso("fraction with a comma", "es_ES",
@@ -126,9 +122,7 @@ class TstPantallas : public QObject {
         caso("letters in a width", "es_ES", "10x/centrado;10/centrado;1/centrado;1/centrado", "");
     }
     void formatos() {
-        QFETCH(QString, idioma);
-        QFETCH(QString, formato);
-        QFETCH(QString, columnas);
+        const auto [idioma, formato, columnas] = Pruebas::Fila<QString, QString, QString>();
         QLocale::setDefault(QLocale(idioma));
         SvcGrid().FormatearGrid(*grid, "X;Y;Z;W", "1/centrado;2/centrado;3/centrado;4/centrado", 0);
         grid->setTextMatrix(1, 0, QStringLiteral("dato"));
@@ -172,29 +166,20 @@ class TstPantallas : public QObject {
     // The box's text with the cursor at '^' or the selection in [ ], the shop's decimals, the
     // key, and whether it passes.
     void teclaPrecio_data() {
-        QTest::addColumn<QString>("caja");
-        QTest::addColumn<int>("decimales");
-        QTest::addColumn<QChar>("tecla");
-        QTest::addColumn<bool>("pasa");
-        auto caso = [](const char *n, const char *caja, char tecla, bool pasa, int decimales = 2) {
-            QTest::newRow(n) << caja << decimales << QChar(tecla) << pasa;
-        };
-        caso("digit", "12^", '5', true);
-        caso("comma", "12^", ',', true);
-        caso("second comma", "12,5^", ',', false);
-        caso("comma with no decimals", "12^", ',', false, 0);
-        caso("one decimal too many", "12,50^", '1', false);
-        caso("whole digit with the decimals full", "^12,50", '1', true);
-        caso("comma that would leave three decimals", "12^345", ',', false);
-        caso("selection replaced", "12,[50]", '9', true);
-        caso("minus first", "^12", '-', true);
-        caso("minus in the middle", "1^2", '-', false);
+        const auto caso = Pruebas::Tabla<QString, int, QChar, bool>();
+        caso("digit", "12^", 2, '5', true);
+        caso("comma", "12^", 2, ',', true);
+        caso("second comma", "12,5^", 2, ',', false);
+        caso("comma with no decimals", "12^", 0, ',', false);
+        caso("one decimal too many", "12,50^", 2, '1', false);
+        caso("whole digit with the decimals full", "^12,50", 2, '1', true);
+        caso("comma that would leave three decimals", "12^345", 2, ',', false);
+        caso("selection replaced", "12,[50]", 2, '9', true);
+        caso("minus first", "^12", 2, '-', true);
+        caso("minus in the middle", "1^2", 2, '-', false);
     }
     void teclaPrecio() {
-        QFETCH(QString, caja);
-        QFETCH(int, decimales);
-        QFETCH(QChar, tecla);
-        QFETCH(bool, pasa);
+        auto [caja, decimales, tecla, pasa] = Pruebas::Fila<QString, int, QChar, bool>();
         const qsizetype desde = std::max(caja.indexOf('^'), caja.indexOf('['));
         const qsizetype hasta = caja.contains(']') ? caja.indexOf(']') - 1 : desde;
         TextBox texto(QStringLiteral("txt_NuevoPrecio"), nullptr, nullptr);

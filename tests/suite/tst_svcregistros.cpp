@@ -77,17 +77,6 @@ class TstSvcRegistros : public QObject {
                      " (2, 10, 8, null)");
     }
 
-    static void caso(const char *nombre, const QString &a, const QString &b, const QString &c,
-                     const QString &d = {}) {
-        QTest::newRow(nombre) << a << b << c << d;
-    }
-    static void columnas(const char *a, const char *b, const char *c, const char *d) {
-        QTest::addColumn<QString>(a);
-        QTest::addColumn<QString>(b);
-        QTest::addColumn<QString>(c);
-        QTest::addColumn<QString>(d);
-    }
-
   private slots:
     void init() {
         db = std::make_unique<BaseDatosPrueba>();
@@ -98,7 +87,9 @@ class TstSvcRegistros : public QObject {
     // What is stored, read back at once: a new list's header (after lists 1 and 2), a price,
     // Booleans, small whole numbers and reals.
     void insertar_data() {
-        columnas("tabla", "campos", "columnas", "guardado");
+        // The table (and which of its rows to read back), the fields as typed, the columns read
+        // back and what they hold.
+        const auto caso = Pruebas::Tabla<QString, QString, QString, QString>();
         const QString lista = "identificador=3|fechaalta=1/2/2026|preciovalidodesde=1/2/2026|"
                               "preciovalidohasta=31/12/9999|Descripcion=";
         const QString fechas = ";'2026-02-01';'2026-02-01';'9999-12-31'";
@@ -116,7 +107,7 @@ class TstSvcRegistros : public QObject {
              cabecera, "3;'O';'2026-06-15';'2026-02-01';'2026-03-01'");
         caso("greatest code", "cabecera_precio where identificador > 2",
              "identificador=2147483647|descripcion=x|", "identificador", "2147483647");
-        auto precio = [](const char *nombre, const QString &typed, const QString &guardado) {
+        auto precio = [&](const char *nombre, const QString &typed, const QString &guardado) {
             caso(nombre, "detalle_precio where producto = 20",
                  "identificador=1|producto=20|precio=" + typed + "|", "precio, codproductotextil",
                  guardado + ";null");
@@ -138,10 +129,8 @@ class TstSvcRegistros : public QObject {
              "numdecimales, anchopantalla, altopantalla, estiloaspecto", "2;15360;11085.5;-32768");
     }
     void insertar() {
-        QFETCH(QString, tabla);
-        QFETCH(QString, campos);
-        QFETCH(QString, columnas);
-        QFETCH(QString, guardado);
+        const auto [tabla, campos, columnas, guardado] =
+            Pruebas::Fila<QString, QString, QString, QString>();
         Insertar(tabla.section(' ', 0, 0), campos);
         QCOMPARE(Volcado(tabla, columnas), guardado);
         QCOMPARE(Volcado("cabecera_precio where identificador < 3", "descripcion"),
@@ -151,51 +140,46 @@ class TstSvcRegistros : public QObject {
 
     // Refusals: the operator reads why, and nothing is written.
     void rechazos_data() {
-        columnas("operacion", "tabla", "campos", "motivo");
-        QTest::addColumn<QString>("criterio");
-        auto fila = [](const char *nombre, const char *op, const char *tabla, const QString &campos,
-                       const QString &motivo, const QString &criterio = {}) {
-            QTest::newRow(nombre) << op << tabla << campos << motivo << criterio;
-        };
+        // Operation (i insert, m update, b delete), table, fields, words of the refusal, criterion.
+        const auto caso = Pruebas::Tabla<QString, QString, QString, QString, QString>();
         const QString precio = "identificador=1|producto=20|precio=";
         const QString nueva = "identificador=3|Descripcion=N|fechaalta=1/2/2026|"
                               "preciovalidodesde=1/2/2026|preciovalidohasta=";
-        fila("letters in a code", "i", "detalle_precio", "identificador=1a|producto=20|precio=5|",
+        caso("letters in a code", "i", "detalle_precio", "identificador=1a|producto=20|precio=5|",
              "El valor \"1a\" no vale para detalle_precio.identificador: se esperaba un número "
-             "entero (solo cifras y, delante, un signo). No se ha grabado nada.");
-        fila("code beyond 32 bits", "i", "detalle_precio", "identificador=2147483648|",
-             "no cabe en un número entero (de -2147483648 a 2147483647)");
-        fila("small number beyond 16 bits", "i", "opciones", "numdecimales=32768|",
-             "no cabe en un número entero corto");
-        fila("both separators", "i", "detalle_precio", precio + "1.234,56|", "una coma o un punto");
-        fila("16 significant digits", "i", "detalle_precio", precio + "12345678901234,56|",
-             "15 cifras");
-        fila("impossible date", "i", "cabecera_precio", nueva + "31/2/2026|",
-             "no es una fecha válida");
-        fila("Boolean of another kind", "i", "configuracionregional", "segundoimpuesto=quizá|",
-             "se esperaba S o N");
-        fila("last item not closed", "i", "detalle_precio", precio + "5",
-             "el último elemento, \"precio=5\", no termina en \"|\"");
-        fila("a | inside a name", "i", "cabecera_precio", "identificador=3|Descripcion=A|B|",
-             "\"B\" no tiene la forma columna=valor");
-        fila("a column twice", "i", "detalle_precio", "producto=1|producto=2|",
-             "la columna \"producto\" aparece dos veces");
-        fila("unknown column", "i", "detalle_precio", "preciooferta=5|",
-             "la tabla no tiene la columna \"preciooferta\"");
-        fila("unknown table", "i", "precios", "identificador=1|", "\"precios\"");
-        fila("empty list", "i", "detalle_precio", "", "está vacía");
-        fila("update without criterion", "m", "cabecera_precio", "descripcion=T|",
+             "entero (solo cifras y, delante, un signo). No se ha grabado nada.",
+             {});
+        caso("code beyond 32 bits", "i", "detalle_precio", "identificador=2147483648|",
+             "no cabe en un número entero (de -2147483648 a 2147483647)", {});
+        caso("small number beyond 16 bits", "i", "opciones", "numdecimales=32768|",
+             "no cabe en un número entero corto", {});
+        caso("both separators", "i", "detalle_precio", precio + "1.234,56|", "una coma o un punto",
+             {});
+        caso("16 significant digits", "i", "detalle_precio", precio + "12345678901234,56|",
+             "15 cifras", {});
+        caso("impossible date", "i", "cabecera_precio", nueva + "31/2/2026|",
+             "no es una fecha válida", {});
+        caso("Boolean of another kind", "i", "configuracionregional", "segundoimpuesto=quizá|",
+             "se esperaba S o N", {});
+        caso("last item not closed", "i", "detalle_precio", precio + "5",
+             "el último elemento, \"precio=5\", no termina en \"|\"", {});
+        caso("a | inside a name", "i", "cabecera_precio", "identificador=3|Descripcion=A|B|",
+             "\"B\" no tiene la forma columna=valor", {});
+        caso("a column twice", "i", "detalle_precio", "producto=1|producto=2|",
+             "la columna \"producto\" aparece dos veces", {});
+        caso("unknown column", "i", "detalle_precio", "preciooferta=5|",
+             "la tabla no tiene la columna \"preciooferta\"", {});
+        caso("unknown table", "i", "precios", "identificador=1|", "\"precios\"", {});
+        caso("empty list", "i", "detalle_precio", "", "está vacía", {});
+        caso("update without criterion", "m", "cabecera_precio", "descripcion=T|",
              "Falta el criterio", "  ");
-        fila("update with a wrong criterion", "m", "cabecera_precio", "descripcion=O|",
+        caso("update with a wrong criterion", "m", "cabecera_precio", "descripcion=O|",
              "syntax error", "identificador = = 1");
-        fila("delete without criterion", "b", "detalle_precio", "", "Falta el criterio");
+        caso("delete without criterion", "b", "detalle_precio", "", "Falta el criterio", {});
     }
     void rechazos() {
-        QFETCH(QString, operacion);
-        QFETCH(QString, tabla);
-        QFETCH(QString, campos);
-        QFETCH(QString, motivo);
-        QFETCH(QString, criterio);
+        const auto [operacion, tabla, campos, motivo, criterio] =
+            Pruebas::Fila<QString, QString, QString, QString, QString>();
         const QString antes = Todo();
         const QString error = ErrorDe([&] {
             if (operacion == "i")
