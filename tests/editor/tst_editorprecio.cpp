@@ -7,8 +7,6 @@
 #include "apoyo/tiendaprueba.h"
 #include "platform/ui/mensajes.h"
 
-#include <QHeaderView>
-
 namespace {
 
 double Guardado(TiendaPrueba &t, int producto) {

@@ -7,7 +7,6 @@
 #include "platform/datos/recordset.h"
 
 #include <QSqlDatabase>
-#include <QSqlQuery>
 #include <functional>
 #include <memory>
 

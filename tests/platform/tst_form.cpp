@@ -8,8 +8,6 @@
 #include "platform/ui/twips.h"
 #include "platform/ui/visorayuda.h"
 
-#include <QLabel>
-#include <QLineEdit>
 #include <optional>
 
 #include <stdexcept>

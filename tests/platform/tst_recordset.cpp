@@ -3,7 +3,6 @@
 #include "apoyo/ejecucion.h"
 #include "apoyo/errores.h"
 #include "platform/datos/conexion.h"
-#include "platform/datos/dialecto.h"
 #include "platform/datos/errorbd.h"
 #include "platform/datos/recordset.h"
 

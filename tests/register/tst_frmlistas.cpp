@@ -9,7 +9,6 @@
 
 #include <QApplication>
 #include <QHeaderView>
-#include <QPushButton>
 #include <QSqlQuery>
 #include <functional>
 
