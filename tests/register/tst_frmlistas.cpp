@@ -152,24 +152,20 @@ class TstFrmListas : public QObject {
 
     void aceptar_data() {
         // mensaje: empty: stored, and the editor opens on it
-        const auto fila = Pruebas::Tabla<QString, QDate, QDate, QString>();
+        const auto caso = Pruebas::Tabla<QString, QDate, QDate, QString>();
         const QDate d1(2026, 1, 1), d31(2026, 1, 31);
-        const auto caso = [&](const char *n, const QString &nombre, QDate desde, QDate hasta,
-                              const QString &mensaje = {}) {
-            fila(n, nombre, desde, hasta, mensaje);
-        };
         const char *sinNombre = "Tiene que indicar un nombre para la nueva tarifa";
         caso("sin nombre", "", d1, d31, sinNombre);
         caso("desde un dia despues", "V", d31.addDays(1), d31, Periodo);
         caso("sin nombre, periodo al reves", "", d31, d1, sinNombre);
         caso("barra", "Mayo|Junio", d1, d31,
              "El nombre de la tarifa no puede llevar el carácter |");
-        caso("desde igual a hasta", "Un día", d1, d1);
+        caso("desde igual a hasta", "Un día", d1, d1, "");
         // Compared as dates: as texts, "15/12/2026" would come after "14/1/2027".
-        caso("cruza el ano", "Navidad", QDate(2026, 12, 15), QDate(2027, 1, 14));
-        caso("blancos", "   ", d1, d31);
-        caso("comillas y comodines", "L'Oréal \"VIP\" 10% a_b \\n \\\\ ; drop table x; --", d1,
-             d31);
+        caso("cruza el ano", "Navidad", QDate(2026, 12, 15), QDate(2027, 1, 14), "");
+        caso("blancos", "   ", d1, d31, "");
+        caso("comillas y comodines", "L'Oréal \"VIP\" 10% a_b \\n \\\\ ; drop table x; --", d1, d31,
+             "");
     }
     void aceptar() {
         const auto [nombre, desde, hasta, mensaje] =
