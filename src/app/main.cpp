@@ -26,7 +26,11 @@ void SinPantalla(QtMsgType tipo, const QMessageLogContext &contexto, const QStri
         std::fflush(stderr);
         _exit(1);
     }
-    if (contexto.category && QByteArray(contexto.category).startsWith("qt.qpa"))
+    // Qt's notes about the desktop are not the operator's business: the platform's, and the
+    // one about a session without a runtime folder (su, a service), where the lock file has a
+    // folder of its own anyway.
+    if ((contexto.category && QByteArray(contexto.category).startsWith("qt.qpa")) ||
+        texto.startsWith(QLatin1String("QStandardPaths: ")))
         return;
     std::fprintf(stderr, "%s\n", texto.toLocal8Bit().constData());
 }
