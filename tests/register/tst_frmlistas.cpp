@@ -1,4 +1,4 @@
-// The register screen: the double click and the hand-over to the editor; and a new
+// The register screen: the double click and the hand-over to the editor; the help page; a new
 // price list: the next code, the checks of the panel, what is stored and shown, a double click
 // while the panel is open, two terminals taking the same code, and a database that refuses the row.
 #include "apoyo/ejecucion.h"
@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QHeaderView>
+#include <QPushButton>
 #include <QSqlQuery>
 #include <functional>
 
@@ -107,6 +108,25 @@ class TstFrmListas : public QObject {
         QCOMPARE(f.grid_precios->Row(), 0);
         QVERIFY(!frmTarifas().Loaded());
         QCOMPARE(f.lblCodigo->Caption(), QStringLiteral("lblCodigo"));
+    }
+
+    void ayuda() {
+        // The help page rises from below the screen's edge onto the foot of the title bar and
+        // stops exactly there; the viewer's Cerrar takes it back down. A link followed inside
+        // the page is a notice that moves nothing.
+        FrmListas &f = Mostrar();
+        const auto deslizar = [&f] { // the timer's ticks by hand; where the panel stopped
+            for (int tick = 0; f.tmrAyuda->Enabled() && tick < 500; ++tick)
+                emit f.tmrAyuda->Tick();
+            return f.tmrAyuda->Enabled() ? -1.0 : f.Open1->Top();
+        };
+        QTest::mouseClick(f.cmd_Ayuda->widget(), Qt::LeftButton);
+        QCOMPARE(f.Open1->Top(), f.Height());
+        QCOMPARE(deslizar(), f.fr_SeparacionH1->Height() + f.Frame1->Top());
+        emit f.Open1->Aviso();
+        QVERIFY(!f.tmrAyuda->Enabled());
+        QTest::mouseClick(f.Open1->widget()->findChild<QPushButton *>("cerrar"), Qt::LeftButton);
+        QCOMPARE(deslizar(), f.Height());
     }
 
     void nuevoCodigo_data() {
