@@ -10,6 +10,7 @@
 #include "session/sesionsuite.h"
 #include "session/vida.h"
 
+#include <QApplication>
 #include <QSqlQuery>
 #include <QSqlRecord>
 #include <QTableView>
@@ -235,15 +236,15 @@ class TiendaPrueba {
         return filas;
     }
 
-    /// The register, loaded and shown.
-    FrmListas &Registro() {
-        FrmListas &registro = frmListas();
+    /// The register (the program's own, or another terminal's), loaded, shown and active.
+    FrmListas &Registro(FrmListas &registro = frmListas()) {
         registro.Load();
         if (!registro.ventana()->isVisible()) {
             registro.ventana()->show();
             if (!QTest::qWaitForWindowExposed(registro.ventana()))
                 qWarning("The register's window was not exposed");
         }
+        QApplication::setActiveWindow(registro.ventana());
         return registro;
     }
     /// Opens the editor from the shown register by a double click on list `lista`, runs

@@ -28,15 +28,6 @@ int Listas() {
     return tienda->Valor("select count(*) from cabecera_precio").toInt();
 }
 
-FrmListas &Mostrar(FrmListas &f = frmListas()) {
-    f.Load();
-    f.ventana()->show();
-    if (!QTest::qWaitForWindowExposed(f.ventana()))
-        qWarning("The register was not exposed");
-    QApplication::setActiveWindow(f.ventana());
-    return f;
-}
-
 /// Clicks `boton`, with ConEditor.
 bool Pulsar(CommandButton *boton, const std::function<void(FrmTarifas &)> &mientras = {}) {
     return ConEditor([boton] { QTest::mouseClick(boton->widget(), Qt::LeftButton); }, mientras);
@@ -88,7 +79,7 @@ class TstFrmListas : public QObject {
         tienda->Ejecutar(
             "insert into detalle_precio (identificador, producto, precio) values (7, 1, 9), "
             "(8, 2, 25)");
-        Mostrar();
+        tienda->Registro();
         QString abierta;
         QVERIFY(DobleClic(7, [&](FrmTarifas &e) { abierta = Abierta(e); }));
         QCOMPARE(abierta, "7|Clientes 'VIP'|1/3/2026|15/4/2026|2026-03-01|2026-04-15|2|Camisa");
@@ -98,7 +89,7 @@ class TstFrmListas : public QObject {
 
     void dobleClicSinFila() {
         // With the title row alone the current row is 0 and nothing opens.
-        FrmListas &f = Mostrar();
+        FrmListas &f = tienda->Registro();
         QCOMPARE(f.grid_precios->Rows(), 1);
         QTableView *v = f.grid_precios->vista();
         // One at a time: an editor opened by the first must not be left waiting by the second.
@@ -114,7 +105,7 @@ class TstFrmListas : public QObject {
         // The help page rises from below the screen's edge onto the foot of the title bar and
         // stops exactly there; the viewer's Cerrar takes it back down. A link followed inside
         // the page is a notice that moves nothing.
-        FrmListas &f = Mostrar();
+        FrmListas &f = tienda->Registro();
         const auto deslizar = [&f] { // the timer's ticks by hand; where the panel stopped
             for (int tick = 0; f.tmrAyuda->Enabled() && tick < 500; ++tick)
                 emit f.tmrAyuda->Tick();
@@ -150,7 +141,7 @@ class TstFrmListas : public QObject {
             tienda->Ejecutar(sql);
         const int antes = Listas();
         FrmListas &f = frmListas();
-        Mostrar(f);
+        tienda->Registro(f);
         QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
         QCOMPARE(f.lblCodigo->Caption(), codigo);
         QVERIFY(f.frAltaLista->Visible() && !f.cmdNuevo->Visible());
@@ -192,7 +183,7 @@ class TstFrmListas : public QObject {
             Pruebas::Fila<QString, QDate, QDate, QString>();
         tienda->Lista(4, QStringLiteral("General"));
         FrmListas &f = frmListas();
-        Mostrar(f);
+        tienda->Registro(f);
         QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
         Rellenar(f, nombre, desde, hasta);
         RespuestasMensajes respuestas;
@@ -236,7 +227,7 @@ class TstFrmListas : public QObject {
         tienda->Lista(1, QStringLiteral("General"));
         tienda->Lista(2, QStringLiteral("Rebajas"));
         FrmListas &f = frmListas();
-        Mostrar(f);
+        tienda->Registro(f);
         QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
         QVERIFY(DobleClic(1, [](FrmTarifas &) {
             tienda->Ejecutar("delete from cabecera_precio where identificador = 1");
@@ -264,9 +255,9 @@ class TstFrmListas : public QObject {
             std::swap(SesionSuite.Conexion, otraConexion);
         };
         FrmListas &caja1 = frmListas();
-        Mostrar(caja1);
+        tienda->Registro(caja1);
         FrmListas caja2;
-        enOtraCaja([&] { Mostrar(caja2); });
+        enOtraCaja([&] { tienda->Registro(caja2); });
 
         QTest::mouseClick(caja1.cmdNuevo->widget(), Qt::LeftButton);
         enOtraCaja([&] { QTest::mouseClick(caja2.cmdNuevo->widget(), Qt::LeftButton); });
@@ -298,7 +289,7 @@ class TstFrmListas : public QObject {
         // A database that takes no writes: its own words in the error report, nothing stored,
         // the panel still open to try again.
         FrmListas &f = frmListas();
-        Mostrar(f);
+        tienda->Registro(f);
         QTest::mouseClick(f.cmdNuevo->widget(), Qt::LeftButton);
         Rellenar(f, QStringLiteral("Otoño"), QDate(2026, 9, 1), QDate(2026, 9, 30));
         QSqlQuery q(SesionSuite.Conexion->Base());
