@@ -66,7 +66,7 @@ void Ejecutar(ADODB::Connection &c, const QString &sql) {
     QSqlQuery q(c.Base());
     if (!q.exec(sql))
         throw std::runtime_error(
-            (q.lastError().text() + QStringLiteral(" in ") + sql).toStdString());
+            QString(q.lastError().text() + QStringLiteral(" in ") + sql).toStdString());
 }
 
 /// A suite database in `dir` with `productos` live products (codes 1..n, names in code

@@ -49,7 +49,7 @@ void Ejecutar(QSqlDatabase base, const QString &sql) {
     QSqlQuery q(base);
     if (!q.exec(sql))
         throw std::runtime_error(
-            (q.lastError().text() + QStringLiteral(" in ") + sql).toStdString());
+            QString(q.lastError().text() + QStringLiteral(" in ") + sql).toStdString());
 }
 
 double Mediana(std::vector<double> v) {
@@ -185,7 +185,9 @@ void MedirNombre(int productos, int variantes) {
     };
 
     // One keystroke, each from the previous one's result as the operator types.
-    const QStringList teclas = {"c", "ca", "cam", "cami", "camis", "camisa", "camis", "", "p"};
+    const QStringList teclas = QStringLiteral("c ca cam cami camis camisa camis - p")
+                                   .split(QLatin1Char(' '))
+                                   .replaceInStrings(QStringLiteral("-"), QString());
     std::vector<double> medido, plano;
     for (int vuelta = 0; vuelta < 3; ++vuelta)
         for (const QString &t : teclas) {

@@ -2,7 +2,8 @@
 # Builds everything and runs the whole test suite twice: on SQLite, then on a throw-away
 # PostgreSQL server started for this run (127.0.0.1 only, in a temporary directory, stopped
 # however the run ends). Without PostgreSQL the second run is skipped, and said so; in CI
-# (CI=true) both runs are required.
+# (CI=true) both runs are required. TARIFAS_WERROR=ON (CI sets it) makes every warning an
+# error.
 set -euo pipefail
 raiz="$(cd "$(dirname "$0")/.." && pwd)"
 build="$raiz/build-pruebas"
@@ -34,7 +35,8 @@ else
     "las pruebas en PostgreSQL se omiten." >&2
 fi
 
-cmake -S "$raiz" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTARIFAS_PRUEBAS_PG="$servidor" >/dev/null
+cmake -S "$raiz" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTARIFAS_PRUEBAS_PG="$servidor" \
+  -DTARIFAS_WERROR="${TARIFAS_WERROR:-OFF}" >/dev/null
 cmake --build "$build" -j"$(nproc)"
 cd "$build"
 

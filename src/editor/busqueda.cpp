@@ -107,14 +107,14 @@ void FrmTarifas::BusquedaItemsxNombre_Grid(const QString &valor, Grid &grid) {
     // Every row is decided anew at each keystroke: a longer text hides more, a shorter one
     // brings rows back, at the title row's height. Rows the grid hides are left out of the
     // view by one update when control goes back to the event loop.
-    const double alto = grid.RowHeight(0);
+    const double altoFila = grid.RowHeight(0);
     const int filas = grid.Rows();
     if (grid.Cols() <= ColLlano::Nombre)
         return; // a grid not yet formatted has no names
     for (int fila = 1; fila < filas; ++fila) {
         if (grid.TextMatrix(fila, ColLlano::Nombre).startsWith(valor, Qt::CaseInsensitive)) {
             if (grid.RowHeight(fila) == 0)
-                grid.setRowHeight(fila, alto);
+                grid.setRowHeight(fila, altoFila);
         } else {
             grid.setRowHeight(fila, 0);
         }
@@ -122,11 +122,11 @@ void FrmTarifas::BusquedaItemsxNombre_Grid(const QString &valor, Grid &grid) {
 }
 
 void FrmTarifas::DeshacerBusquedaItemsxNombre_Grid(Grid &grid) {
-    const double alto = grid.RowHeight(0);
+    const double altoFila = grid.RowHeight(0);
     const int filas = grid.Rows();
     for (int fila = 1; fila < filas; ++fila)
         if (grid.RowHeight(fila) == 0)
-            grid.setRowHeight(fila, alto);
+            grid.setRowHeight(fila, altoFila);
 }
 
 bool FrmTarifas::BuscarCodigo_textil(const QString &cod) {
@@ -186,11 +186,11 @@ bool FrmTarifas::BuscarCodigo_textil(const QString &cod) {
     // every row again.
     Grid &grid = *grid_productos_textil;
     const QString padre = QString::number(producto);
-    const double alto = grid.RowHeight(0);
+    const double altoFila = grid.RowHeight(0);
     for (int fila = 1; fila < grid.Rows(); ++fila) {
         if (grid.TextMatrix(fila, ColTallaColor::Codigo) == padre) {
             if (grid.RowHeight(fila) == 0)
-                grid.setRowHeight(fila, alto);
+                grid.setRowHeight(fila, altoFila);
         } else {
             grid.setRowHeight(fila, 0);
         }

@@ -223,7 +223,7 @@ class TiendaPrueba {
             if (!q.exec(QStringLiteral("select * from ") + tabla))
                 qWarning("Could not dump %s", tabla);
             while (q.next()) {
-                QStringList campos{tabla};
+                QStringList campos{QLatin1String(tabla)};
                 for (int c = 0; c < q.record().count(); ++c)
                     campos << (q.isNull(c) ? QStringLiteral("<nulo>") : q.value(c).toString());
                 const QString fila = campos.join('|');

@@ -78,7 +78,7 @@ class TstArranque : public QObject {
         {
             QSqlDatabase base = QSqlDatabase::addDatabase("QSQLITE", "comprobar");
             base.setDatabaseName(ruta);
-            base.setConnectOptions(escribir ? "" : "QSQLITE_OPEN_READONLY");
+            base.setConnectOptions(escribir ? QString() : QStringLiteral("QSQLITE_OPEN_READONLY"));
             QSqlQuery q(base);
             if (base.open() && q.exec(sql) && q.next())
                 v = q.value(0);

@@ -87,7 +87,7 @@ class TstMain : public QObject {
         e.insert("QT_QPA_PLATFORM", "offscreen");
         e.insert("XDG_DATA_HOME", dir.filePath("datos"));
         e.insert("XDG_RUNTIME_DIR", dir.path()); // locks live there: a private one, ours alone
-        e.insert(VariableCaso, caso);
+        e.insert(QLatin1String(VariableCaso), caso);
         p->setProcessEnvironment(e);
         p->start(caso.isEmpty() ? TARIFAS_EXE : QCoreApplication::applicationFilePath(), {});
         p->waitForFinished(60000);

@@ -52,7 +52,7 @@ class TstDialecto : public QObject {
         // Without a PostgreSQL text, the same as SQLite's.
         const auto fila = Pruebas::Tabla<QString, QString, QString>();
         const auto caso = [&](const char *n, const char *s, const char *l, const char *p = "") {
-            fila(n, s, l, (*p ? p : l));
+            fila(n, QString::fromUtf8(s), QString::fromUtf8(l), QString::fromUtf8(*p ? p : l));
         };
         caso("literals and comments are left alone",
              "select 'a <> null like \"X\" order by' from t where x<>null -- c like d\n",

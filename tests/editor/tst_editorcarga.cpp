@@ -81,10 +81,12 @@ class TstEditorCarga : public QObject {
         FrmTarifas &e = tienda.CargarEditor(1);
         // The mode's catalogue is filled and shown; the other one stays empty.
         QCOMPARE(e.frResultado->Visible(), tallaColor);
-        QCOMPARE(e.grid_productos_textil->TextMatrix(1, 1), QString(tallaColor ? "Camisa" : ""));
-        QCOMPARE(e.grid_productos->TextMatrix(1, 1), QString(tallaColor ? "" : "Camisa"));
+        const QString camisa = "Camisa";
+        QCOMPARE(e.grid_productos_textil->TextMatrix(1, 1), tallaColor ? camisa : QString());
+        QCOMPARE(e.grid_productos->TextMatrix(1, 1), tallaColor ? QString() : camisa);
         QCOMPARE(Filas(*e.grid_Pseleccionados),
-                 QStringList{tallaColor ? "C1|Camisa|1|-1|||11|" : "C1|Camisa|1|11|"});
+                 QStringList{tallaColor ? QStringLiteral("C1|Camisa|1|-1|||11|")
+                                        : QStringLiteral("C1|Camisa|1|11|")});
     }
 
     void refrescoRegistro_data() {
@@ -165,9 +167,10 @@ class TstEditorCarga : public QObject {
     void seleccionados_data() {
         // extra: run on the shop before the load; precio: names the row
         const auto fila = Pruebas::Tabla<QString, QString, QString, QString>();
-        const auto caso = [&](const char *nombre, const QString &modo, const char *precio,
-                              const char *vista,
-                              const char *extra = "") { fila(nombre, modo, extra, precio, vista); };
+        const auto caso = [&](const char *nombre, const QString &modo, const QString &precio,
+                              const QString &vista, const QString &extra = {}) {
+            fila(nombre, modo, extra, precio, vista);
+        };
         caso("textil, con codigo propio", TallaColor, "55", "Z1M|Zeta|1|1M|M|Rojo|55|");
         caso("textil, sin codigo propio", TallaColor, "56", "Z1|Zeta|1|1L|L|Azul|56|");
         caso("textil, talla desaparecida", TallaColor, "57", "Z1|Zeta|1|1X|||57|");

@@ -84,7 +84,7 @@ class TstEditorLista : public QObject {
         // pasos: "desde=ISO", "hasta=ISO", "aceptar", "cancelar"; controles: what the date controls
         // show at the end; guardado: empty: nothing was stored
         const auto caso = Pruebas::Tabla<QString, bool, QString, QString>();
-        const char *inicial = "2026-01-01 2026-12-31";
+        const QString inicial = "2026-01-01 2026-12-31";
         caso("abierto: ambos visibles", "", true, inicial, "");
         caso("aceptar recien abierto guarda lo que se ve", "aceptar", false, inicial, inicial);
         caso("cancelar recien abierto no guarda", "cancelar", false, inicial, "");
@@ -209,8 +209,9 @@ class TstEditorLista : public QObject {
     void otroPuesto_data() {
         const auto caso = Pruebas::Tabla<QString, bool>();
         for (const char *accion : {"periodo", "eliminar", "precio"}) {
-            caso(qPrintable(QStringLiteral("%1, borrada antes").arg(accion)), accion, false);
-            caso(qPrintable(QStringLiteral("%1, borrandose").arg(accion)), accion, true);
+            const QString nombre = QLatin1String(accion);
+            caso(qPrintable(QStringLiteral("%1, borrada antes").arg(nombre)), nombre, false);
+            caso(qPrintable(QStringLiteral("%1, borrandose").arg(nombre)), nombre, true);
         }
         caso("precio del mismo producto", "mismo producto", true);
     }

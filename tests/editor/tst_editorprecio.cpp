@@ -73,7 +73,8 @@ class TstEditorPrecio : public QObject {
         QVERIFY(!e.frCambio->Visible() && e.Frame1->Visible());
         QCOMPARE(Guardado(t, 2), 12.5);
         QCOMPARE(Fila(*e.grid_Pseleccionados, 2).join('|'),
-                 QString(textil ? "V1|Bufanda|2|H1|M|Rojo|12,5|" : "B2|Bufanda|2|12,5|"));
+                 textil ? QStringLiteral("V1|Bufanda|2|H1|M|Rojo|12,5|")
+                        : QStringLiteral("B2|Bufanda|2|12,5|"));
         // A second price replaces the first, in place: one stored row, no new grid row.
         QVERIFY(ClicProducto(e, "2", hijo));
         QCOMPARE(e.txt_NuevoPrecio->Text(), QString()); // the box starts empty

@@ -28,7 +28,8 @@ class TstFiabilidad : public QObject {
         for (const QString &modo : {QString(), TallaColor})
             for (const auto &[nombre, texto] : textos)
                 caso(qPrintable(QStringLiteral("%1, %2").arg(
-                         nombre, modo.isEmpty() ? "llano" : "talla y color")),
+                         QLatin1String(nombre), modo.isEmpty() ? QStringLiteral("llano")
+                                                               : QStringLiteral("talla y color"))),
                      texto, modo);
     }
     void textos() {
@@ -107,8 +108,9 @@ class TstFiabilidad : public QObject {
         for (const QString &modo : {QString(), TallaColor})
             for (const auto &[nombre, sql] : nulos)
                 caso(qPrintable(QStringLiteral("%1, %2").arg(
-                         nombre, modo.isEmpty() ? "llano" : "talla y color")),
-                     sql, modo);
+                         QLatin1String(nombre), modo.isEmpty() ? QStringLiteral("llano")
+                                                               : QStringLiteral("talla y color"))),
+                     QString::fromUtf8(sql), modo);
     }
     void nulos() {
         // A Null in a column the screens read: the list opens, a price is saved, the period is

@@ -177,9 +177,9 @@ class TstGrid : public QObject {
                     g.Refresh(), filtrar(g, t);
             });
         };
-        const auto alturas = [](const QList<double> &alturas) {
+        const auto alturas = [](const QList<double> &lista) {
             return Operacion([=](Grid &g) {
-                for (double a : alturas)
+                for (double a : lista)
                     g.setRowHeight(3, a == Titulo ? g.RowHeight(0) : a);
             });
         };

@@ -69,8 +69,8 @@ class TstRecordset : public QObject {
         caso("text keeps its zeros", "text", "0201", "0201", "0201|0201");
         caso("empty text is no Null", "text", "", "", "|");
         for (const char *tipo : {"integer", "text", "date", "numeric", "boolean", ""})
-            caso(qPrintable(QStringLiteral("Null %1").arg(tipo)), tipo, QVariant(), QVariant(),
-                 "|");
+            caso(qPrintable(QStringLiteral("Null %1").arg(QLatin1String(tipo))),
+                 QLatin1String(tipo), QVariant(), QVariant(), "|");
     }
     void tipos() {
         const auto [tipo, crudo, esperado, textos] =

@@ -49,7 +49,8 @@ class TstRegional : public QObject {
     void numeroATexto_data() {
         const auto fila = Pruebas::Tabla<QString, double, QString>();
         const auto caso = [&](const char *idioma, double v, const QString &t) {
-            fila(qPrintable(QStringLiteral("%1 %2").arg(idioma, t)), idioma, v, t);
+            fila(qPrintable(QStringLiteral("%1 %2").arg(QLatin1String(idioma), t)),
+                 QLatin1String(idioma), v, t);
         };
         caso("es_ES", 12.5, "12,5");
         caso("es_ES", 1234567.25, "1234567,25");

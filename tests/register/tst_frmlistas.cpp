@@ -165,7 +165,7 @@ class TstFrmListas : public QObject {
         // mensaje: empty: stored, and the editor opens on it
         const auto caso = Pruebas::Tabla<QString, QDate, QDate, QString>();
         const QDate d1(2026, 1, 1), d31(2026, 1, 31);
-        const char *sinNombre = "Tiene que indicar un nombre para la nueva tarifa";
+        const QString sinNombre = "Tiene que indicar un nombre para la nueva tarifa";
         caso("sin nombre", "", d1, d31, sinNombre);
         caso("desde un dia despues", "V", d31.addDays(1), d31, Periodo);
         caso("sin nombre, periodo al reves", "", d31, d1, sinNombre);
@@ -216,8 +216,8 @@ class TstFrmListas : public QObject {
         QCOMPARE(tienda->Valor("select cast(fechaalta as varchar(40)) || cast(preciovalidodesde as "
                                "varchar(40)) || cast(preciovalidohasta as varchar(40)) from "
                                "cabecera_precio where identificador = 5"),
-                 Hoy().toString(Qt::ISODate) + desde.toString(Qt::ISODate) +
-                     hasta.toString(Qt::ISODate));
+                 QVariant(Hoy().toString(Qt::ISODate) + desde.toString(Qt::ISODate) +
+                          hasta.toString(Qt::ISODate)));
         QCOMPARE(f.grid_precios->TextMatrix(FilaRegistro(5), 0), nombre);
     }
 

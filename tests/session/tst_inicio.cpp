@@ -81,7 +81,8 @@ class TstInicio : public QObject {
         const QString ruta =
             porDefecto
                 ? QDir(DirectorioDatosSuite()).filePath(QStringLiteral("tarifas.sqlite"))
-                : dir.filePath(QStringLiteral("nueva%1.sqlite").arg(QTest::currentDataTag()));
+                : dir.filePath(
+                      QStringLiteral("nueva%1.sqlite").arg(QLatin1String(QTest::currentDataTag())));
         QFile::remove(ruta);
         if (ficheroVacio) {
             QFile f(ruta);
@@ -100,7 +101,8 @@ class TstInicio : public QObject {
             for (const ColumnaEsquema &col : t.columnas)
                 columnas << QLatin1String(col.nombre);
             QSqlQuery q(c.Base());
-            QVERIFY2(q.exec(QStringLiteral("select %1 from %2").arg(columnas.join(','), t.nombre)),
+            QVERIFY2(q.exec(QStringLiteral("select %1 from %2")
+                                .arg(columnas.join(','), QLatin1String(t.nombre))),
                      t.nombre);
             filas += Cuenta(c, QLatin1String(t.nombre));
         }

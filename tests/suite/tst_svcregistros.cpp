@@ -120,10 +120,11 @@ class TstSvcRegistros : public QObject {
         caso("textile variant keeps its zeros", "detalle_precio where producto = 20",
              "identificador=1|producto=20|precio=5|CodProductoTextil=0201|",
              "precio, codproductotextil", "5;'0201'");
-        for (const char *b : {"S=1", "-1=1", "falso=0"}) // typed=stored
-            caso(b, "configuracionregional",
-                 "segundoImpuesto=" + QString(b).section('=', 0, 0) + "|", "segundoimpuesto",
-                 QString(b).section('=', 1));
+        for (const char *b : {"S=1", "-1=1", "falso=0"}) { // typed=stored
+            const QString booleano = QLatin1String(b);
+            caso(b, "configuracionregional", "segundoImpuesto=" + booleano.section('=', 0, 0) + "|",
+                 "segundoimpuesto", booleano.section('=', 1));
+        }
         caso("small whole numbers and reals", "opciones",
              "NumDecimales=2|anchopantalla=15360|altopantalla=11085,5|estiloaspecto=-32768|",
              "numdecimales, anchopantalla, altopantalla, estiloaspecto", "2;15360;11085.5;-32768");

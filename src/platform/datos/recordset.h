@@ -37,7 +37,7 @@ class Field {
 
   private:
     friend class Recordset;
-    Field(const Recordset *rs, int columna) : rs(rs), columna(columna) {}
+    Field(const Recordset *recordset, int indice) : rs(recordset), columna(indice) {}
     const Recordset *rs;
     int columna;
 };

@@ -2,7 +2,7 @@
 
 namespace ADODB {
 
-Transaccion::Transaccion(Connection &conexion) : conexion(conexion) {
+Transaccion::Transaccion(Connection &enlace) : conexion(enlace) {
     if (conexion.EnTransaccion())
         return;
     conexion.BeginTrans();

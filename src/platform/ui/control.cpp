@@ -5,8 +5,8 @@
 
 #include <QPalette>
 
-Control::Control(const QString &nombre, Control *contenedor, Form *form)
-    : QObject(form), contenedor(contenedor), form(form) {
+Control::Control(const QString &nombre, Control *padre, Form *pantalla)
+    : QObject(pantalla), contenedor(padre), form(pantalla) {
     setObjectName(nombre);
 }
 

@@ -18,8 +18,8 @@
 
 // ---- Frame -----------------------------------------------------------------------------
 
-Frame::Frame(const QString &nombre, Control *contenedor, Form *form, bool conBorde)
-    : Control(nombre, contenedor, form) {
+Frame::Frame(const QString &nombre, Control *padre, Form *pantalla, bool conBorde)
+    : Control(nombre, padre, pantalla) {
     auto *marco = new QFrame;
     marco->setFrameShape(conBorde ? QFrame::StyledPanel : QFrame::NoFrame);
     // A frame is opaque: what lies behind it in the same container doesn't show through.
@@ -29,8 +29,8 @@ Frame::Frame(const QString &nombre, Control *contenedor, Form *form, bool conBor
 
 // ---- Label -----------------------------------------------------------------------------
 
-Label::Label(const QString &nombre, Control *contenedor, Form *form)
-    : Control(nombre, contenedor, form), etiqueta(new QLabel) {
+Label::Label(const QString &nombre, Control *padre, Form *pantalla)
+    : Control(nombre, padre, pantalla), etiqueta(new QLabel) {
     etiqueta->setTextFormat(Qt::PlainText);
     etiqueta->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     // Labels break their text at words to fit their width, as the screens were drawn.
@@ -135,8 +135,8 @@ int teclaDeCodigo(int codigo) {
 
 } // namespace
 
-TextBox::TextBox(const QString &nombre, Control *contenedor, Form *form)
-    : Control(nombre, contenedor, form), caja(new QLineEdit) {
+TextBox::TextBox(const QString &nombre, Control *padre, Form *pantalla)
+    : Control(nombre, padre, pantalla), caja(new QLineEdit) {
     caja->installEventFilter(this);
     connect(caja, &QLineEdit::textChanged, this, &TextBox::Change);
     ponerWidget(caja);
@@ -231,8 +231,8 @@ bool TextBox::eventFilter(QObject *obj, QEvent *ev) {
 
 // ---- CommandButton ---------------------------------------------------------------------
 
-CommandButton::CommandButton(const QString &nombre, Control *contenedor, Form *form)
-    : Control(nombre, contenedor, form), boton(new QPushButton) {
+CommandButton::CommandButton(const QString &nombre, Control *padre, Form *pantalla)
+    : Control(nombre, padre, pantalla), boton(new QPushButton) {
     connect(boton, &QPushButton::clicked, this, &CommandButton::Click);
     ponerWidget(boton);
 }
@@ -284,8 +284,8 @@ void CommandButton::setPicture(const QString &recurso) {
 
 // ---- PictureBox ------------------------------------------------------------------------
 
-PictureBox::PictureBox(const QString &nombre, Control *contenedor, Form *form)
-    : Control(nombre, contenedor, form) {
+PictureBox::PictureBox(const QString &nombre, Control *padre, Form *pantalla)
+    : Control(nombre, padre, pantalla) {
     auto *cuadro = new QLabel;
     cuadro->setAlignment(Qt::AlignLeft | Qt::AlignTop); // the picture at its natural size
     cuadro->setAutoFillBackground(true);
@@ -298,8 +298,8 @@ void PictureBox::setPicture(const QString &recurso) {
 
 // ---- Timer -----------------------------------------------------------------------------
 
-Timer::Timer(const QString &nombre, Control *contenedor, Form *form)
-    : Control(nombre, contenedor, form), reloj(new QTimer(this)) {
+Timer::Timer(const QString &nombre, Control *padre, Form *pantalla)
+    : Control(nombre, padre, pantalla), reloj(new QTimer(this)) {
     reloj->setSingleShot(false);
     reloj->setTimerType(Qt::PreciseTimer);
     connect(reloj, &QTimer::timeout, this, &Timer::Tick);

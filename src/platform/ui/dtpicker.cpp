@@ -9,8 +9,8 @@
 #include <algorithm>
 #include <stdexcept>
 
-DTPicker::DTPicker(const QString &nombre, Control *contenedor, Form *form)
-    : Control(nombre, contenedor, form), editor(new QDateEdit) {
+DTPicker::DTPicker(const QString &nombre, Control *padre, Form *pantalla)
+    : Control(nombre, padre, pantalla), editor(new QDateEdit) {
     editor->setCalendarPopup(true);
     editor->setDateRange(MinDate(), MaxDate());
     editor->setDisplayFormat(FormatoFechaRegional());

@@ -47,10 +47,10 @@ Fin &fin() {
 /// The window of a screen. Its close box unloads the screen instead of just hiding it.
 class Ventana : public QWidget {
   public:
-    explicit Ventana(std::function<void()> alCerrar)
+    explicit Ventana(std::function<void()> cierre)
         : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
-          alCerrar(std::move(alCerrar)) {
+          alCerrar(std::move(cierre)) {
         setAttribute(Qt::WA_DeleteOnClose, false);
     }
 
@@ -105,10 +105,10 @@ QString texto(const char *t) {
 
 } // namespace
 
-Form::Form(const DisenoFormulario &diseno, QObject *padre)
-    : QObject(padre), diseno(diseno), ancho(diseno.clientWidth + BordesAncho),
-      alto(diseno.clientHeight + BordesAlto), titulo(texto(diseno.caption)) {
-    setObjectName(texto(diseno.nombre));
+Form::Form(const DisenoFormulario &tabla, QObject *padre)
+    : QObject(padre), diseno(tabla), ancho(tabla.clientWidth + BordesAncho),
+      alto(tabla.clientHeight + BordesAlto), titulo(texto(tabla.caption)) {
+    setObjectName(texto(tabla.nombre));
 }
 
 Form::~Form() {

@@ -33,9 +33,9 @@ QMessageBox::StandardButton mostrar(QMessageBox::Icon icono, const QString &titu
         {QMessageBox::Yes, QStringLiteral("&Sí")},
         {QMessageBox::No, QStringLiteral("&No")},
     };
-    for (const auto &[boton, texto] : textos)
+    for (const auto &[boton, rotulo] : textos)
         if (QAbstractButton *b = caja.button(boton))
-            b->setText(texto);
+            b->setText(rotulo);
     return QMessageBox::StandardButton(caja.exec());
 }
 

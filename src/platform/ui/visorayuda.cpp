@@ -10,8 +10,8 @@
 #include <QTextBrowser>
 #include <QVBoxLayout>
 
-VisorAyuda::VisorAyuda(const QString &nombre, Control *contenedor, Form *form)
-    : Control(nombre, contenedor, form) {
+VisorAyuda::VisorAyuda(const QString &nombre, Control *padre, Form *pantalla)
+    : Control(nombre, padre, pantalla) {
     auto *panel = new QFrame;
     panel->setFrameShape(QFrame::StyledPanel);
     panel->setAutoFillBackground(true);

@@ -107,8 +107,8 @@ void CargarTiendaDemo(ADODB::Connection &conexion) {
                                               "nombretienda, tiponegocio, estiloaspecto,"
                                               " indicadoropciones, anchopantalla, altopantalla, "
                                               "idioma) values (?,?,?,?,?,?,?,?,?)"));
-        opcion({2, QStringLiteral("N"), QStringLiteral("Moda Corvanta Centro"), QString(""), 0, 0,
-                QVariant(), QVariant(), QStringLiteral("es")});
+        opcion({2, QStringLiteral("N"), QStringLiteral("Moda Corvanta Centro"), QStringLiteral(""),
+                0, 0, QVariant(), QVariant(), QStringLiteral("es")});
         Insercion(
             base,
             QStringLiteral("insert into opciones_terminal (identificador, empleado) values (?,?)"))(
