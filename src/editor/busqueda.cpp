@@ -10,30 +10,18 @@
 #include "platform/ui/controles.h"
 #include "session/sesionsuite.h"
 
-#include <QSqlDriver>
-
-/// On PostgreSQL the like is spelt with lower() on both sides, which the index on
-/// lower(codigo_extra) text_pattern_ops serves, and with "~~", PostgreSQL's own like: the
-/// statement's "like" would be reworded as ilike, which can't use that index. The backslash,
-/// PostgreSQL's escape character, is doubled in the pattern: as in SQLite it is a character.
 BusquedaCodigo SentenciaBusquedaCodigo(const Dialecto &dialecto, const QString &cod) {
-    const bool postgresql = dialecto.Producto() == QSqlDriver::PostgreSQL;
-    const bool limitar = postgresql || dialecto.Producto() == QSqlDriver::SQLite;
     // A Null would match nothing, while an empty text finds an empty shop code.
     const QString codigo = cod.isNull() ? QStringLiteral("") : cod;
     BusquedaCodigo b;
-    b.sentencia =
+    b.sentencia = dialecto.Limitar(
         QStringLiteral("select productos.codigo as codigoInt from productos where "
                        "productos.codigocliente = ? and productos.borrar = 0 union all "
                        "select productos.codigo from productos_codigosextra join productos on "
                        "productos.codigo = productos_codigosextra.codigo where ") +
-        (postgresql ? QStringLiteral("lower(productos_codigosextra.codigo_extra) ~~ lower(?)")
-                    : QStringLiteral("productos_codigosextra.codigo_extra like ?")) +
-        (limitar ? QStringLiteral(" limit 1") : QString());
-    QString patron = codigo;
-    if (postgresql)
-        patron.replace(QLatin1Char('\\'), QStringLiteral("\\\\"));
-    b.valores = {codigo, patron};
+            dialecto.ParecidoSinMayusculas(QStringLiteral("productos_codigosextra.codigo_extra")),
+        1);
+    b.valores = {codigo, dialecto.PatronParecido(codigo)};
     return b;
 }
 
