@@ -93,24 +93,18 @@ void FrmTarifas::AnularBusqueda() {
 
 void FrmTarifas::BusquedaItemsxNombre_Grid(const QString &valor, Grid &grid) {
     // Every row is decided anew at each keystroke: a longer text hides more, a shorter one
-    // brings rows back, at the title row's height. Rows the grid hides are left out of the
-    // view by one update when control goes back to the event loop.
-    const double alto = grid.RowHeight(0);
-    const int filas = grid.Rows();
+    // brings rows back, at the title row's height. The grid keeps the names sorted without
+    // case, so the rows that match are found without a look at every row; the view is told
+    // by one update when control goes back to the event loop.
     if (grid.Cols() <= ColLlano::Nombre)
         return; // a grid not yet formatted has no names
-    for (int fila = 1; fila < filas; ++fila) {
-        if (grid.TextMatrix(fila, ColLlano::Nombre).startsWith(valor, Qt::CaseInsensitive)) {
-            if (grid.RowHeight(fila) == 0)
-                grid.setRowHeight(fila, alto);
-        } else {
-            grid.setRowHeight(fila, 0);
-        }
-    }
+    grid.MostrarFilasQueEmpiezan(ColLlano::Nombre, valor, grid.RowHeight(0));
 }
 
 void FrmTarifas::DeshacerBusquedaItemsxNombre_Grid(Grid &grid) {
     const double alto = grid.RowHeight(0);
+    if (grid.Cols() > ColLlano::Nombre)
+        return grid.MostrarFilasQueEmpiezan(ColLlano::Nombre, QString(), alto);
     const int filas = grid.Rows();
     for (int fila = 1; fila < filas; ++fila)
         if (grid.RowHeight(fila) == 0)

@@ -547,6 +547,11 @@ void Grid::setRowHeight(int fila, double twips) {
     m->setAltura(fila, twips);
 }
 
+void Grid::MostrarFilasQueEmpiezan(int columna, const QString &prefijo, double twips) {
+    comprobarColumna("MostrarFilasQueEmpiezan", columna);
+    m->mostrarEmpiezan(columna, prefijo, twips);
+}
+
 double Grid::ColWidth(int columna) const {
     comprobarColumna("ColWidth", columna);
     return m->ancho(columna);

@@ -100,6 +100,7 @@ void ModeloGrid::setFilas(int n) {
     if (n < nFilas && !propias.isEmpty())
         propias.removeIf([n](QHash<int, double>::iterator it) { return it.key() >= n; });
     nFilas = n;
+    columnaOrdenada = -1;
     cambioDeEstructura();
 }
 
@@ -115,11 +116,14 @@ void ModeloGrid::setColumnas(int n) {
     alineaciones.resize(size_t(n), AlineacionColumna::Izquierda);
     anchos.resize(size_t(n), AnchoColumnaPorOmision);
     nColumnas = n;
+    columnaOrdenada = -1;
     cambioDeEstructura();
 }
 
 void ModeloGrid::setTexto(int fila, int columna, QString &&t) {
     textos[size_t(fila) * size_t(nColumnas) + size_t(columna)] = std::move(t);
+    if (columna == columnaOrdenada)
+        columnaOrdenada = -1;
     if (fila == 0)
         titulosSucios = true;
     else
@@ -192,6 +196,152 @@ void ModeloGrid::setTextoFijo(const QColor &c) {
     textoFijo = c;
     titulosSucios = true;
     programar();
+}
+
+namespace {
+
+/// Case-folded code points of a text, as QString's case-insensitive comparisons fold them.
+class Plegado {
+  public:
+    explicit Plegado(QStringView t, qsizetype desde = 0)
+        : inicio(t.utf16()), p(t.utf16() + desde), fin(t.utf16() + t.size()) {}
+    /// The next folded code point, plus 1; 0 at the end of the text.
+    quint32 siguiente() {
+        if (p == fin)
+            return 0;
+        char32_t c = *p++;
+        if (QChar::isHighSurrogate(c) && p != fin && QChar::isLowSurrogate(*p))
+            c = QChar::surrogateToUcs4(char16_t(c), *p++);
+        return quint32(QChar::toCaseFolded(c)) + 1;
+    }
+    /// Where the next code point starts.
+    qsizetype leidos() const { return p - inicio; }
+
+  private:
+    const char16_t *inicio;
+    const char16_t *p;
+    const char16_t *fin;
+};
+
+/// Three folded code points of `t` from `desde` packed in order (21 bits each), and where the
+/// next three start: comparing these numbers compares the texts' folded code points.
+quint64 Digito(const QString &t, qsizetype &desde) {
+    Plegado p(t, desde);
+    quint64 d = 0;
+    for (int i = 0; i < 3; ++i)
+        d = (d << 21) | p.siguiente();
+    desde = p.leidos();
+    return d;
+}
+
+/// <0, 0, >0 as the folded `a` sorts before, with, after the folded `b`.
+int Comparar(const QString &a, const QString &b) {
+    Plegado x(a), y(b);
+    for (;;) {
+        const quint32 i = x.siguiente(), j = y.siguiente();
+        if (i != j)
+            return i < j ? -1 : 1;
+        if (i == 0)
+            return 0;
+    }
+}
+
+/// Whether the folded `t` starts with the folded `prefijo`.
+bool Empieza(const QString &t, const QString &prefijo) {
+    Plegado x(t), y(prefijo);
+    for (;;) {
+        const quint32 j = y.siguiente();
+        if (j == 0)
+            return true;
+        if (x.siguiente() != j)
+            return false;
+    }
+}
+
+} // namespace
+
+void ModeloGrid::ordenarColumna(int columna) {
+    // A sort of the rows by their folded text, three code points at a time: rows are sorted by
+    // their first three, then each run that shares them by the next three, and so on. Each
+    // pass compares plain numbers, which is what keeps a million names within a few passes.
+    struct Par {
+        quint64 digito;
+        qsizetype desde;
+        int fila;
+    };
+    std::vector<Par> pares;
+    pares.reserve(size_t(std::max(0, nFilas - 1)));
+    for (int f = 1; f < nFilas; ++f)
+        pares.push_back({0, 0, f});
+    struct Tramo {
+        size_t desde, hasta;
+    };
+    std::vector<Tramo> pendientes{{0, pares.size()}};
+    while (!pendientes.empty()) {
+        const Tramo t = pendientes.back();
+        pendientes.pop_back();
+        for (size_t i = t.desde; i < t.hasta; ++i)
+            pares[i].digito = Digito(texto(pares[i].fila, columna), pares[i].desde);
+        std::sort(pares.begin() + qsizetype(t.desde), pares.begin() + qsizetype(t.hasta),
+                  [](const Par &a, const Par &b) {
+                      return a.digito != b.digito ? a.digito < b.digito : a.fila < b.fila;
+                  });
+        // Runs of the same three code points go on to the next three, unless the texts ended.
+        for (size_t i = t.desde; i < t.hasta;) {
+            size_t j = i + 1;
+            while (j < t.hasta && pares[j].digito == pares[i].digito)
+                ++j;
+            if (j - i > 1 && (pares[i].digito & 0x1FFFFF) != 0)
+                pendientes.push_back({i, j});
+            i = j;
+        }
+    }
+    ordenadas.resize(pares.size());
+    for (size_t i = 0; i < pares.size(); ++i)
+        ordenadas[i] = pares[i].fila;
+    columnaOrdenada = columna;
+}
+
+std::pair<size_t, size_t> ModeloGrid::rangoEmpiezan(const QString &prefijo) const {
+    const auto desde = std::partition_point(ordenadas.begin(), ordenadas.end(), [&](int f) {
+        return Comparar(texto(f, columnaOrdenada), prefijo) < 0;
+    });
+    const auto hasta = std::partition_point(
+        desde, ordenadas.end(), [&](int f) { return Empieza(texto(f, columnaOrdenada), prefijo); });
+    return {size_t(desde - ordenadas.begin()), size_t(hasta - ordenadas.begin())};
+}
+
+void ModeloGrid::mostrarEmpiezan(int columna, const QString &prefijo, double altura) {
+    // Which rows show: every one for an empty prefix (no order needed), else a range.
+    std::vector<char> muestra(size_t(nFilas), prefijo.isEmpty() ? 1 : 0);
+    if (!prefijo.isEmpty()) {
+        if (columnaOrdenada != columna)
+            ordenarColumna(columna);
+        const auto [desde, hasta] = rangoEmpiezan(prefijo);
+        for (size_t i = desde; i < hasta; ++i)
+            muestra[size_t(ordenadas[i])] = 1;
+    }
+    const bool alturaComun = altura < 0 || altura == alturaDefecto;
+    if (!propias.isEmpty() || !alturaComun) {
+        // Rows with heights of their own: each row as setAltura would have it.
+        for (int f = 1; f < nFilas; ++f) {
+            if (!muestra[size_t(f)])
+                setAltura(f, 0);
+            else if (ocultas[size_t(f)])
+                setAltura(f, altura);
+        }
+        return;
+    }
+    // Every shown row has the default height: only the flags change (a hidden row's flag is
+    // the opposite of its "shows"; the title row's is never set).
+    bool cambio = false;
+    for (size_t f = 1; f < size_t(nFilas); ++f) {
+        const char oculta = char(!muestra[f]);
+        cambio = cambio || ocultas[f] != oculta;
+        ocultas[f] = oculta;
+    }
+    if (cambio)
+        cambioDeEstructura();
 }
 
 int ModeloGrid::filaDeModelo(int fila) const {

@@ -64,6 +64,15 @@ class ModeloGrid : public QAbstractTableModel {
     void setAlturaPorOmision(double twips);
     /// The data rows that have a height of their own (neither hidden nor the default).
     const QHash<int, double> &alturasPropias() const { return propias; }
+    /// Shows exactly the data rows whose text in `columna` starts with `prefijo`, case ignored
+    /// as QString::startsWith ignores it, and hides every other one, as a walk that sets
+    /// each row's height would: a row that was hidden and now shows gets `altura` (<0: the
+    /// default), a row that stays shown keeps its height. An empty prefix shows every row.
+    /// The column's texts are kept sorted case-insensitively beside the storage (made at the
+    /// first call, again after the column's texts or the rows change), so the matching rows
+    /// are a range found by binary search, whatever their order in the grid.
+    void mostrarEmpiezan(int columna, const QString &prefijo, double altura);
+
     /// The title row's height: its own one, 0 when hidden, else the default.
     double alturaTitulo() const { return titulo < 0 ? alturaDefecto : titulo; }
     void setAlturaTitulo(double twips) { titulo = twips < 0 ? -1 : twips; }
@@ -88,6 +97,9 @@ class ModeloGrid : public QAbstractTableModel {
 
   private:
     void programar();
+    void ordenarColumna(int columna);
+    /// The first and one-past-last positions in `ordenadas` of the rows starting with `prefijo`.
+    std::pair<size_t, size_t> rangoEmpiezan(const QString &prefijo) const;
     void cambioDeEstructura() {
         estructuraSucia = true;
         if (!programado)
@@ -101,6 +113,10 @@ class ModeloGrid : public QAbstractTableModel {
     std::vector<double> anchos;
     std::vector<char> ocultas; ///< one flag a grid row; row 0's is never set
     QHash<int, double> propias;
+    /// The data rows, sorted by their text in column `columnaOrdenada` with case folded
+    /// (-1: none kept; the texts or rows changed since).
+    std::vector<int> ordenadas;
+    int columnaOrdenada = -1;
     double alturaDefecto = 240;
     double titulo = -1;
 
