@@ -273,6 +273,14 @@ class TstGrid : public QObject {
         caso("un nombre corto antes que su prolongación", revueltos, nada, "abcdefg",
              QList<int>{10, 11, 12});
         caso("nada empieza así", revueltos, nada, "zz", QList<int>{});
+        const QStringList largos = {"Camiseta azul marino", "CAMISETA AZUL",
+                                    "camiseta azul celeste", "Camiseta azulada", "Camiseta"};
+        caso("un texto largo, parecido más allá de doce letras", largos, nada, "camiseta azul m",
+             QList<int>{1});
+        caso("un texto largo, el nombre entero", largos, nada, "CAMISETA AZUL",
+             QList<int>{1, 2, 3, 4});
+        caso("un texto largo que ningún nombre alcanza", largos, nada, "camiseta azul celestes",
+             QList<int>{});
         caso("vacío: todas", revueltos, nada, "", rango(1, 12));
         caso("fuera del plano básico", QStringList{"\U00010428x", "\U00010400y", "x"}, nada,
              "\U00010400", QList<int>{1, 2});

@@ -3,6 +3,8 @@
 #include "grid.h"
 
 #include <algorithm>
+#include <array>
+#include <limits>
 #include <utility>
 
 namespace {
@@ -223,103 +225,99 @@ class Plegado {
     const char16_t *fin;
 };
 
-/// Three folded code points of `t` from `desde` packed in order (21 bits each), and where the
-/// next three start: comparing these numbers compares the texts' folded code points.
-quint64 Digito(const QString &t, qsizetype &desde) {
-    Plegado p(t, desde);
-    quint64 d = 0;
-    for (int i = 0; i < 3; ++i)
-        d = (d << 21) | p.siguiente();
-    desde = p.leidos();
-    return d;
+/// The rows are sorted by the first this many folded code points of their text: enough to
+/// tell nearly every name apart, and a prefix longer than that is checked row by row within
+/// the (short) range of the rows that share its first ones.
+constexpr int Corte = 12;
+
+/// The first Corte folded code points of a text, three to a number (21 bits each, the code
+/// point plus 1, 0 past the end): comparing the numbers in order compares the cut texts.
+struct Clave {
+    std::array<quint64, Corte / 3> d;
+    int fila;
+};
+
+Clave ClaveDe(const QString &t, int fila) {
+    Clave c{{}, fila};
+    Plegado p(t);
+    for (quint64 &d : c.d)
+        for (int i = 0; i < 3; ++i)
+            d = (d << 21) | p.siguiente();
+    return c;
 }
 
-/// <0, 0, >0 as the folded `a` sorts before, with, after the folded `b`.
-int Comparar(const QString &a, const QString &b) {
+/// <0, 0, >0 as the folded `a` cut to Corte code points sorts before, with, after the folded
+/// `b` cut to as many.
+int CompararCortados(const QString &a, const QString &b) {
     Plegado x(a), y(b);
-    for (;;) {
+    for (int n = 0; n < Corte; ++n) {
         const quint32 i = x.siguiente(), j = y.siguiente();
         if (i != j)
             return i < j ? -1 : 1;
         if (i == 0)
             return 0;
     }
+    return 0;
 }
 
-/// Whether the folded `t` starts with the folded `prefijo`.
-bool Empieza(const QString &t, const QString &prefijo) {
+/// Whether the folded `t` starts with the folded `prefijo`, looking at no more than `hasta`
+/// code points of the prefix.
+bool Empieza(const QString &t, const QString &prefijo,
+             int hasta = std::numeric_limits<int>::max()) {
     Plegado x(t), y(prefijo);
-    for (;;) {
+    for (int n = 0; n < hasta; ++n) {
         const quint32 j = y.siguiente();
         if (j == 0)
             return true;
         if (x.siguiente() != j)
             return false;
     }
+    return true;
 }
 
 } // namespace
 
 void ModeloGrid::ordenarColumna(int columna) {
-    // A sort of the rows by their folded text, three code points at a time: rows are sorted by
-    // their first three, then each run that shares them by the next three, and so on. Each
-    // pass compares plain numbers, which is what keeps a million names within a few passes.
-    struct Par {
-        quint64 digito;
-        qsizetype desde;
-        int fila;
-    };
-    std::vector<Par> pares;
-    pares.reserve(size_t(std::max(0, nFilas - 1)));
+    // Each row's cut text is read once, in the rows' own order (the texts lie in memory in
+    // that order); the sort then moves plain numbers.
+    std::vector<Clave> claves;
+    claves.reserve(size_t(std::max(0, nFilas - 1)));
     for (int f = 1; f < nFilas; ++f)
-        pares.push_back({0, 0, f});
-    struct Tramo {
-        size_t desde, hasta;
-    };
-    std::vector<Tramo> pendientes{{0, pares.size()}};
-    while (!pendientes.empty()) {
-        const Tramo t = pendientes.back();
-        pendientes.pop_back();
-        for (size_t i = t.desde; i < t.hasta; ++i)
-            pares[i].digito = Digito(texto(pares[i].fila, columna), pares[i].desde);
-        std::sort(pares.begin() + qsizetype(t.desde), pares.begin() + qsizetype(t.hasta),
-                  [](const Par &a, const Par &b) {
-                      return a.digito != b.digito ? a.digito < b.digito : a.fila < b.fila;
-                  });
-        // Runs of the same three code points go on to the next three, unless the texts ended.
-        for (size_t i = t.desde; i < t.hasta;) {
-            size_t j = i + 1;
-            while (j < t.hasta && pares[j].digito == pares[i].digito)
-                ++j;
-            if (j - i > 1 && (pares[i].digito & 0x1FFFFF) != 0)
-                pendientes.push_back({i, j});
-            i = j;
-        }
-    }
-    ordenadas.resize(pares.size());
-    for (size_t i = 0; i < pares.size(); ++i)
-        ordenadas[i] = pares[i].fila;
+        claves.push_back(ClaveDe(texto(f, columna), f));
+    std::sort(claves.begin(), claves.end(), [](const Clave &a, const Clave &b) {
+        return a.d != b.d ? a.d < b.d : a.fila < b.fila;
+    });
+    ordenadas.resize(claves.size());
+    for (size_t i = 0; i < claves.size(); ++i)
+        ordenadas[i] = claves[i].fila;
     columnaOrdenada = columna;
 }
 
 std::pair<size_t, size_t> ModeloGrid::rangoEmpiezan(const QString &prefijo) const {
+    // The rows whose cut text starts with the prefix's first Corte code points.
     const auto desde = std::partition_point(ordenadas.begin(), ordenadas.end(), [&](int f) {
-        return Comparar(texto(f, columnaOrdenada), prefijo) < 0;
+        return CompararCortados(texto(f, columnaOrdenada), prefijo) < 0;
     });
-    const auto hasta = std::partition_point(
-        desde, ordenadas.end(), [&](int f) { return Empieza(texto(f, columnaOrdenada), prefijo); });
+    const auto hasta = std::partition_point(desde, ordenadas.end(), [&](int f) {
+        return Empieza(texto(f, columnaOrdenada), prefijo, Corte);
+    });
     return {size_t(desde - ordenadas.begin()), size_t(hasta - ordenadas.begin())};
 }
 
 void ModeloGrid::mostrarEmpiezan(int columna, const QString &prefijo, double altura) {
-    // Which rows show: every one for an empty prefix (no order needed), else a range.
+    // Which rows show: every one for an empty prefix (no order needed), else those of a range
+    // that start with the whole prefix (all of them, for a prefix no longer than the cut).
     std::vector<char> muestra(size_t(nFilas), prefijo.isEmpty() ? 1 : 0);
     if (!prefijo.isEmpty()) {
         if (columnaOrdenada != columna)
             ordenarColumna(columna);
         const auto [desde, hasta] = rangoEmpiezan(prefijo);
-        for (size_t i = desde; i < hasta; ++i)
-            muestra[size_t(ordenadas[i])] = 1;
+        // A prefix of more UTF-16 units than the cut may hold more code points than it.
+        const bool largo = prefijo.size() > Corte;
+        for (size_t i = desde; i < hasta; ++i) {
+            const int f = ordenadas[i];
+            muestra[size_t(f)] = !largo || Empieza(texto(f, columna), prefijo);
+        }
     }
     const bool alturaComun = altura < 0 || altura == alturaDefecto;
     if (!propias.isEmpty() || !alturaComun) {
