@@ -292,6 +292,30 @@ class TstGrid : public QObject {
             },
             "ca", QList<int>{1, 2, 4, 7, 9});
         caso(
+            "ordenados de antemano", revueltos, [](Grid &g) { g.PrepararFiltro(1); }, "cAm",
+            QList<int>{2, 4, 7, 9});
+        caso(
+            "un nombre cambiado mientras se ordena", revueltos,
+            [](Grid &g) {
+                g.PrepararFiltro(1);
+                g.setTextMatrix(1, 1, "Cazadora");
+            },
+            "ca", QList<int>{1, 2, 4, 7, 9});
+        caso(
+            "filas quitadas mientras se ordena", revueltos,
+            [](Grid &g) {
+                g.PrepararFiltro(1);
+                g.setRows(4);
+            },
+            "c", QList<int>{2});
+        caso(
+            "otra columna ordenada antes", revueltos,
+            [](Grid &g) {
+                g.PrepararFiltro(0);
+                g.PrepararFiltro(1);
+            },
+            "ñ", QList<int>{3, 5});
+        caso(
             "filas nuevas tras ordenar", QStringList{"b", "c"},
             [](Grid &g) {
                 g.MostrarFilasQueEmpiezan(1, "c", g.RowHeight(0));

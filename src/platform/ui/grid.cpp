@@ -552,6 +552,11 @@ void Grid::MostrarFilasQueEmpiezan(int columna, const QString &prefijo, double t
     m->mostrarEmpiezan(columna, prefijo, twips);
 }
 
+void Grid::PrepararFiltro(int columna) {
+    comprobarColumna("PrepararFiltro", columna);
+    m->prepararOrden(columna);
+}
+
 double Grid::ColWidth(int columna) const {
     comprobarColumna("ColWidth", columna);
     return m->ancho(columna);

@@ -102,7 +102,7 @@ void ModeloGrid::setFilas(int n) {
     if (n < nFilas && !propias.isEmpty())
         propias.removeIf([n](QHash<int, double>::iterator it) { return it.key() >= n; });
     nFilas = n;
-    columnaOrdenada = -1;
+    columnaOrdenada = columnaEnCurso = -1;
     cambioDeEstructura();
 }
 
@@ -118,7 +118,7 @@ void ModeloGrid::setColumnas(int n) {
     alineaciones.resize(size_t(n), AlineacionColumna::Izquierda);
     anchos.resize(size_t(n), AnchoColumnaPorOmision);
     nColumnas = n;
-    columnaOrdenada = -1;
+    columnaOrdenada = columnaEnCurso = -1;
     cambioDeEstructura();
 }
 
@@ -126,6 +126,8 @@ void ModeloGrid::setTexto(int fila, int columna, QString &&t) {
     textos[size_t(fila) * size_t(nColumnas) + size_t(columna)] = std::move(t);
     if (columna == columnaOrdenada)
         columnaOrdenada = -1;
+    if (columna == columnaEnCurso)
+        columnaEnCurso = -1;
     if (fila == 0)
         titulosSucios = true;
     else
@@ -277,20 +279,55 @@ bool Empieza(const QString &t, const QString &prefijo,
 
 } // namespace
 
-void ModeloGrid::ordenarColumna(int columna) {
-    // Each row's cut text is read once, in the rows' own order (the texts lie in memory in
-    // that order); the sort then moves plain numbers.
+namespace {
+
+/// Each row's key, read in the rows' own order (the texts lie in memory in that order).
+std::vector<Clave> Claves(const ModeloGrid &m, int columna) {
     std::vector<Clave> claves;
-    claves.reserve(size_t(std::max(0, nFilas - 1)));
-    for (int f = 1; f < nFilas; ++f)
-        claves.push_back(ClaveDe(texto(f, columna), f));
+    claves.reserve(size_t(std::max(0, m.filas() - 1)));
+    for (int f = 1; f < m.filas(); ++f)
+        claves.push_back(ClaveDe(m.texto(f, columna), f));
+    return claves;
+}
+
+/// The rows in the order of their keys: a sort of plain numbers, which touches no text.
+std::vector<int> Ordenar(std::vector<Clave> claves) {
     std::sort(claves.begin(), claves.end(), [](const Clave &a, const Clave &b) {
         return a.d != b.d ? a.d < b.d : a.fila < b.fila;
     });
-    ordenadas.resize(claves.size());
+    std::vector<int> filas(claves.size());
     for (size_t i = 0; i < claves.size(); ++i)
-        ordenadas[i] = claves[i].fila;
+        filas[i] = claves[i].fila;
+    return filas;
+}
+
+} // namespace
+
+void ModeloGrid::ordenarColumna(int columna) {
+    if (ordenEnCurso.valid()) {
+        // A sort under way: its result, when it is of this column's present texts.
+        std::vector<int> hechas = ordenEnCurso.get();
+        if (columnaEnCurso == columna) {
+            ordenadas = std::move(hechas);
+            columnaOrdenada = columna;
+            columnaEnCurso = -1;
+            return;
+        }
+    }
+    columnaEnCurso = -1;
+    ordenadas = Ordenar(Claves(*this, columna));
     columnaOrdenada = columna;
+}
+
+void ModeloGrid::prepararOrden(int columna) {
+    if (columnaOrdenada == columna || columnaEnCurso == columna)
+        return;
+    if (ordenEnCurso.valid())
+        ordenEnCurso.wait(); // an older one, out of date: it goes before another starts
+    ordenEnCurso = std::async(std::launch::async, [claves = Claves(*this, columna)]() mutable {
+        return Ordenar(std::move(claves));
+    });
+    columnaEnCurso = columna;
 }
 
 std::pair<size_t, size_t> ModeloGrid::rangoEmpiezan(const QString &prefijo) const {

@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QString>
 
+#include <future>
 #include <vector>
 
 enum class AlineacionColumna;
@@ -72,6 +73,11 @@ class ModeloGrid : public QAbstractTableModel {
     /// first call, again after the column's texts or the rows change), so the matching rows
     /// are a range found by binary search, whatever their order in the grid.
     void mostrarEmpiezan(int columna, const QString &prefijo, double altura);
+    /// Starts sorting `columna`'s texts for mostrarEmpiezan on another thread (each row's key
+    /// is read here, the sort runs there), so that the first filter finds them sorted, or
+    /// waits only for what is left of the sort. A change of the column's texts or of the rows
+    /// meanwhile drops the result.
+    void prepararOrden(int columna);
 
     /// The title row's height: its own one, 0 when hidden, else the default.
     double alturaTitulo() const { return titulo < 0 ? alturaDefecto : titulo; }
@@ -117,6 +123,10 @@ class ModeloGrid : public QAbstractTableModel {
     /// (-1: none kept; the texts or rows changed since).
     std::vector<int> ordenadas;
     int columnaOrdenada = -1;
+    /// The sort under way on another thread, of column `columnaEnCurso` (-1: none, or its
+    /// result is out of date).
+    std::future<std::vector<int>> ordenEnCurso;
+    int columnaEnCurso = -1;
     double alturaDefecto = 240;
     double titulo = -1;
 
