@@ -270,6 +270,9 @@ int AbrirYCerrar(double &ms, double *texto = nullptr) {
             *texto = TextoPlano(g) + TextoPlano(*e.grid_Pseleccionados);
         e.Unload();
     });
+    // The editor left last time is gone before this one is timed, as it is in the program,
+    // where its widgets go while the operator looks at the register.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     sondeo.start();
     reloj.start();
     registro.VerDetalles(QStringLiteral("General"), QDate(2026, 1, 1), QDate(2026, 12, 31));
@@ -369,6 +372,7 @@ double DobleClicHastaEditor(FrmListas &r, double *vuelta = nullptr) {
             frmTarifas().Unload();
         });
     });
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     sondeo.start();
     reloj.start();
     QTest::mouseClick(v->viewport(), Qt::LeftButton, {}, centro);

@@ -298,12 +298,14 @@ void MedirCodigoEn(FrmTarifas &e, int productos, const char *donde) {
                              {ixCodigo, ixExtra}),
                   "EXPLAIN of the code search: an index for both branches");
     }
-    Comprobar(
-        ConIndices(Plan(base, postgresql, ConsultaPuntual(false, postgresql), {"C77"}), {ixCodigo}),
-        "EXPLAIN of the baseline's shop code");
-    Comprobar(
-        ConIndices(Plan(base, postgresql, ConsultaPuntual(true, postgresql), {"X77"}), {ixExtra}),
-        "EXPLAIN of the baseline's extra code");
+    Comprobar(ConIndices(Plan(base, postgresql, ConsultaPuntual(false, postgresql),
+                              {QStringLiteral("C77")}),
+                         {ixCodigo}),
+              "EXPLAIN of the baseline's shop code");
+    Comprobar(ConIndices(Plan(base, postgresql, ConsultaPuntual(true, postgresql),
+                              {QStringLiteral("X77")}),
+                         {ixExtra}),
+              "EXPLAIN of the baseline's extra code");
     // Shop codes, extra codes and codes that exist nowhere, spread over the catalogue.
     struct Caso {
         QString codigo;
