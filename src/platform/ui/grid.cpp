@@ -118,8 +118,8 @@ class VistaGrid : public QTableView {
 /// a fraction of it.
 class DelegadoGrid : public QStyledItemDelegate {
   public:
-    DelegadoGrid(QAbstractItemView *vista, int resaltado)
-        : QStyledItemDelegate(vista), vista(vista), resaltado(resaltado) {}
+    DelegadoGrid(QAbstractItemView *suVista, int comoResaltar)
+        : QStyledItemDelegate(suVista), vista(suVista), resaltado(comoResaltar) {}
 
     void paint(QPainter *p, const QStyleOptionViewItem &opcion,
                const QModelIndex &indice) const override {
