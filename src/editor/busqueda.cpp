@@ -10,30 +10,18 @@
 #include "platform/ui/controles.h"
 #include "session/sesionsuite.h"
 
-#include <QSqlDriver>
-
-/// On PostgreSQL the like is spelt with lower() on both sides, which the index on
-/// lower(codigo_extra) text_pattern_ops serves, and with "~~", PostgreSQL's own like: the
-/// statement's "like" would be reworded as ilike, which can't use that index. The backslash,
-/// PostgreSQL's escape character, is doubled in the pattern: as in SQLite it is a character.
 BusquedaCodigo SentenciaBusquedaCodigo(const Dialecto &dialecto, const QString &cod) {
-    const bool postgresql = dialecto.Producto() == QSqlDriver::PostgreSQL;
-    const bool limitar = postgresql || dialecto.Producto() == QSqlDriver::SQLite;
     // A Null would match nothing, while an empty text finds an empty shop code.
     const QString codigo = cod.isNull() ? QStringLiteral("") : cod;
     BusquedaCodigo b;
-    b.sentencia =
+    b.sentencia = dialecto.Limitar(
         QStringLiteral("select productos.codigo as codigoInt from productos where "
                        "productos.codigocliente = ? and productos.borrar = 0 union all "
                        "select productos.codigo from productos_codigosextra join productos on "
                        "productos.codigo = productos_codigosextra.codigo where ") +
-        (postgresql ? QStringLiteral("lower(productos_codigosextra.codigo_extra) ~~ lower(?)")
-                    : QStringLiteral("productos_codigosextra.codigo_extra like ?")) +
-        (limitar ? QStringLiteral(" limit 1") : QString());
-    QString patron = codigo;
-    if (postgresql)
-        patron.replace(QLatin1Char('\\'), QStringLiteral("\\\\"));
-    b.valores = {codigo, patron};
+            dialecto.ParecidoSinMayusculas(QStringLiteral("productos_codigosextra.codigo_extra")),
+        1);
+    b.valores = {codigo, dialecto.PatronParecido(codigo)};
     return b;
 }
 
@@ -105,28 +93,22 @@ void FrmTarifas::AnularBusqueda() {
 
 void FrmTarifas::BusquedaItemsxNombre_Grid(const QString &valor, Grid &grid) {
     // Every row is decided anew at each keystroke: a longer text hides more, a shorter one
-    // brings rows back, at the title row's height. Rows the grid hides are left out of the
-    // view by one update when control goes back to the event loop.
-    const double altoFila = grid.RowHeight(0);
-    const int filas = grid.Rows();
+    // brings rows back, at the title row's height. The grid keeps the names sorted without
+    // case, so the rows that match are found without a look at every row; the view is told
+    // by one update when control goes back to the event loop.
     if (grid.Cols() <= ColLlano::Nombre)
         return; // a grid not yet formatted has no names
-    for (int fila = 1; fila < filas; ++fila) {
-        if (grid.TextMatrix(fila, ColLlano::Nombre).startsWith(valor, Qt::CaseInsensitive)) {
-            if (grid.RowHeight(fila) == 0)
-                grid.setRowHeight(fila, altoFila);
-        } else {
-            grid.setRowHeight(fila, 0);
-        }
-    }
+    grid.MostrarFilasQueEmpiezan(ColLlano::Nombre, valor, grid.RowHeight(0));
 }
 
 void FrmTarifas::DeshacerBusquedaItemsxNombre_Grid(Grid &grid) {
-    const double altoFila = grid.RowHeight(0);
+    const double alto = grid.RowHeight(0);
+    if (grid.Cols() > ColLlano::Nombre)
+        return grid.MostrarFilasQueEmpiezan(ColLlano::Nombre, QString(), alto);
     const int filas = grid.Rows();
     for (int fila = 1; fila < filas; ++fila)
         if (grid.RowHeight(fila) == 0)
-            grid.setRowHeight(fila, altoFila);
+            grid.setRowHeight(fila, alto);
 }
 
 bool FrmTarifas::BuscarCodigo_textil(const QString &cod) {
@@ -186,11 +168,11 @@ bool FrmTarifas::BuscarCodigo_textil(const QString &cod) {
     // every row again.
     Grid &grid = *grid_productos_textil;
     const QString padre = QString::number(producto);
-    const double altoFila = grid.RowHeight(0);
+    const double alto = grid.RowHeight(0);
     for (int fila = 1; fila < grid.Rows(); ++fila) {
         if (grid.TextMatrix(fila, ColTallaColor::Codigo) == padre) {
             if (grid.RowHeight(fila) == 0)
-                grid.setRowHeight(fila, altoFila);
+                grid.setRowHeight(fila, alto);
         } else {
             grid.setRowHeight(fila, 0);
         }

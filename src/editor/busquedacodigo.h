@@ -9,7 +9,7 @@
 /// the shop code of a live product, or an extra code of any product as a like pattern (the
 /// database's wildcards work there, case ignored as SQLite's like ignores it). Each branch is
 /// answered by an index: productos(codigocliente), and productos_codigosextra(codigo_extra)
-/// with no case on SQLite, or lower(codigo_extra) text_pattern_ops on PostgreSQL.
+/// made on the dialect's IndiceSinMayusculas, which its ParecidoSinMayusculas reads.
 struct BusquedaCodigo {
     QString sentencia;
     QVariantList valores;

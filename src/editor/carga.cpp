@@ -7,8 +7,6 @@
 #include "session/sesionsuite.h"
 #include "suite/ui/svctraduccion.h"
 
-#include <QCoreApplication>
-
 namespace {
 
 /// The catalogue slides in by this many twips a tick, whatever the scale.
@@ -20,47 +18,39 @@ void FrmTarifas::Form_Load() {
     enlazarControles();
     estado = EstadoEditor();
     variantesDeLista.reset();
-    try {
-        Principal::TraducirPantalla(*this);
-        // Whatever is pending runs now; a tick of the sliding entry may be among it, and it
-        // finds the grid past its end, snaps it there and stops: the steps below redo it.
-        QCoreApplication::processEvents();
-        const Principal::ColoresFoco colores = Principal::AplicarAspectoPantalla(
-            *this, *ct_buscar_c, *frPadre, *frHijo, {desde, hasta});
-        estado.colorConFoco = colores.conFoco;
-        estado.colorSinFoco = colores.sinFoco;
-        // The price panel lies over the selected products; placed before the scaling, which
-        // then moves both alike.
-        frCambio->setTop(grid_Pseleccionados->Top());
-        frCambio->setLeft(grid_Pseleccionados->Left());
-        Principal::EscalarPantalla(*this);
-        if (ModoTallaColor()) {
-            inicializarGrid_Productos_Textil();
-            ListarProductos_Textil();
-            ListarProductosLista_textil();
-            // The variants' grid takes the scaled place of the plain catalogue, which stays
-            // empty behind it and still leads the sliding entry.
-            frResultado->setTop(grid_productos->Top());
-            frResultado->setLeft(grid_productos->Left());
-            frResultado->setVisible(true);
-        } else {
-            inicializarGrid_Productos();
-            ListarProductos();
-            ListarProductosLista();
-        }
-        // Off the screen on the left, twice its own (scaled) width away, in single precision
-        // as the screen's positions are kept; the timer brings it in.
-        const float salida = -2.0f * float(grid_productos->Width());
-        grid_productos->setLeft(salida);
+    // The load runs to its end without a pass over pending events: a click or a key that
+    // comes meanwhile waits until the editor is whole, and no handler runs inside this one.
+    // A load that fails is cleaned up by Form::Load, which unloads the half-built screen.
+    Principal::TraducirPantalla(*this);
+    const Principal::ColoresFoco colores =
+        Principal::AplicarAspectoPantalla(*this, *ct_buscar_c, *frPadre, *frHijo, {desde, hasta});
+    estado.colorConFoco = colores.conFoco;
+    estado.colorSinFoco = colores.sinFoco;
+    // The price panel lies over the selected products; placed before the scaling, which
+    // then moves both alike.
+    frCambio->setTop(grid_Pseleccionados->Top());
+    frCambio->setLeft(grid_Pseleccionados->Left());
+    Principal::EscalarPantalla(*this);
+    if (ModoTallaColor()) {
+        inicializarGrid_Productos_Textil();
+        ListarProductos_Textil();
+        ListarProductosLista_textil();
+        // The variants' grid takes the scaled place of the plain catalogue, which stays
+        // empty behind it and still leads the sliding entry.
+        frResultado->setTop(grid_productos->Top());
         frResultado->setLeft(grid_productos->Left());
-        tmrRegresaLista->setEnabled(true);
-    } catch (...) {
-        // A half-built editor is no use to anyone: it goes, and the error goes on to the
-        // error report.
-        variantesDeLista.reset();
-        Unload();
-        throw;
+        frResultado->setVisible(true);
+    } else {
+        inicializarGrid_Productos();
+        ListarProductos();
+        ListarProductosLista();
     }
+    // Off the screen on the left, twice its own (scaled) width away, in single precision
+    // as the screen's positions are kept; the timer brings it in.
+    const float salida = -2.0f * float(grid_productos->Width());
+    grid_productos->setLeft(salida);
+    frResultado->setLeft(grid_productos->Left());
+    tmrRegresaLista->setEnabled(true);
 }
 
 void FrmTarifas::tmrRegresaLista_Timer() {

@@ -23,4 +23,7 @@ void FrmTarifas::ListarProductos() {
                          grid.setTextMatrix(fila, ColLlano::Seccion, seccion.Texto());
                      };
                  });
+    // The name filter's order is made while the operator looks at the screen.
+    if (grid.Cols() > ColLlano::Nombre)
+        grid.PrepararFiltro(ColLlano::Nombre);
 }

@@ -60,4 +60,7 @@ void FrmTarifas::ListarProductos_Textil() {
             grid.setTextMatrix(fila, ColTallaColor::Seccion, seccion.Texto());
         };
     });
+    // The name filter's order is made while the operator looks at the screen.
+    if (grid.Cols() > ColTallaColor::Nombre)
+        grid.PrepararFiltro(ColTallaColor::Nombre);
 }

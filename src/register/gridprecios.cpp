@@ -1,11 +1,18 @@
 // The grid of price lists: its format and its filling.
 #include "frmlistas.h"
 
+#include "columnaslistas.h"
+
+#include "platform/datos/recordset.h"
 #include "platform/datos/regional.h"
 #include "session/principal.h"
 #include "session/sesionsuite.h"
 #include "suite/ui/svcescala.h"
 #include "suite/ui/svcgrid.h"
+
+#include <QHash>
+#include <algorithm>
+#include <vector>
 
 void FrmListas::inicializarGridPrecios() {
     SvcGrid svcGrid;
@@ -20,10 +27,38 @@ void FrmListas::inicializarGridPrecios() {
 }
 
 void FrmListas::cargarGridPrecios() {
-    SvcGrid svcGrid;
-    svcGrid.CargarGrid(
-        *SesionSuite.Conexion,
-        QStringLiteral("Select descripcion,preciovalidodesde,preciovalidohasta,identificador "
-                       "from cabecera_precio"),
-        *grid_precios, 0, 0);
+    // One row per list, each column's text as the suite's grid loader gives it, the rows in
+    // the database's order; with no list, the titles alone.
+    ADODB::Recordset rs;
+    rs.Open(QStringLiteral("Select descripcion,preciovalidodesde,preciovalidohasta,identificador "
+                           "from cabecera_precio"),
+            *SesionSuite.Conexion, ADODB::adOpenStatic, ADODB::adLockOptimistic,
+            ADODB::adCmdUnspecified);
+    Grid &grid = *grid_precios;
+    const int columnas = std::min(rs.ColumnCount(), grid.Cols());
+    grid.setRows(1);
+    grid.setRows(rs.RecordCount() + 1);
+    std::vector<ADODB::Field> campos;
+    for (int c = 0; c < columnas; ++c)
+        campos.push_back(rs.Fields(c));
+    // The lists' dates repeat from one list to the next, and a date's regional text is slow
+    // to make: each day's is made once. Anything stored that is not a date goes as it is.
+    QHash<qint64, QString> dias;
+    const auto texto = [&dias](const ADODB::Field &campo) {
+        const QVariant valor = campo.Value();
+        if (valor.typeId() != QMetaType::QDate)
+            return campo.Texto();
+        const qint64 dia = valor.toDate().toJulianDay();
+        auto it = dias.constFind(dia);
+        if (it == dias.cend())
+            it = dias.insert(dia, campo.Texto());
+        return *it;
+    };
+    for (int fila = 1; !rs.Eof(); ++fila, rs.MoveNext())
+        for (int c = 0; c < columnas; ++c)
+            grid.setTextMatrix(fila, c,
+                               c == ColListas::Desde || c == ColListas::Hasta
+                                   ? texto(campos[size_t(c)])
+                                   : campos[size_t(c)].Texto());
+    rs.Close();
 }

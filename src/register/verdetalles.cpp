@@ -8,9 +8,11 @@
 #include "platform/datos/regional.h"
 #include "platform/datos/sistema.h"
 
-#include <QCoreApplication>
-
 void FrmListas::grid_precios_DblClick() {
+    // A double click that arrives while the editor is open (one queued behind the click that
+    // opened it) opens nothing: the open editor is never handed over again from inside itself.
+    if (frmTarifas().Loaded())
+        return;
     const int fila = grid_precios->Row();
     if (fila <= 0)
         return;
@@ -40,7 +42,7 @@ void FrmListas::VerDetalles(const QString &Nom, const QDate &fdesde, const QDate
     editor.Label5->setCaption(Nom);
     editor.desde->setValue(desdeMostrada.isValid() ? desdeMostrada : Hoy());
     editor.hasta->setValue(hastaMostrada.isValid() ? hastaMostrada : Hoy());
-    QCoreApplication::processEvents();
+    // Straight to the modal show: what the operator did meanwhile runs once the editor shows.
     editor.ShowModal();
     cargarGridPrecios();
 }

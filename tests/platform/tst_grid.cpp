@@ -253,6 +253,136 @@ class TstGrid : public QObject {
         QCOMPARE(b.grid.MouseRow(), filaRaton);
         QCOMPARE(b.marcadas(), solo(ocultas.contains(filaEsperada) ? 0 : filaEsperada));
     }
+
+    // The name filter through the names kept sorted beside the grid: exactly the rows whose
+    // name starts with the text, case ignored in any alphabet, whatever order they are in;
+    // after a name changes, the new name counts. `antes` runs first (a change, an earlier
+    // filter, rows hidden by height), then the filter with `prefijo`.
+    void empiezan_data() {
+        const auto caso = Pruebas::Tabla<QStringList, Operacion, QString, QList<int>>();
+        const QStringList revueltos = {"pan", "CAMISA",    "Ñandú",    "camión",
+                                       "ñu",  "",          "Camisa",   "nube",
+                                       "Cam", "abcdefgh2", "ABCDEFGH", "abcdefg"};
+        const Operacion nada = [](Grid &) {};
+        caso("mayúsculas y minúsculas", revueltos, nada, "cAm", QList<int>{2, 4, 7, 9});
+        caso("el nombre entero", revueltos, nada, "camisa", QList<int>{2, 7});
+        caso("texto más largo que el nombre", revueltos, nada, "camisas", QList<int>{});
+        caso("eñe sin distinguir", revueltos, nada, "ñ", QList<int>{3, 5});
+        caso("n no es ñ", revueltos, nada, "n", QList<int>{8});
+        caso("iguales más allá de tres letras", revueltos, nada, "abcdefgh", QList<int>{10, 11});
+        caso("un nombre corto antes que su prolongación", revueltos, nada, "abcdefg",
+             QList<int>{10, 11, 12});
+        caso("nada empieza así", revueltos, nada, "zz", QList<int>{});
+        const QStringList largos = {"Camiseta azul marino", "CAMISETA AZUL",
+                                    "camiseta azul celeste", "Camiseta azulada", "Camiseta"};
+        caso("un texto largo, parecido más allá de doce letras", largos, nada, "camiseta azul m",
+             QList<int>{1});
+        caso("un texto largo, el nombre entero", largos, nada, "CAMISETA AZUL",
+             QList<int>{1, 2, 3, 4});
+        caso("un texto largo que ningún nombre alcanza", largos, nada, "camiseta azul celestes",
+             QList<int>{});
+        caso("vacío: todas", revueltos, nada, "", rango(1, 12));
+        caso("fuera del plano básico", QStringList{"\U00010428x", "\U00010400y", "x"}, nada,
+             "\U00010400", QList<int>{1, 2});
+        caso(
+            "un nombre cambiado tras ordenar", revueltos,
+            [](Grid &g) {
+                g.MostrarFilasQueEmpiezan(1, "c", g.RowHeight(0));
+                g.setTextMatrix(1, 1, "Cazadora");
+            },
+            "ca", QList<int>{1, 2, 4, 7, 9});
+        caso(
+            "ordenados de antemano", revueltos, [](Grid &g) { g.PrepararFiltro(1); }, "cAm",
+            QList<int>{2, 4, 7, 9});
+        caso(
+            "un nombre cambiado mientras se ordena", revueltos,
+            [](Grid &g) {
+                g.PrepararFiltro(1);
+                g.setTextMatrix(1, 1, "Cazadora");
+            },
+            "ca", QList<int>{1, 2, 4, 7, 9});
+        caso(
+            "filas quitadas mientras se ordena", revueltos,
+            [](Grid &g) {
+                g.PrepararFiltro(1);
+                g.setRows(4);
+            },
+            "c", QList<int>{2});
+        caso(
+            "otra columna ordenada antes", revueltos,
+            [](Grid &g) {
+                g.PrepararFiltro(0);
+                g.PrepararFiltro(1);
+            },
+            "ñ", QList<int>{3, 5});
+        caso(
+            "filas nuevas tras ordenar", QStringList{"b", "c"},
+            [](Grid &g) {
+                g.MostrarFilasQueEmpiezan(1, "c", g.RowHeight(0));
+                g.setRows(4);
+                g.setTextMatrix(3, 0, "f3");
+                g.setTextMatrix(3, 1, "Ce");
+            },
+            "c", QList<int>{2, 3});
+        caso(
+            "filas ocultas antes vuelven si empiezan así", revueltos,
+            [](Grid &g) { ocultar(g, rango(1, 12)); }, "p", QList<int>{1});
+        caso(
+            "de una búsqueda a otra más corta", revueltos,
+            [](Grid &g) { g.MostrarFilasQueEmpiezan(1, "camis", g.RowHeight(0)); }, "ca",
+            QList<int>{2, 4, 7, 9});
+    }
+    void empiezan() {
+        const auto [nombres, antes, prefijo, esperadas] =
+            Pruebas::Fila<QStringList, Operacion, QString, QList<int>>();
+        Grid g(QStringLiteral("grid_prueba"), nullptr, nullptr, {.rows = 2, .cols = 3});
+        QAbstractItemModelTester tester(g.modelo(),
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
+        g.setRows(int(nombres.size()) + 1);
+        for (int f = 1; f <= nombres.size(); ++f) {
+            g.setTextMatrix(f, 0, QStringLiteral("f%1").arg(f));
+            g.setTextMatrix(f, 1, nombres[f - 1]);
+        }
+        antes(g);
+        g.MostrarFilasQueEmpiezan(1, prefijo, g.RowHeight(0));
+        QList<int> mostradas;
+        for (int f = 1; f < g.Rows(); ++f) {
+            if (g.RowHeight(f) > 0)
+                mostradas << f;
+        }
+        QCOMPARE(mostradas, esperadas);
+        g.Refresh();
+        QCOMPARE(g.vista()->model()->rowCount(), esperadas.size());
+        for (int r = 0; r < esperadas.size(); ++r)
+            QCOMPARE(g.vista()->model()->index(r, 0).data().toString(),
+                     QStringLiteral("f%1").arg(esperadas[r]));
+    }
+
+    // Rows with heights of their own: a row that stays shown keeps its height, a row that
+    // comes back gets the one asked for, a hidden row forgets its own.
+    void empiezanAlturas() {
+        Grid g(QStringLiteral("grid_prueba"), nullptr, nullptr, {.rows = 2, .cols = 2});
+        g.setRows(5);
+        const QStringList nombres = {"Ana", "Alba", "Bea", "Abel"};
+        for (int f = 1; f <= 4; ++f)
+            g.setTextMatrix(f, 1, nombres[f - 1]);
+        g.setRowHeight(1, 600);
+        g.setRowHeight(3, 700);
+        g.setRowHeight(4, 0);
+        g.MostrarFilasQueEmpiezan(1, "a", 500);
+        QCOMPARE(g.RowHeight(1), 600.0);          // stays shown, keeps its own
+        QCOMPARE(g.RowHeight(2), g.RowHeight(0)); // was shown at the default
+        QCOMPARE(g.RowHeight(3), 0.0);
+        QCOMPARE(g.RowHeight(4), 500.0); // came back at the height asked for
+        g.MostrarFilasQueEmpiezan(1, "", -1);
+        QCOMPARE(g.RowHeight(3), g.RowHeight(0)); // its own height went when it was hidden
+    }
+
+    void empiezanColumnaFuera() {
+        Grid g(QStringLiteral("grid_prueba"), nullptr, nullptr, {.rows = 2, .cols = 2});
+        QVERIFY_THROWS_EXCEPTION(std::out_of_range, g.MostrarFilasQueEmpiezan(2, "a", -1));
+        QVERIFY_THROWS_EXCEPTION(std::out_of_range, g.MostrarFilasQueEmpiezan(-1, "a", -1));
+    }
 };
 
 TARIFAS_PRUEBAS(TstGrid)

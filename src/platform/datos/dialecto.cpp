@@ -30,6 +30,21 @@ QVariant Dialecto::Normalizar(const QVariant &valor, const QString &) const {
     }
 }
 
+// A database we know nothing of: the standard like (which Adaptar rewords where the
+// database's like tells capitals apart), any index, and no limit that it might not read.
+QString Dialecto::ParecidoSinMayusculas(const QString &columna) const {
+    return columna + QStringLiteral(" like ?");
+}
+QString Dialecto::PatronParecido(const QString &texto) const {
+    return texto;
+}
+QString Dialecto::IndiceSinMayusculas(const QString &columna) const {
+    return columna;
+}
+QString Dialecto::Limitar(const QString &sentencia, int) const {
+    return sentencia;
+}
+
 std::unique_ptr<Dialecto> Dialecto::Para(const QSqlDatabase &base) {
     const QString driver = base.driverName();
     if (driver == QLatin1String("QSQLITE"))

@@ -35,6 +35,20 @@ class Dialecto {
     /// names, which a dialect overrides only where its database spells one otherwise.
     virtual QString TipoSQL(TipoColumna tipo) const;
 
+    /// The condition "`columna` matches the like pattern bound to the next placeholder, case
+    /// ignored", spelt so that an index made on IndiceSinMayusculas(columna) answers it: with
+    /// a fixed start ("X12%", or a whole code) it reads a range of that index, not the table.
+    /// '%' and '_' are the wildcards; no other character is special (PatronParecido).
+    virtual QString ParecidoSinMayusculas(const QString &columna) const;
+    /// What to bind to that condition for a typed `texto`, so that only '%' and '_' are
+    /// wildcards on every database.
+    virtual QString PatronParecido(const QString &texto) const;
+    /// The expression an index on `columna` is made on, for ParecidoSinMayusculas to use it.
+    virtual QString IndiceSinMayusculas(const QString &columna) const;
+    /// The select `sentencia` cut to its first `filas` rows, where the database can say so;
+    /// elsewhere unchanged (the reader takes the rows it needs).
+    virtual QString Limitar(const QString &sentencia, int filas) const;
+
     /// The dialect of an open Qt database, from its driver (and, behind an ODBC data source,
     /// from the database product the driver reports).
     static std::unique_ptr<Dialecto> Para(const QSqlDatabase &base);

@@ -12,6 +12,9 @@ class DialectoSQLite : public Dialecto {
     QString Nombre() const override { return QStringLiteral("SQLite"); }
     QVariant Normalizar(const QVariant &valor, const QString &tipoDeclarado) const override;
     QString TipoSQL(TipoColumna tipo) const override;
+    QString ParecidoSinMayusculas(const QString &columna) const override;
+    QString IndiceSinMayusculas(const QString &columna) const override;
+    QString Limitar(const QString &sentencia, int filas) const override;
 
     /// What a declared type means, by SQLite's habit of reading the type's name: "date",
     /// "numeric(10,2)", "decimal", "boolean"... Other names ("integer", "text", "real", none)
@@ -27,6 +30,10 @@ class DialectoPostgreSQL : public Dialecto {
   public:
     QString Nombre() const override { return QStringLiteral("PostgreSQL"); }
     QVariant Normalizar(const QVariant &valor, const QString &tipoDeclarado) const override;
+    QString ParecidoSinMayusculas(const QString &columna) const override;
+    QString PatronParecido(const QString &texto) const override;
+    QString IndiceSinMayusculas(const QString &columna) const override;
+    QString Limitar(const QString &sentencia, int filas) const override;
 };
 
 /// Any other database reached through an ODBC data source: standard SQL types, and the
@@ -35,4 +42,13 @@ class DialectoODBC : public Dialecto {
   public:
     QString Nombre() const override { return QStringLiteral("ODBC"); }
     QString TipoSQL(TipoColumna tipo) const override;
+    /// A PostgreSQL or SQLite database behind the source is searched as when reached directly.
+    QString ParecidoSinMayusculas(const QString &columna) const override;
+    QString PatronParecido(const QString &texto) const override;
+    QString IndiceSinMayusculas(const QString &columna) const override;
+    QString Limitar(const QString &sentencia, int filas) const override;
+
+  private:
+    /// The dialect of the database product behind the source, when it is one of ours.
+    const Dialecto *detras() const;
 };

@@ -122,3 +122,16 @@ QString DialectoSQLite::TipoSQL(TipoColumna tipo) const {
     // SQLite reads "double precision" as well, but "real" is its own name for a double.
     return tipo == TipoColumna::Real ? QStringLiteral("real") : Dialecto::TipoSQL(tipo);
 }
+
+// SQLite's like ignores the case of ASCII letters, and it reads a range of an index only when
+// the index compares as the like does: with the collation nocase. An index on the bare column
+// (collation binary) is never used by a like, and the table is read whole.
+QString DialectoSQLite::ParecidoSinMayusculas(const QString &columna) const {
+    return columna + QStringLiteral(" like ?");
+}
+QString DialectoSQLite::IndiceSinMayusculas(const QString &columna) const {
+    return columna + QStringLiteral(" collate nocase");
+}
+QString DialectoSQLite::Limitar(const QString &sentencia, int filas) const {
+    return sentencia + QStringLiteral(" limit ") + QString::number(filas);
+}

@@ -118,8 +118,8 @@ class VistaGrid : public QTableView {
 /// a fraction of it.
 class DelegadoGrid : public QStyledItemDelegate {
   public:
-    DelegadoGrid(QAbstractItemView *tabla, int filaResaltada)
-        : QStyledItemDelegate(tabla), vista(tabla), resaltado(filaResaltada) {}
+    DelegadoGrid(QAbstractItemView *suVista, int comoResaltar)
+        : QStyledItemDelegate(suVista), vista(suVista), resaltado(comoResaltar) {}
 
     void paint(QPainter *p, const QStyleOptionViewItem &opcion,
                const QModelIndex &indice) const override {
@@ -164,8 +164,8 @@ class DelegadoGrid : public QStyledItemDelegate {
 /// The application's style, but for the colour of the lines between cells (GridColor).
 class EstiloGrid : public QProxyStyle {
   public:
-    EstiloGrid(const QColor &colorLineas, QObject *dueno)
-        : QProxyStyle(QStyleFactory::create(QApplication::style()->name())), lineas(colorLineas) {
+    EstiloGrid(const QColor &lineas, QObject *dueno)
+        : QProxyStyle(QStyleFactory::create(QApplication::style()->name())), lineas(lineas) {
         setParent(dueno); // a widget doesn't own the style it is given
     }
 
@@ -190,8 +190,8 @@ int APixelesMinimo1(double twips) {
 
 } // namespace
 
-Grid::Grid(const QString &nombre, Control *padre, Form *pantalla, const DisenoGrid &diseno)
-    : Control(nombre, padre, pantalla), d(diseno), filaActual(diseno.rows > 1 ? 1 : 0),
+Grid::Grid(const QString &nombre, Control *contenedor, Form *form, const DisenoGrid &diseno)
+    : Control(nombre, contenedor, form), d(diseno), filaActual(diseno.rows > 1 ? 1 : 0),
       filasMinimas(diseno.rows) {
     if (diseno.fixedRows != 1 || diseno.fixedCols != 0)
         throw std::invalid_argument(
@@ -545,6 +545,16 @@ void Grid::setRowHeight(int fila, double twips) {
         return;
     }
     m->setAltura(fila, twips);
+}
+
+void Grid::MostrarFilasQueEmpiezan(int columna, const QString &prefijo, double twips) {
+    comprobarColumna("MostrarFilasQueEmpiezan", columna);
+    m->mostrarEmpiezan(columna, prefijo, twips);
+}
+
+void Grid::PrepararFiltro(int columna) {
+    comprobarColumna("PrepararFiltro", columna);
+    m->prepararOrden(columna);
 }
 
 double Grid::ColWidth(int columna) const {

@@ -85,6 +85,14 @@ class Grid : public Control {
 
     double RowHeight(int fila) const;
     void setRowHeight(int fila, double twips);
+    /// Shows exactly the data rows whose text in `columna` starts with `prefijo`, case ignored,
+    /// and hides the others: the same as setting RowHeight to `twips` on each matching row
+    /// that is hidden and to 0 on every other row, without a look at each row (the column's
+    /// texts are kept sorted beside the grid). An empty prefix shows every row.
+    void MostrarFilasQueEmpiezan(int columna, const QString &prefijo, double twips);
+    /// Starts sorting `columna`'s texts for MostrarFilasQueEmpiezan in the background, once the
+    /// grid is filled, so that the operator's first keystroke finds them sorted.
+    void PrepararFiltro(int columna);
     double ColWidth(int columna) const;
     void setColWidth(int columna, double twips);
     AlineacionColumna ColAlignment(int columna) const;

@@ -3,6 +3,8 @@
 #include "grid.h"
 
 #include <algorithm>
+#include <array>
+#include <limits>
 #include <utility>
 
 namespace {
@@ -100,6 +102,7 @@ void ModeloGrid::setFilas(int n) {
     if (n < nFilas && !propias.isEmpty())
         propias.removeIf([n](QHash<int, double>::iterator it) { return it.key() >= n; });
     nFilas = n;
+    columnaOrdenada = columnaEnCurso = -1;
     cambioDeEstructura();
 }
 
@@ -115,11 +118,16 @@ void ModeloGrid::setColumnas(int n) {
     alineaciones.resize(size_t(n), AlineacionColumna::Izquierda);
     anchos.resize(size_t(n), AnchoColumnaPorOmision);
     nColumnas = n;
+    columnaOrdenada = columnaEnCurso = -1;
     cambioDeEstructura();
 }
 
 void ModeloGrid::setTexto(int fila, int columna, QString &&t) {
     textos[size_t(fila) * size_t(nColumnas) + size_t(columna)] = std::move(t);
+    if (columna == columnaOrdenada)
+        columnaOrdenada = -1;
+    if (columna == columnaEnCurso)
+        columnaEnCurso = -1;
     if (fila == 0)
         titulosSucios = true;
     else
@@ -192,6 +200,183 @@ void ModeloGrid::setTextoFijo(const QColor &c) {
     textoFijo = c;
     titulosSucios = true;
     programar();
+}
+
+namespace {
+
+/// Case-folded code points of a text, as QString's case-insensitive comparisons fold them.
+class Plegado {
+  public:
+    explicit Plegado(QStringView t, qsizetype desde = 0)
+        : inicio(t.utf16()), p(t.utf16() + desde), fin(t.utf16() + t.size()) {}
+    /// The next folded code point, plus 1; 0 at the end of the text.
+    quint32 siguiente() {
+        if (p == fin)
+            return 0;
+        char32_t c = *p++;
+        if (QChar::isHighSurrogate(c) && p != fin && QChar::isLowSurrogate(*p))
+            c = QChar::surrogateToUcs4(char16_t(c), *p++);
+        return quint32(QChar::toCaseFolded(c)) + 1;
+    }
+    /// Where the next code point starts.
+    qsizetype leidos() const { return p - inicio; }
+
+  private:
+    const char16_t *inicio;
+    const char16_t *p;
+    const char16_t *fin;
+};
+
+/// The rows are sorted by the first this many folded code points of their text: enough to
+/// tell nearly every name apart, and a prefix longer than that is checked row by row within
+/// the (short) range of the rows that share its first ones.
+constexpr int Corte = 12;
+
+/// The first Corte folded code points of a text, three to a number (21 bits each, the code
+/// point plus 1, 0 past the end): comparing the numbers in order compares the cut texts.
+struct Clave {
+    std::array<quint64, Corte / 3> d;
+    int fila;
+};
+
+Clave ClaveDe(const QString &t, int fila) {
+    Clave c{{}, fila};
+    Plegado p(t);
+    for (quint64 &d : c.d)
+        for (int i = 0; i < 3; ++i)
+            d = (d << 21) | p.siguiente();
+    return c;
+}
+
+/// <0, 0, >0 as the folded `a` cut to Corte code points sorts before, with, after the folded
+/// `b` cut to as many.
+int CompararCortados(const QString &a, const QString &b) {
+    Plegado x(a), y(b);
+    for (int n = 0; n < Corte; ++n) {
+        const quint32 i = x.siguiente(), j = y.siguiente();
+        if (i != j)
+            return i < j ? -1 : 1;
+        if (i == 0)
+            return 0;
+    }
+    return 0;
+}
+
+/// Whether the folded `t` starts with the folded `prefijo`, looking at no more than `hasta`
+/// code points of the prefix.
+bool Empieza(const QString &t, const QString &prefijo,
+             int hasta = std::numeric_limits<int>::max()) {
+    Plegado x(t), y(prefijo);
+    for (int n = 0; n < hasta; ++n) {
+        const quint32 j = y.siguiente();
+        if (j == 0)
+            return true;
+        if (x.siguiente() != j)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+namespace {
+
+/// Each row's key, read in the rows' own order (the texts lie in memory in that order).
+std::vector<Clave> Claves(const ModeloGrid &m, int columna) {
+    std::vector<Clave> claves;
+    claves.reserve(size_t(std::max(0, m.filas() - 1)));
+    for (int f = 1; f < m.filas(); ++f)
+        claves.push_back(ClaveDe(m.texto(f, columna), f));
+    return claves;
+}
+
+/// The rows in the order of their keys: a sort of plain numbers, which touches no text.
+std::vector<int> Ordenar(std::vector<Clave> claves) {
+    std::sort(claves.begin(), claves.end(), [](const Clave &a, const Clave &b) {
+        return a.d != b.d ? a.d < b.d : a.fila < b.fila;
+    });
+    std::vector<int> filas(claves.size());
+    for (size_t i = 0; i < claves.size(); ++i)
+        filas[i] = claves[i].fila;
+    return filas;
+}
+
+} // namespace
+
+void ModeloGrid::ordenarColumna(int columna) {
+    if (ordenEnCurso.valid()) {
+        // A sort under way: its result, when it is of this column's present texts.
+        std::vector<int> hechas = ordenEnCurso.get();
+        if (columnaEnCurso == columna) {
+            ordenadas = std::move(hechas);
+            columnaOrdenada = columna;
+            columnaEnCurso = -1;
+            return;
+        }
+    }
+    columnaEnCurso = -1;
+    ordenadas = Ordenar(Claves(*this, columna));
+    columnaOrdenada = columna;
+}
+
+void ModeloGrid::prepararOrden(int columna) {
+    if (columnaOrdenada == columna || columnaEnCurso == columna)
+        return;
+    if (ordenEnCurso.valid())
+        ordenEnCurso.wait(); // an older one, out of date: it goes before another starts
+    ordenEnCurso = std::async(std::launch::async, [claves = Claves(*this, columna)]() mutable {
+        return Ordenar(std::move(claves));
+    });
+    columnaEnCurso = columna;
+}
+
+std::pair<size_t, size_t> ModeloGrid::rangoEmpiezan(const QString &prefijo) const {
+    // The rows whose cut text starts with the prefix's first Corte code points.
+    const auto desde = std::partition_point(ordenadas.begin(), ordenadas.end(), [&](int f) {
+        return CompararCortados(texto(f, columnaOrdenada), prefijo) < 0;
+    });
+    const auto hasta = std::partition_point(desde, ordenadas.end(), [&](int f) {
+        return Empieza(texto(f, columnaOrdenada), prefijo, Corte);
+    });
+    return {size_t(desde - ordenadas.begin()), size_t(hasta - ordenadas.begin())};
+}
+
+void ModeloGrid::mostrarEmpiezan(int columna, const QString &prefijo, double altura) {
+    // Which rows show: every one for an empty prefix (no order needed), else those of a range
+    // that start with the whole prefix (all of them, for a prefix no longer than the cut).
+    std::vector<char> muestra(size_t(nFilas), prefijo.isEmpty() ? 1 : 0);
+    if (!prefijo.isEmpty()) {
+        if (columnaOrdenada != columna)
+            ordenarColumna(columna);
+        const auto [desde, hasta] = rangoEmpiezan(prefijo);
+        // A prefix of more UTF-16 units than the cut may hold more code points than it.
+        const bool largo = prefijo.size() > Corte;
+        for (size_t i = desde; i < hasta; ++i) {
+            const int f = ordenadas[i];
+            muestra[size_t(f)] = !largo || Empieza(texto(f, columna), prefijo);
+        }
+    }
+    const bool alturaComun = altura < 0 || altura == alturaDefecto;
+    if (!propias.isEmpty() || !alturaComun) {
+        // Rows with heights of their own: each row as setAltura would have it.
+        for (int f = 1; f < nFilas; ++f) {
+            if (!muestra[size_t(f)])
+                setAltura(f, 0);
+            else if (ocultas[size_t(f)])
+                setAltura(f, altura);
+        }
+        return;
+    }
+    // Every shown row has the default height: only the flags change (a hidden row's flag is
+    // the opposite of its "shows"; the title row's is never set).
+    bool cambio = false;
+    for (size_t f = 1; f < size_t(nFilas); ++f) {
+        const char oculta = char(!muestra[f]);
+        cambio = cambio || ocultas[f] != oculta;
+        ocultas[f] = oculta;
+    }
+    if (cambio)
+        cambioDeEstructura();
 }
 
 int ModeloGrid::filaDeModelo(int fila) const {

@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QString>
 
+#include <future>
 #include <vector>
 
 enum class AlineacionColumna;
@@ -64,6 +65,20 @@ class ModeloGrid : public QAbstractTableModel {
     void setAlturaPorOmision(double twips);
     /// The data rows that have a height of their own (neither hidden nor the default).
     const QHash<int, double> &alturasPropias() const { return propias; }
+    /// Shows exactly the data rows whose text in `columna` starts with `prefijo`, case ignored
+    /// as QString::startsWith ignores it, and hides every other one, as a walk that sets
+    /// each row's height would: a row that was hidden and now shows gets `altura` (<0: the
+    /// default), a row that stays shown keeps its height. An empty prefix shows every row.
+    /// The column's texts are kept sorted case-insensitively beside the storage (made at the
+    /// first call, again after the column's texts or the rows change), so the matching rows
+    /// are a range found by binary search, whatever their order in the grid.
+    void mostrarEmpiezan(int columna, const QString &prefijo, double altura);
+    /// Starts sorting `columna`'s texts for mostrarEmpiezan on another thread (each row's key
+    /// is read here, the sort runs there), so that the first filter finds them sorted, or
+    /// waits only for what is left of the sort. A change of the column's texts or of the rows
+    /// meanwhile drops the result.
+    void prepararOrden(int columna);
+
     /// The title row's height: its own one, 0 when hidden, else the default.
     double alturaTitulo() const { return titulo < 0 ? alturaDefecto : titulo; }
     void setAlturaTitulo(double twips) { titulo = twips < 0 ? -1 : twips; }
@@ -88,6 +103,9 @@ class ModeloGrid : public QAbstractTableModel {
 
   private:
     void programar();
+    void ordenarColumna(int columna);
+    /// The first and one-past-last positions in `ordenadas` of the rows starting with `prefijo`.
+    std::pair<size_t, size_t> rangoEmpiezan(const QString &prefijo) const;
     void cambioDeEstructura() {
         estructuraSucia = true;
         if (!programado)
@@ -101,6 +119,14 @@ class ModeloGrid : public QAbstractTableModel {
     std::vector<double> anchos;
     std::vector<char> ocultas; ///< one flag a grid row; row 0's is never set
     QHash<int, double> propias;
+    /// The data rows, sorted by their text in column `columnaOrdenada` with case folded
+    /// (-1: none kept; the texts or rows changed since).
+    std::vector<int> ordenadas;
+    int columnaOrdenada = -1;
+    /// The sort under way on another thread, of column `columnaEnCurso` (-1: none, or its
+    /// result is out of date).
+    std::future<std::vector<int>> ordenEnCurso;
+    int columnaEnCurso = -1;
     double alturaDefecto = 240;
     double titulo = -1;
 

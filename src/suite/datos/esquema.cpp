@@ -4,7 +4,6 @@
 #include "platform/datos/recordset.h"
 #include "platform/datos/transaccion.h"
 
-#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QStringList>
@@ -97,8 +96,8 @@ struct IndiceEsquema {
     const char *tabla;
     const char *nombre;
     const char *columnas;
-    const char *columnasSQLite = nullptr;
-    const char *columnasPostgreSQL = nullptr;
+    /// Made for the dialect's case-ignoring like (one column), not on the bare column.
+    bool sinMayusculas = false;
 };
 constexpr IndiceEsquema indices[] = {
     {"detalle_precio", "ix_detalle_precio_lista_producto", "identificador, producto"},
@@ -106,16 +105,12 @@ constexpr IndiceEsquema indices[] = {
     {"productostextil", "ix_productostextil_codcliente", "codcliente"},
     {"productos", "ix_productos_nombre", "nombre"},
     {"productos", "ix_productos_codigocliente", "codigocliente"},
-    {"productos_codigosextra", "ix_codigosextra_codigo_extra", "codigo_extra",
-     "codigo_extra collate nocase", "lower(codigo_extra) text_pattern_ops"},
+    {"productos_codigosextra", "ix_codigosextra_codigo_extra", "codigo_extra", true},
 };
 
-QLatin1String Columnas(const IndiceEsquema &indice, const Dialecto &dialecto) {
-    if (indice.columnasSQLite && dialecto.Producto() == QSqlDriver::SQLite)
-        return QLatin1String(indice.columnasSQLite);
-    if (indice.columnasPostgreSQL && dialecto.Producto() == QSqlDriver::PostgreSQL)
-        return QLatin1String(indice.columnasPostgreSQL);
-    return QLatin1String(indice.columnas);
+QString Columnas(const IndiceEsquema &indice, const Dialecto &dialecto) {
+    const QString columnas = QLatin1String(indice.columnas);
+    return indice.sinMayusculas ? dialecto.IndiceSinMayusculas(columnas) : columnas;
 }
 
 bool MismoNombre(const char *a, const QString &b) {
