@@ -2,6 +2,8 @@
 
 #include <QDate>
 #include <QDateTime>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 
 namespace {
 
@@ -121,4 +123,25 @@ QVariant DialectoSQLite::NormalizarClase(const QVariant &valor, Clase clase) {
 QString DialectoSQLite::TipoSQL(TipoColumna tipo) const {
     // SQLite reads "double precision" as well, but "real" is its own name for a double.
     return tipo == TipoColumna::Real ? QStringLiteral("real") : Dialecto::TipoSQL(tipo);
+}
+
+namespace {
+
+QSqlError Control(QSqlDatabase &base, const QString &sentencia) {
+    QSqlQuery q(base);
+    return q.exec(sentencia) ? QSqlError() : q.lastError();
+}
+
+} // namespace
+
+QSqlError DialectoSQLite::ComenzarUnidad(QSqlDatabase &base) const {
+    return Control(base, QStringLiteral("begin immediate"));
+}
+
+QSqlError DialectoSQLite::ConfirmarUnidad(QSqlDatabase &base) const {
+    return Control(base, QStringLiteral("commit"));
+}
+
+QSqlError DialectoSQLite::DeshacerUnidad(QSqlDatabase &base) const {
+    return Control(base, QStringLiteral("rollback"));
 }
