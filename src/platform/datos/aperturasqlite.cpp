@@ -9,6 +9,7 @@
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <atomic>
 
 #include <cerrno>
 #include <cstring>
@@ -73,7 +74,7 @@ void ComprobarBaseSQLite(const QSqlDatabase &base, const QString &ruta) {
     case sqliteLocked:
         Rechazar(ruta, QStringLiteral("otro programa lo tiene bloqueado y no lo ha dejado libre "
                                       "en %1 s (%2).")
-                           .arg(EsperaBloqueoSQLite / 1000)
+                           .arg(EsperaBloqueoSQLiteActual() / 1000)
                            .arg(texto));
     case sqliteNotADb:
         Rechazar(ruta, QStringLiteral("no es una base de datos SQLite (%1).").arg(texto));
@@ -88,13 +89,15 @@ void ComprobarBaseSQLite(const QSqlDatabase &base, const QString &ruta) {
 
 namespace {
 
+std::atomic<int> limiteBloqueo{EsperaBloqueoSQLite};
+
 /// SQLite's busy handler: called again and again while another connection holds the lock,
 /// `veces` counting from 0 for each wait. A short sleep each time, and the wait told.
-int Ocupada(void *espera, int veces) {
-    static QElapsedTimer reloj;
+int Ocupada(void *, int veces) {
+    thread_local QElapsedTimer reloj; // each thread waits on its own
     if (veces == 0)
         reloj.start();
-    if (reloj.elapsed() >= *static_cast<int *>(espera))
+    if (reloj.elapsed() >= limiteBloqueo)
         return 0; // SQLITE_BUSY for the statement
     Espera::Latido();
     sqlite3_sleep(veces < 10 ? 5 : 25);
@@ -103,15 +106,20 @@ int Ocupada(void *espera, int veces) {
 
 } // namespace
 
-void EsperarBloqueosSQLite(const QSqlDatabase &base, int espera) {
+void EsperarBloqueosSQLite(const QSqlDatabase &base) {
     const QVariant manejador = base.driver() ? base.driver()->handle() : QVariant();
     if (qstrcmp(manejador.typeName(), "sqlite3*") != 0)
         return;
     sqlite3 *db = *static_cast<sqlite3 *const *>(manejador.constData());
     if (!db)
         return;
-    // One limit for every SQLite connection of the program.
-    static int limite = EsperaBloqueoSQLite;
-    limite = espera;
-    sqlite3_busy_handler(db, Ocupada, &limite);
+    sqlite3_busy_handler(db, Ocupada, nullptr);
+}
+
+int EsperaBloqueoSQLiteActual() {
+    return limiteBloqueo;
+}
+
+void FijarEsperaBloqueoSQLite(int ms) {
+    limiteBloqueo = ms;
 }

@@ -21,6 +21,11 @@ void ComprobarBaseSQLite(const QSqlDatabase &base, const QString &ruta);
 /// "database is locked".
 inline constexpr int EsperaBloqueoSQLite = 30000;
 
-/// Makes the open SQLite database `base` wait for other programs' locks up to `espera` ms,
-/// telling the wait under way (Espera::Latido) as it goes, rather than fail at once.
-void EsperarBloqueosSQLite(const QSqlDatabase &base, int espera = EsperaBloqueoSQLite);
+/// Makes the open SQLite database `base` wait for other programs' locks, as long as
+/// EsperaBloqueoSQLiteActual says, telling the wait under way (Espera::Latido) as it goes,
+/// rather than fail at once.
+void EsperarBloqueosSQLite(const QSqlDatabase &base);
+/// The ms that a statement of any SQLite connection waits for another program's lock:
+/// EsperaBloqueoSQLite unless changed (a test that must not wait that long).
+int EsperaBloqueoSQLiteActual();
+void FijarEsperaBloqueoSQLite(int ms);

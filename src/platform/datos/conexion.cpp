@@ -269,9 +269,10 @@ ErrorBD Connection::Fallo(const QSqlError &error, const QString &sentencia) {
         switch (sqlite & 0xff) {
         case sqliteBusy:
         case sqliteLocked:
-            causa = QStringLiteral("otro programa lo tiene ocupado y no lo ha dejado libre en "
-                                   "30 s. No se ha guardado nada: repita la acción cuando el "
-                                   "otro programa termine.");
+            causa = QStringLiteral("lo tiene ocupado otro programa, que no lo ha dejado libre "
+                                   "en %1 s. No se ha guardado nada: repita la acción cuando el "
+                                   "otro programa termine.")
+                        .arg(EsperaBloqueoSQLiteActual() / 1000);
             break;
         case sqliteReadOnly:
             if (sqlite == sqliteReadOnlyDbMoved) {

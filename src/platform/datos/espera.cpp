@@ -1,8 +1,8 @@
 #include "espera.h"
 
 #include <QMutex>
-#include <QWaitCondition>
 #include <QThread>
+#include <QWaitCondition>
 #include <chrono>
 #include <cstdio>
 #include <map>
@@ -111,8 +111,7 @@ class Vigilante {
 
 } // namespace
 
-Espera::Espera(const QString &destino, int socket, int plazo)
-    : destino(destino), anterior(actual) {
+Espera::Espera(const QString &destino, int socket, int plazo) : destino(destino), anterior(actual) {
     reloj.start();
     if (socket >= 0 && plazo > 0)
         vigilancia = Vigilante::instancia().Armar(socket, plazo);
@@ -134,8 +133,9 @@ bool Espera::Vencida() const {
 void Espera::avisar() {
     if (reloj.elapsed() < umbral)
         return;
-    const QString motivo =
-        QStringLiteral("Esperando a la base de datos (%1): %2 s…").arg(destino).arg(reloj.elapsed() / 1000);
+    const QString motivo = QStringLiteral("Esperando a la base de datos (%1): %2 s…")
+                               .arg(destino)
+                               .arg(reloj.elapsed() / 1000);
     if (!larga) {
         larga = true;
         std::fprintf(stderr, "%s\n", qPrintable(motivo));

@@ -60,10 +60,8 @@ class Indicador : public QObject {
         const QWidget *ventana = QApplication::activeWindow();
         const QRect zona = ventana ? ventana->frameGeometry()
                                    : QGuiApplication::primaryScreen()->availableGeometry();
-        linea->move(zona.center().x() - linea->width() / 2,
-                    zona.bottom() - 2 * linea->height());
+        linea->move(zona.center().x() - linea->width() / 2, zona.bottom() - 2 * linea->height());
         linea->show();
-        linea->raise();
         // One pass, so the line and the cursor reach the screen. Nothing of the program's
         // own runs in it: its timers and the operator's input are held off by the filter.
         repintando = true;
@@ -108,8 +106,7 @@ class Indicador : public QObject {
         // While the line is repainted, the program's timers and sockets wait for the next
         // pass (a timer comes again, a socket with data stays ready): no handler of the
         // program runs in the middle of a statement.
-        return repintando &&
-               (evento->type() == QEvent::Timer || evento->type() == QEvent::SockAct);
+        return repintando && (evento->type() == QEvent::Timer || evento->type() == QEvent::SockAct);
     }
 };
 
