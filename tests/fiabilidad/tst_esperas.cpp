@@ -66,7 +66,8 @@ QStringList ConBloqueo(BaseDatosPrueba &db, int ms, const std::function<void()> 
     QStringList fases;
     const Espera::Aviso antes = Espera::FijarAviso([&](Espera::Fase fase, const QString &texto) {
         if (fases.isEmpty() || fases.last() != (fase == Espera::Fase::Larga ? "larga" : "fin"))
-            fases << (fase == Espera::Fase::Larga ? QStringLiteral("larga") : QStringLiteral("fin"));
+            fases << (fase == Espera::Fase::Larga ? QStringLiteral("larga")
+                                                  : QStringLiteral("fin"));
         if (fase == Espera::Fase::Larga && !texto.contains(db.Ruta()))
             fases << QStringLiteral("sin el fichero: ") + texto;
     });
@@ -200,8 +201,7 @@ class TstEsperas : public QObject {
         Qt::CursorShape cursor = Qt::ArrowCursor;
         const Espera::Aviso indicador = Espera::FijarAviso({});
         std::promise<void> tomado, soltar;
-        std::thread otro(OtroPrograma, db.Cadena(), std::ref(tomado),
-                         soltar.get_future().share());
+        std::thread otro(OtroPrograma, db.Cadena(), std::ref(tomado), soltar.get_future().share());
         tomado.get_future().wait();
         bool pulsadoYa = false;
         Espera::FijarAviso([&](Espera::Fase fase, const QString &texto) {
@@ -275,8 +275,9 @@ class TstEsperas : public QObject {
             Escribir(c, 999);
             unidad.Commit();
         });
-        QVERIFY2(error.startsWith(QStringLiteral("El fichero SQLite \"%1\" %2").arg(db.Ruta(), causa)),
-                 qPrintable(error));
+        QVERIFY2(
+            error.startsWith(QStringLiteral("El fichero SQLite \"%1\" %2").arg(db.Ruta(), causa)),
+            qPrintable(error));
         QVERIFY(!c.EnTransaccion());
     }
 
@@ -297,8 +298,9 @@ class TstEsperas : public QObject {
         const QString fuera = db.Directorio() + QStringLiteral("/fuera.sqlite");
         QVERIFY(QFile::rename(db.Ruta(), fuera));
         const QString error = ErrorDe([&] { Escribir(c, 2); });
-        QVERIFY2(error.startsWith(QStringLiteral("El fichero SQLite \"%1\" ya no está").arg(db.Ruta())),
-                 qPrintable(error));
+        QVERIFY2(
+            error.startsWith(QStringLiteral("El fichero SQLite \"%1\" ya no está").arg(db.Ruta())),
+            qPrintable(error));
         QVERIFY(copia ? QFile::copy(fuera, db.Ruta()) : QFile::rename(fuera, db.Ruta()));
         {
             ADODB::Transaccion unidad(c);

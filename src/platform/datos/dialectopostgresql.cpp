@@ -17,7 +17,9 @@ template <class F> F FuncionLibpq(const char *nombre) {
 /// The PGconn of an open connection of Qt's driver, or nullptr.
 const void *Manejador(const QSqlDatabase &base) {
     const QVariant manejador = base.driver() ? base.driver()->handle() : QVariant();
-    if (qstrcmp(manejador.typeName(), "PGconn*") != 0)
+    // PGconn is libpq's name for struct pg_conn; Qt names the type by the one or the other.
+    if (qstrcmp(manejador.typeName(), "PGconn*") != 0 &&
+        qstrcmp(manejador.typeName(), "pg_conn*") != 0)
         return nullptr;
     return *static_cast<void *const *>(manejador.constData());
 }
