@@ -111,7 +111,7 @@ class Vigilante {
 
 } // namespace
 
-Espera::Espera(const QString &destino, int socket, int plazo) : destino(destino), anterior(actual) {
+Espera::Espera(const QString &donde, int socket, int plazo) : destino(donde), anterior(actual) {
     reloj.start();
     if (socket >= 0 && plazo > 0)
         vigilancia = Vigilante::instancia().Armar(socket, plazo);
@@ -122,7 +122,9 @@ Espera::~Espera() {
     if (vigilancia != 0)
         Vigilante::instancia().Desarmar(vigilancia);
     actual = anterior;
-    if (larga && aviso())
+    // A wait that nobody saw go by (a call blocked on a server tells nothing until it
+    // returns) is long all the same: what the operator did meanwhile is dropped.
+    if ((larga || reloj.elapsed() >= umbral) && aviso())
         aviso()(Fase::Acabada, {});
 }
 

@@ -20,11 +20,11 @@ class Espera {
     };
     using Aviso = std::function<void(Fase fase, const QString &motivo)>;
 
-    /// The statement's wait on `destino` (words for a message: "el fichero SQLite …").
+    /// The statement's wait on `donde` (words for a message: "el fichero SQLite …").
     /// `socket`, when not -1, is a server connection's socket: shut down once `plazo` ms
     /// pass without an answer (0: no deadline), so that a call blocked on a server that no
     /// longer answers comes back.
-    Espera(const QString &destino, int socket = -1, int plazo = 0);
+    Espera(const QString &donde, int socket = -1, int plazo = 0);
     ~Espera();
     Espera(const Espera &) = delete;
     Espera &operator=(const Espera &) = delete;
