@@ -15,12 +15,16 @@ void FrmTarifas::cmdEliminar_Click() {
 
     ADODB::Connection &conexion = *SesionSuite.Conexion;
     const QString lista = lblCodigo->Caption();
-    {
+    bool esNumero = false;
+    lista.toLongLong(&esNumero);
+    bool viva = false;
+    if (esNumero) {
         // The three deletes are one unit: a refusal of any leaves the list whole, and the
-        // error report shows the database's text.
+        // error report shows the database's text. A list that another terminal deleted
+        // meanwhile may have left prices or relations behind (a program of the suite that
+        // deletes only the header): they go too, in the same unit.
         ADODB::Transaccion unidad(conexion);
-        if (!ListaSigueViva())
-            return; // deleted by another terminal: the editor has closed
+        viva = ListaSigueViva();
         SvcRegistros registros;
         registros.BorrarRegistro(conexion, QStringLiteral("cabecera_precio"),
                                  SesionSuite.nombretienda, SesionSuite.multitienda,
@@ -35,6 +39,12 @@ void FrmTarifas::cmdEliminar_Click() {
                                  QStringLiteral("indice='TarifaAplicada' and datoN = ") + lista);
         unidad.Commit();
     }
+    // Told once the unit has ended, never while it holds the list.
+    if (!viva)
+        return ListaYaNoExiste(esNumero ? QStringLiteral("No queda nada de ella: se ha borrado "
+                                                         "también lo que quedaba (sus precios y "
+                                                         "las relaciones que la aplicaban).")
+                                        : QStringLiteral("No se ha borrado nada."));
     // The register lists what remains once this modal show returns.
     Unload();
 }

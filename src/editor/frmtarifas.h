@@ -85,10 +85,14 @@ class FrmTarifas : public Form {
 
     /// For a write of the editor, inside its unit of work (ADODB::Transaccion): true when the
     /// open list (lblCodigo) still exists, and then it stays locked against other terminals'
-    /// writes until the unit ends. When another terminal has deleted it, the operator is told
-    /// that nothing was stored, the editor closes (so the register lists what remains), and
-    /// the answer is false: the caller writes nothing.
+    /// writes until the unit ends. False when another terminal has deleted it (or the label
+    /// holds no list's code): the caller writes nothing, ends the unit, then calls
+    /// ListaYaNoExiste. It never shows anything itself.
     bool ListaSigueViva();
+    /// After a write's unit has ended and found the list gone: tells the operator so, with
+    /// `queSeHizo` ("No se ha guardado nada."), and closes the editor so that the register
+    /// lists what remains.
+    void ListaYaNoExiste(const QString &queSeHizo);
 
     // Price entry, saving and search
     // The price panel frCambio lies over grid_Pseleccionados; the screen is in the list view

@@ -42,15 +42,22 @@ bool Grabar(FrmTarifas &f, const QString &criterio, const QString &campos) {
         return false;
     }
     ADODB::Connection &conexion = *SesionSuite.Conexion;
-    ADODB::Transaccion unidad(conexion);
-    if (!f.ListaSigueViva())
-        return false;
-    registros.BorrarRegistro(conexion, Tabla, SesionSuite.nombretienda, SesionSuite.multitienda,
-                             criterio);
-    registros.InsertarRegistro(conexion, Tabla, campos, SesionSuite.nombretienda,
-                               SesionSuite.multitienda, QString());
-    unidad.Commit();
-    return true;
+    bool viva = false;
+    {
+        ADODB::Transaccion unidad(conexion);
+        viva = f.ListaSigueViva();
+        if (viva) {
+            registros.BorrarRegistro(conexion, Tabla, SesionSuite.nombretienda,
+                                     SesionSuite.multitienda, criterio);
+            registros.InsertarRegistro(conexion, Tabla, campos, SesionSuite.nombretienda,
+                                       SesionSuite.multitienda, QString());
+            unidad.Commit();
+        }
+    }
+    // Told once the unit has ended, never while it holds the list.
+    if (!viva)
+        f.ListaYaNoExiste(QStringLiteral("No se ha guardado nada."));
+    return viva;
 }
 
 /// The product in the panel has a code (a click on an empty row opens nothing, yet the

@@ -58,15 +58,22 @@ void FrmTarifas::cambiarFecha() {
     const QString criterio = QStringLiteral("identificador=") + lblCodigo->Caption();
 
     ADODB::Connection &conexion = *SesionSuite.Conexion;
-    ADODB::Transaccion unidad(conexion);
-    // The list's code goes into the criterion only once it is known to be a live list's.
-    if (!ListaSigueViva())
-        return;
-    SvcRegistros registros;
-    registros.ModificarRegistro(conexion, QStringLiteral("cabecera_precio"), campos,
-                                SesionSuite.nombretienda, SesionSuite.multitienda, criterio, 0, {},
-                                {}, {});
-    unidad.Commit();
+    bool viva = false;
+    {
+        ADODB::Transaccion unidad(conexion);
+        // The list's code goes into the criterion only once it is known to be a live list's.
+        viva = ListaSigueViva();
+        if (viva) {
+            SvcRegistros registros;
+            registros.ModificarRegistro(conexion, QStringLiteral("cabecera_precio"), campos,
+                                        SesionSuite.nombretienda, SesionSuite.multitienda, criterio,
+                                        0, {}, {}, {});
+            unidad.Commit();
+        }
+    }
+    // Told once the unit has ended, never while it holds the list.
+    if (!viva)
+        return ListaYaNoExiste(QStringLiteral("No se ha guardado nada."));
     lblDesde->setCaption(textoDesde);
     lblHasta->setCaption(textoHasta);
 }

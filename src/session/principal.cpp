@@ -30,10 +30,21 @@ QString LeerListadoTemporal(const QString &columna) {
     conexion.ConnectionString = origenTerminal;
     conexion.Open(QString(), QString(), QString(), -1);
     QString resultado;
-    ADODB::Recordset rs;
-    rs.Open(QStringLiteral("Select %1 from listadostemporal").arg(columna), conexion);
-    if (rs.RecordCount() > 0)
-        resultado = rs.Fields(columna).Texto();
+    try {
+        ADODB::Recordset rs;
+        rs.Open(QStringLiteral("Select %1 from listadostemporal").arg(columna), conexion);
+        if (rs.RecordCount() > 0)
+            resultado = rs.Fields(columna).Texto();
+    } catch (const ErrorBD &error) {
+        // The suite's terminal table lives apart from the suite's database: say which source
+        // and what was looked for there, or the operator hunts in the wrong database.
+        throw ErrorBD(QStringLiteral("No se puede leer el dato \"%1\" del terminal en la tabla "
+                                     "listadostemporal del origen de datos \"%2\" (%3). "
+                                     "Compruebe que esa tabla existe y tiene las columnas "
+                                     "list1 y list2.\n")
+                          .arg(columna, origenTerminal, conexion.Destino()) +
+                      error.Texto());
+    }
     return resultado;
 }
 

@@ -13,6 +13,8 @@
 #include "suite/datos/svcconexion.h"
 #include "suite/datos/svcregistros.h"
 
+#include <QSqlQuery>
+
 class TstOdbc : public QObject {
     Q_OBJECT
     QTemporaryDir casa;
@@ -75,6 +77,63 @@ class TstOdbc : public QObject {
         QFile::remove(casa.filePath(QStringLiteral("terminal.sqlite")));
         const QString error = ErrorDe([] { Principal::LeerList2(); });
         QVERIFY2(error.contains(QStringLiteral("listadostemporal")), qPrintable(error));
+    }
+
+    void origenQueNoAbre_data() {
+        // Driver: the data source's line; esperado: what the message must say, besides the
+        // source's name and the file that defines it.
+        const auto caso = Pruebas::Tabla<QString, QString, QStringList>();
+        caso("controlador no instalado", "Driver = NoInstalado", "",
+             {"usa el controlador \"NoInstalado\", que no está instalado",
+              "no hay una sección [NoInstalado] en"});
+        caso("biblioteca que no está", "Driver = /no/existe/libodbcx.so", "",
+             {"cuyo fichero \"/no/existe/libodbcx.so\" no está"});
+        caso("sin controlador", "Description = nada", "", {"falta su línea \"Driver = …\""});
+        caso(
+            "controlador que falla", "Driver = SQLite3", "/no/existe/terminal.sqlite",
+            {"el controlador \"SQLite3\" del origen",
+             "no ha podido abrir lo que el origen señala (database = /no/existe/terminal.sqlite)"});
+    }
+    void origenQueNoAbre() {
+        // A data source that is defined and can't be opened: the message says what is wrong
+        // and where, not only the driver manager's words.
+        const auto [driver, database, esperado] = Pruebas::Fila<QString, QString, QStringList>();
+        DefinirOrigenes(QStringLiteral("[Mala]\n%1\n%2\n")
+                            .arg(driver, database.isEmpty()
+                                             ? QString()
+                                             : QStringLiteral("Database = ") + database));
+        const QString error = ErrorDe([] {
+            ADODB::Connection c;
+            c.Open(QStringLiteral("dsn=Mala"));
+        });
+        QVERIFY2(
+            error.startsWith(QStringLiteral("No se puede abrir el origen de datos ODBC \"Mala\"")),
+            qPrintable(error));
+        QVERIFY2(error.contains(QStringLiteral("definido en \"%1\"").arg(OdbcIni())),
+                 qPrintable(error));
+        for (const QString &parte : esperado)
+            QVERIFY2(error.contains(parte), qPrintable(error));
+    }
+
+    void terminalSinList2() {
+        // The terminal's table lacks a column: the message names the terminal's data source
+        // and what it leads to, and the column.
+        DefinirOrigenes();
+        const QString ruta = casa.filePath(QStringLiteral("terminal.sqlite"));
+        QFile::remove(ruta);
+        {
+            ADODB::Connection t;
+            t.Open(QStringLiteral("sqlite:") + ruta);
+            QSqlQuery q(t.Base());
+            QVERIFY(q.exec(QStringLiteral("create table listadostemporal (list1 text)")));
+        }
+        const QString error = ErrorDe([] { Principal::LeerList2(); });
+        QVERIFY2(error.startsWith(QStringLiteral("No se puede leer el dato \"list2\" del terminal "
+                                                 "en la tabla listadostemporal del origen de datos "
+                                                 "\"dsn=Corvanta\" (el origen de datos ODBC "
+                                                 "\"Corvanta\").")),
+                 qPrintable(error));
+        QVERIFY2(error.contains(QStringLiteral("list2")), qPrintable(error));
     }
 
     void homeNoEsLaCuenta() {

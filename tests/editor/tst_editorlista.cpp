@@ -201,6 +201,40 @@ class TstEditorLista : public QObject {
         QVERIFY(FilaRegistro(1) > 0);
     }
 
+    void eliminarLoQueQueda_data() {
+        // What another program of the suite left of the list when it deleted it: nothing, or
+        // its prices and the relations that apply it.
+        const auto caso = Pruebas::Tabla<QStringList>();
+        caso("todo borrado", {"delete from cabecera_precio where identificador = 1",
+                              "delete from detalle_precio where identificador = 1",
+                              "delete from relaciones_fijas where indice = 'TarifaAplicada' "
+                              "and daton = 1"});
+        caso("solo la cabecera", {"delete from cabecera_precio where identificador = 1"});
+        caso("cabecera y precios", {"delete from cabecera_precio where identificador = 1",
+                                    "delete from detalle_precio where identificador = 1"});
+    }
+    void eliminarLoQueQueda() {
+        // Deleting a list that is already gone deletes what is left of it, in the same unit,
+        // and says so in words for a delete; the other lists keep all that is theirs.
+        const auto [sentencias] = Pruebas::Fila<QStringList>();
+        TiendaPrueba tienda;
+        Tienda(tienda);
+        const QStringList esperado = tienda.Volcado(1);
+        RespuestasMensajes cajas;
+        QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
+            for (const QString &sql : sentencias)
+                tienda.Ejecutar(sql);
+            QTest::mouseClick(e.cmdEliminar->widget(), Qt::LeftButton);
+        }));
+        QCOMPARE(cajas.Mostrados(),
+                 (QStringList{"¿Desea eliminar la tarifa General?",
+                              "La tarifa \"General\" ya no existe: se ha eliminado desde otro "
+                              "puesto. No queda nada de ella: se ha borrado también lo que "
+                              "quedaba (sus precios y las relaciones que la aplicaban)."}));
+        QCOMPARE(tienda.Volcado(), esperado);
+        QCOMPARE(FilaRegistro(1), -1);
+    }
+
     // Another terminal deletes the open list, before this one writes (committed) or while it
     // writes (its unit still open: this write waits for it). Nothing is written for a list
     // that is gone, the operator is told, and the editor closes. Or it prices the same product
@@ -266,9 +300,16 @@ class TstEditorLista : public QObject {
             return;
         }
         QCOMPARE(cajas.Mostrados().size(), accion == "eliminar" ? 2 : 1);
+        // Told after the unit ended (a box inside it is recorded with a mark, and counted).
+        QCOMPARE(cajas.DentroDeUnidad(), 0);
         QCOMPARE(cajas.Mostrados().last(),
                  QStringLiteral("La tarifa \"General\" ya no existe: se ha eliminado desde otro "
-                                "puesto. No se ha guardado nada."));
+                                "puesto. ") +
+                     (accion == "eliminar"
+                          ? QStringLiteral("No queda nada de ella: se ha borrado también lo que "
+                                           "quedaba (sus precios y las relaciones que la "
+                                           "aplicaban).")
+                          : QStringLiteral("No se ha guardado nada.")));
         // Nothing of list 1 is left or written again (no orphan price); list 2 is untouched.
         QCOMPARE(tienda.Volcado(), esperado);
         QCOMPARE(FilaRegistro(1), -1);

@@ -1,16 +1,19 @@
 #include "aperturasqlite.h"
 
 #include "errorbd.h"
+#include "espera.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <atomic>
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
+#include <sqlite3.h>
 #include <unistd.h>
 
 namespace {
@@ -59,45 +62,64 @@ void ComprobarFicheroSQLite(const QString &ruta) {
                           .arg(ruta, carpeta, causa));
 }
 
-void ComprobarBaseSQLite(const QSqlDatabase &base, const QString &ruta, int esperaMaxima) {
+void ComprobarBaseSQLite(const QSqlDatabase &base, const QString &ruta) {
     QSqlQuery q(base);
-    // Short waits inside SQLite, so that the operator hears of a long one; the connection's
-    // own wait comes back afterwards.
-    q.exec(QStringLiteral("pragma busy_timeout = 1000"));
-    QElapsedTimer reloj;
-    reloj.start();
-    bool avisado = false;
-    while (!q.exec(QStringLiteral("select count(*) from sqlite_master"))) {
-        const QSqlError error = q.lastError();
-        const QString texto = error.databaseText().trimmed();
-        switch (error.nativeErrorCode().toInt() & 0xff) {
-        case sqliteBusy:
-        case sqliteLocked:
-            if (reloj.elapsed() >= esperaMaxima)
-                Rechazar(ruta, QStringLiteral("otro programa lo tiene bloqueado y no lo ha "
-                                              "dejado libre en %1 s (%2).")
-                                   .arg(esperaMaxima / 1000)
-                                   .arg(texto));
-            if (!avisado) {
-                std::fprintf(stderr, "%s\n",
-                             qPrintable(QStringLiteral("La base de datos \"%1\" está ocupada por "
-                                                       "otro programa: se espera hasta %2 s a "
-                                                       "que la deje libre.")
-                                            .arg(ruta)
-                                            .arg(esperaMaxima / 1000)));
-                std::fflush(stderr);
-                avisado = true;
-            }
-            continue;
-        case sqliteNotADb:
-            Rechazar(ruta, QStringLiteral("no es una base de datos SQLite (%1).").arg(texto));
-        case sqliteCorrupt:
-            Rechazar(ruta, QStringLiteral("está dañado (%1).").arg(texto));
-        case sqliteCantOpen:
-            Rechazar(ruta, QStringLiteral("%1 (%2).").arg(texto, CausaSistema(ruta, R_OK | W_OK)));
-        default:
-            Rechazar(ruta, texto);
-        }
+    const Espera espera(QStringLiteral("el fichero SQLite \"%1\"").arg(ruta));
+    if (q.exec(QStringLiteral("select count(*) from sqlite_master")))
+        return;
+    const QSqlError error = q.lastError();
+    const QString texto = error.databaseText().trimmed();
+    switch (error.nativeErrorCode().toInt() & 0xff) {
+    case sqliteBusy:
+    case sqliteLocked:
+        Rechazar(ruta, QStringLiteral("otro programa lo tiene bloqueado y no lo ha dejado libre "
+                                      "en %1 s (%2).")
+                           .arg(EsperaBloqueoSQLiteActual() / 1000)
+                           .arg(texto));
+    case sqliteNotADb:
+        Rechazar(ruta, QStringLiteral("no es una base de datos SQLite (%1).").arg(texto));
+    case sqliteCorrupt:
+        Rechazar(ruta, QStringLiteral("está dañado (%1).").arg(texto));
+    case sqliteCantOpen:
+        Rechazar(ruta, QStringLiteral("%1 (%2).").arg(texto, CausaSistema(ruta, R_OK | W_OK)));
+    default:
+        Rechazar(ruta, texto);
     }
-    q.exec(QStringLiteral("pragma busy_timeout = 5000"));
+}
+
+namespace {
+
+std::atomic<int> limiteBloqueo{EsperaBloqueoSQLite};
+
+/// SQLite's busy handler: called again and again while another connection holds the lock,
+/// `veces` counting from 0 for each wait. A short sleep each time, and the wait told.
+int Ocupada(void *, int veces) {
+    thread_local QElapsedTimer reloj; // each thread waits on its own
+    if (veces == 0)
+        reloj.start();
+    if (reloj.elapsed() >= limiteBloqueo)
+        return 0; // SQLITE_BUSY for the statement
+    Espera::Latido();
+    sqlite3_sleep(veces < 10 ? 5 : 25);
+    return 1;
+}
+
+} // namespace
+
+void EsperarBloqueosSQLite(const QSqlDatabase &base) {
+    const QVariant manejador = base.driver() ? base.driver()->handle() : QVariant();
+    if (qstrcmp(manejador.typeName(), "sqlite3*") != 0)
+        return;
+    sqlite3 *db = *static_cast<sqlite3 *const *>(manejador.constData());
+    if (!db)
+        return;
+    sqlite3_busy_handler(db, Ocupada, nullptr);
+}
+
+int EsperaBloqueoSQLiteActual() {
+    return limiteBloqueo;
+}
+
+void FijarEsperaBloqueoSQLite(int ms) {
+    limiteBloqueo = ms;
 }

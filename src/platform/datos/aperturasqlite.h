@@ -12,7 +12,20 @@
 void ComprobarFicheroSQLite(const QString &ruta);
 
 /// After opening (SQLite reads nothing until asked): reads the file's schema once. A file
-/// that another program keeps locked is waited for, said once on stderr after a second, for
-/// `esperaMaxima` ms at most. Raises ErrorBD naming the file and the cause (not a database,
-/// damaged, still locked) with SQLite's own text; nothing is written to the file.
-void ComprobarBaseSQLite(const QSqlDatabase &base, const QString &ruta, int esperaMaxima = 30000);
+/// that another program keeps locked is waited for as EsperarBloqueosSQLite says. Raises
+/// ErrorBD naming the file and the cause (not a database, damaged, still locked) with SQLite's
+/// own text; nothing is written to the file.
+void ComprobarBaseSQLite(const QSqlDatabase &base, const QString &ruta);
+
+/// How long a statement waits for another program's lock on the file before it fails with
+/// "database is locked".
+inline constexpr int EsperaBloqueoSQLite = 30000;
+
+/// Makes the open SQLite database `base` wait for other programs' locks, as long as
+/// EsperaBloqueoSQLiteActual says, telling the wait under way (Espera::Latido) as it goes,
+/// rather than fail at once.
+void EsperarBloqueosSQLite(const QSqlDatabase &base);
+/// The ms that a statement of any SQLite connection waits for another program's lock:
+/// EsperaBloqueoSQLite unless changed (a test that must not wait that long).
+int EsperaBloqueoSQLiteActual();
+void FijarEsperaBloqueoSQLite(int ms);

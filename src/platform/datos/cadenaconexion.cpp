@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QMap>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTextStream>
@@ -144,20 +145,47 @@ CadenaConexion InterpretarPostgreSQL(const QString &texto, qsizetype inicio) {
     return c;
 }
 
-/// Whether an odbc.ini file has a section [dsn].
-bool TieneSeccion(const QString &fichero, const QString &dsn) {
+/// Whether an ini file of unixODBC has a section [nombre]; its keys (in small letters) go to
+/// `claves` when asked for.
+bool LeerSeccion(const QString &fichero, const QString &nombre,
+                 QMap<QString, QString> *claves = nullptr) {
     QFile f(fichero);
     if (fichero.isEmpty() || !f.open(QIODevice::ReadOnly | QIODevice::Text))
         return false;
     QTextStream in(&f);
     QString linea;
+    bool dentro = false;
     while (in.readLineInto(&linea)) {
         const QString l = linea.trimmed();
-        if (l.startsWith(QLatin1Char('[')) && l.endsWith(QLatin1Char(']')) &&
-            l.mid(1, l.size() - 2).trimmed().compare(dsn, Qt::CaseInsensitive) == 0)
-            return true;
+        if (l.startsWith(QLatin1Char('[')) && l.endsWith(QLatin1Char(']'))) {
+            if (dentro)
+                return true;
+            dentro = l.mid(1, l.size() - 2).trimmed().compare(nombre, Qt::CaseInsensitive) == 0;
+            if (dentro && !claves)
+                return true;
+            continue;
+        }
+        const qsizetype igual = l.indexOf(QLatin1Char('='));
+        if (dentro && igual > 0)
+            claves->insert(l.left(igual).trimmed().toLower(), l.mid(igual + 1).trimmed());
     }
-    return false;
+    return dentro;
+}
+
+bool TieneSeccion(const QString &fichero, const QString &dsn) {
+    return LeerSeccion(fichero, dsn);
+}
+
+/// The files where unixODBC looks for the drivers: the user's, then the system's.
+QStringList FicherosControladores() {
+    const passwd *cuenta = getpwuid(getuid());
+    const QString casa =
+        cuenta && cuenta->pw_dir ? QString::fromLocal8Bit(cuenta->pw_dir) : QStringLiteral("/home");
+    const QString sistema = qEnvironmentVariableIsSet("ODBCSYSINI")
+                                ? qEnvironmentVariable("ODBCSYSINI")
+                                : QStringLiteral("/etc");
+    return {QDir(casa).filePath(QStringLiteral(".odbcinst.ini")),
+            QDir(sistema).filePath(QStringLiteral("odbcinst.ini"))};
 }
 
 } // namespace
@@ -227,4 +255,57 @@ QString CadenaSinClave(const QString &texto) {
                                           QRegularExpression::CaseInsensitiveOption);
     QString resultado = texto;
     return resultado.replace(clave, QStringLiteral("\\1") + oculta);
+}
+
+QString MotivoODBC(const QString &dsn, const QString &textoControlador) {
+    // The section that defines the source, in the file unixODBC reads first.
+    QString fichero;
+    QMap<QString, QString> claves;
+    for (const QString &f : FicherosODBC())
+        if (LeerSeccion(f, dsn, &claves)) {
+            fichero = f;
+            break;
+        }
+    if (fichero.isEmpty())
+        return textoControlador;
+    const QString donde = QStringLiteral("definido en \"%1\"").arg(fichero);
+    const QString controlador = claves.value(QStringLiteral("driver"));
+    if (controlador.isEmpty())
+        return QStringLiteral("el origen (%1) no dice qué controlador usa: falta su línea "
+                              "\"Driver = …\". (%2)")
+            .arg(donde, textoControlador);
+    // The driver is a library's path, or the name of a section of odbcinst.ini that gives it.
+    QString biblioteca = controlador;
+    if (!controlador.contains(QLatin1Char('/'))) {
+        const QStringList registros = FicherosControladores();
+        QMap<QString, QString> datos;
+        bool registrado = false;
+        for (const QString &f : registros)
+            if (LeerSeccion(f, controlador, &datos)) {
+                registrado = true;
+                break;
+            }
+        if (!registrado)
+            return QStringLiteral("el origen (%1) usa el controlador \"%2\", que no está "
+                                  "instalado: no hay una sección [%2] en \"%3\" ni en \"%4\". "
+                                  "Instale el controlador o corrija su línea \"Driver\". (%5)")
+                .arg(donde, controlador, registros.at(0), registros.at(1), textoControlador);
+        biblioteca = datos.value(QStringLiteral("driver"));
+    }
+    if (biblioteca.contains(QLatin1Char('/')) && !QFileInfo::exists(biblioteca))
+        return QStringLiteral("el origen (%1) usa el controlador \"%2\", cuyo fichero \"%3\" no "
+                              "está: reinstale el controlador. (%4)")
+            .arg(donde, controlador, biblioteca, textoControlador);
+    // The driver is there and refused: what it leads to is what failed.
+    QStringList destino;
+    for (const char *clave : {"database", "servername", "server", "port"})
+        if (claves.contains(QLatin1String(clave)))
+            destino << QStringLiteral("%1 = %2").arg(QLatin1String(clave),
+                                                     claves.value(QLatin1String(clave)));
+    return QStringLiteral("el controlador \"%1\" del origen (%2) no ha podido abrir lo que el "
+                          "origen señala%3: %4")
+        .arg(controlador, donde,
+             destino.isEmpty() ? QString()
+                               : QStringLiteral(" (%1)").arg(destino.join(QStringLiteral(", "))),
+             textoControlador);
 }

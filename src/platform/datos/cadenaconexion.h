@@ -43,3 +43,9 @@ bool ExisteOrigenODBC(const QString &dsn);
 /// The string as it may be shown in a message or on stderr: the password of a
 /// "postgresql://" string, or of "PWD=" in a "dsn=" string, becomes "***".
 QString CadenaSinClave(const QString &texto);
+
+/// Why the ODBC data source `dsn`, which is defined, could not be opened, in words that say
+/// where: its driver missing (not registered, or its library gone), or the driver failing on
+/// what the source leads to. `textoControlador` is the driver manager's own text, kept at the
+/// end.
+QString MotivoODBC(const QString &dsn, const QString &textoControlador);

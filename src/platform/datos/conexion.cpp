@@ -3,13 +3,16 @@
 #include "aperturasqlite.h"
 #include "cadenaconexion.h"
 
+#include "espera.h"
+
 #include <QElapsedTimer>
+#include <QFile>
 #include <QSqlDriver>
 #include <QSqlQuery>
 #include <atomic>
 #include <utility>
 
-#include <dlfcn.h>
+#include <sys/stat.h>
 
 namespace ADODB {
 
@@ -24,7 +27,7 @@ QString NombreNuevo() {
 }
 
 /// Where a string leads, for an error text: never the password.
-QString Destino(const CadenaConexion &c) {
+QString DestinoDe(const CadenaConexion &c) {
     switch (c.tipo) {
     case CadenaConexion::Tipo::SQLite:
         return QStringLiteral("el fichero SQLite \"%1\"").arg(c.ruta);
@@ -46,21 +49,35 @@ int EsperaSentencia() {
     return ok && segundos >= 0 ? segundos : 30;
 }
 
-/// libpq's own word on a connection (PQstatus): anything but CONNECTION_OK (0) is a
-/// connection gone. libpq is already in the process when a PostgreSQL connection exists,
-/// loaded by Qt's driver; nothing here links it.
-bool PostgreSQLCaida(const QSqlDatabase &base) {
-    using Estado = int (*)(const void *);
-    static const Estado estado = [] {
-        void *libpq = ::dlopen("libpq.so.5", RTLD_LAZY | RTLD_NOLOAD);
-        return libpq ? reinterpret_cast<Estado>(::dlsym(libpq, "PQstatus")) : nullptr;
-    }();
-    const QVariant manejador = base.driver() ? base.driver()->handle() : QVariant();
-    if (!estado || qstrcmp(manejador.typeName(), "PGconn*") != 0)
-        return false;
-    const void *pg = *static_cast<void *const *>(manejador.constData());
-    return pg && estado(pg) != 0;
+/// How many units of work are open on the connections of this thread (a test's second
+/// terminal runs in a thread of its own).
+thread_local int unidadesAbiertas = 0;
+
+/// The device and inode of a file, 0 when it isn't there: what tells the file opened from
+/// another put in its place.
+quint64 Identidad(const QString &ruta) {
+    struct stat datos {};
+    if (::stat(QFile::encodeName(ruta).constData(), &datos) != 0)
+        return 0;
+    return (quint64(datos.st_dev) << 40) ^ quint64(datos.st_ino);
 }
+
+/// The deadline the server keeps of its own for a statement: a little before the program's,
+/// so that a server that runs cancels the statement (and the connection goes on serving)
+/// before the program gives up on it.
+qint64 PlazoServidor(int segundos) {
+    return qint64(segundos) * 900;
+}
+
+// SQLite's result codes that the operator is told in words of their own.
+constexpr int sqliteBusy = 5;
+constexpr int sqliteLocked = 6;
+constexpr int sqliteReadOnly = 8;
+constexpr int sqliteIoErr = 10;
+constexpr int sqliteCorrupt = 11;
+constexpr int sqliteCantOpen = 14;
+constexpr int sqliteNotADb = 26;
+constexpr int sqliteReadOnlyDbMoved = 8 | (4 << 8);
 
 } // namespace
 
@@ -83,9 +100,8 @@ void Connection::Open(const QString &cadena, const QString &usuario, const QStri
         case CadenaConexion::Tipo::SQLite:
             base = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), nombreConexion);
             base.setDatabaseName(c.ruta);
-            // Other programs of the suite write the same file: wait for their locks rather
-            // than fail at once with "database is locked".
-            base.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
+            // Other programs of the suite write the same file: their locks are waited for
+            // (EsperarBloqueosSQLite, once it is open) rather than failed at once.
             break;
         case CadenaConexion::Tipo::ODBC:
             base = QSqlDatabase::addDatabase(QStringLiteral("QODBC"), nombreConexion);
@@ -103,7 +119,7 @@ void Connection::Open(const QString &cadena, const QString &usuario, const QStri
                 QStringLiteral("connect_timeout=%1;keepalives_idle=60;keepalives_interval=10;"
                                "keepalives_count=3;options='-c statement_timeout=%2'")
                     .arg(esperaConexion)
-                    .arg(qint64(esperaSentencia) * 1000));
+                    .arg(PlazoServidor(esperaSentencia)));
             break;
         }
         base.setUserName(usuario.isEmpty() ? c.usuario : usuario);
@@ -119,12 +135,15 @@ void Connection::Open(const QString &cadena, const QString &usuario, const QStri
                 motivo = QStringLiteral("el servidor no ha respondido en %1 s. %2")
                              .arg(esperaConexion)
                              .arg(motivo);
+            if (c.tipo == CadenaConexion::Tipo::ODBC && base.isValid())
+                motivo = MotivoODBC(c.dsn, motivo);
             base = QSqlDatabase();
             QSqlDatabase::removeDatabase(nombreConexion);
-            throw ErrorBD(QStringLiteral("No se puede abrir %1: %2").arg(Destino(c), motivo));
+            throw ErrorBD(QStringLiteral("No se puede abrir %1: %2").arg(DestinoDe(c), motivo));
         }
         if (c.tipo == CadenaConexion::Tipo::SQLite) {
             try {
+                EsperarBloqueosSQLite(base);
                 ComprobarBaseSQLite(base, c.ruta);
             } catch (...) {
                 base = QSqlDatabase();
@@ -134,8 +153,11 @@ void Connection::Open(const QString &cadena, const QString &usuario, const QStri
         }
         dialecto_ = Dialecto::Para(base);
     }
-    destino = Destino(c);
+    destino = DestinoDe(c);
     perdida = false;
+    vencida = false;
+    ruta = c.tipo == CadenaConexion::Tipo::SQLite ? c.ruta : QString();
+    identidad = ruta.isEmpty() ? 0 : Identidad(ruta);
 }
 
 void Connection::Close() {
@@ -148,8 +170,13 @@ void Connection::Close() {
     QSqlDatabase::removeDatabase(nombreConexion);
     dialecto_.reset();
     destino.clear();
+    if (enTransaccion)
+        --unidadesAbiertas;
     enTransaccion = false;
     perdida = false;
+    vencida = false;
+    ruta.clear();
+    identidad = 0;
 }
 
 bool Connection::Abierta() const {
@@ -165,26 +192,62 @@ QSqlDatabase Connection::Base() const {
 bool Connection::Caida() const {
     if (!Abierta())
         return false;
-    if (perdida)
-        return true;
-    // Qt's PostgreSQL driver marks itself closed when libpq finds the connection gone.
-    const QSqlDatabase base = Base();
-    return !base.isOpen() || (base.driverName() == QLatin1String("QPSQL") && PostgreSQLCaida(base));
+    return perdida || (dialecto_ && dialecto_->ConexionPerdida(QSqlError(), Base()));
+}
+
+void Connection::reabrir() {
+    QSqlDatabase base = std::as_const(*this).Base();
+    base.close();
+    if (!base.open())
+        throw ErrorBD(QStringLiteral("Se ha perdido la conexión con %1 y no se puede volver "
+                                     "a abrir: %2")
+                          .arg(destino, base.lastError().text().trimmed()));
+    if (!ruta.isEmpty()) {
+        EsperarBloqueosSQLite(base);
+        identidad = Identidad(ruta);
+    }
+    perdida = false;
+    vencida = false;
 }
 
 QSqlDatabase Connection::Base() {
     // Never inside a unit of work: what it wrote went with the old connection, and the rest
     // of it must fail too rather than go on alone.
-    if (!enTransaccion && Caida()) {
-        QSqlDatabase base = std::as_const(*this).Base();
-        base.close();
-        if (!base.open())
-            throw ErrorBD(QStringLiteral("Se ha perdido la conexión con %1 y no se puede volver "
-                                         "a abrir: %2")
-                              .arg(destino, base.lastError().text().trimmed()));
-        perdida = false;
+    if (enTransaccion)
+        return std::as_const(*this).Base();
+    if (!ruta.isEmpty()) {
+        // An SQLite file deleted, moved or put back from a copy since the opening: the
+        // connection still writes to the old one (or can't), so it is opened on the file
+        // that is there now, or the operator is told that there is none.
+        const quint64 ahora = Identidad(ruta);
+        if (ahora == 0)
+            throw ErrorBD(QStringLiteral("El fichero SQLite \"%1\" ya no está: se ha borrado o "
+                                         "movido mientras el programa lo usaba. No se ha hecho "
+                                         "nada; vuelva a ponerlo en su sitio y repita la acción.")
+                              .arg(ruta));
+        if (ahora != identidad)
+            perdida = true;
     }
+    if (Caida())
+        reabrir();
     return std::as_const(*this).Base();
+}
+
+bool Connection::Ejecutar(const std::function<bool()> &paso) {
+    const int socket = dialecto_ ? dialecto_->SocketServidor(std::as_const(*this).Base()) : -1;
+    Espera espera(destino, socket, esperaSentencia * 1000);
+    const bool hecho = paso();
+    if (espera.Vencida()) {
+        // The socket is shut: whatever the statement did, the connection is no more use.
+        vencida = true;
+        perdida = true;
+        return false;
+    }
+    return hecho;
+}
+
+bool Connection::Ejecutar(QSqlQuery &q) {
+    return Ejecutar([&q] { return q.exec(); });
 }
 
 ErrorBD Connection::Fallo(const QSqlError &error, const QString &sentencia) {
@@ -192,10 +255,57 @@ ErrorBD Connection::Fallo(const QSqlError &error, const QString &sentencia) {
     const QString cola =
         sentencia.isEmpty() ? QString() : QStringLiteral("\nSentencia: ") + sentencia;
     const QString codigo = error.nativeErrorCode();
-    // SQLSTATE class 08 is a connection exception, on a server and through ODBC alike.
-    // 57P01 to 57P03: the server shut down, crashed, or is starting again.
-    if (codigo.startsWith(QLatin1String("08")) || codigo.contains(QLatin1String(";08")) ||
-        codigo.startsWith(QLatin1String("57P0")) || Caida())
+    if (vencida)
+        return ErrorBD(QStringLiteral("El servidor de la base de datos (%1) no responde: en %2 s "
+                                      "no ha contestado y se ha dejado de esperar. Lo que se "
+                                      "estaba haciendo no se ha guardado; la próxima acción "
+                                      "volverá a conectar.")
+                           .arg(destino)
+                           .arg(esperaSentencia) +
+                       cola);
+    if (!ruta.isEmpty()) {
+        const int sqlite = codigo.toInt();
+        QString causa;
+        switch (sqlite & 0xff) {
+        case sqliteBusy:
+        case sqliteLocked:
+            causa = QStringLiteral("lo tiene ocupado otro programa, que no lo ha dejado libre "
+                                   "en %1 s. No se ha guardado nada: repita la acción cuando el "
+                                   "otro programa termine.")
+                        .arg(EsperaBloqueoSQLiteActual() / 1000);
+            break;
+        case sqliteReadOnly:
+            if (sqlite == sqliteReadOnlyDbMoved) {
+                perdida = true;
+                causa = QStringLiteral("se ha borrado, movido o sustituido mientras el programa "
+                                       "lo usaba. No se ha guardado nada; la próxima acción lo "
+                                       "volverá a abrir.");
+            } else {
+                causa = QStringLiteral("es de solo lectura (el fichero o su carpeta no se pueden "
+                                       "escribir). No se ha guardado nada: pida que le den "
+                                       "permiso de escritura.");
+            }
+            break;
+        case sqliteCorrupt:
+        case sqliteNotADb:
+            causa = QStringLiteral("está dañado: hay que recuperarlo de una copia de "
+                                   "seguridad. No se ha guardado nada.");
+            break;
+        case sqliteIoErr:
+        case sqliteCantOpen:
+            perdida = true;
+            causa = QStringLiteral("no se puede leer ni escribir: el disco o la carpeta que lo "
+                                   "guarda no responde, o el fichero ya no está. No se ha "
+                                   "guardado nada.");
+            break;
+        default:
+            break;
+        }
+        if (!causa.isEmpty())
+            return ErrorBD(QStringLiteral("El fichero SQLite \"%1\" %2\n").arg(ruta, causa) +
+                           texto + cola);
+    }
+    if (dialecto_ && dialecto_->ConexionPerdida(error, std::as_const(*this).Base()))
         perdida = true;
     if (perdida)
         return ErrorBD(QStringLiteral("Se ha perdido la conexión con la base de datos (%1). Lo que "
@@ -212,10 +322,14 @@ ErrorBD Connection::Fallo(const QSqlError &error, const QString &sentencia) {
     return ErrorBD(texto + cola);
 }
 
-void Connection::ejecutarControl(const QString &sentencia) {
-    QSqlQuery q(std::as_const(*this).Base());
-    if (!q.exec(sentencia))
-        throw Fallo(q.lastError(), {});
+void Connection::controlar(QSqlError (Dialecto::*paso)(QSqlDatabase &) const) {
+    QSqlDatabase base = std::as_const(*this).Base();
+    QSqlError error;
+    if (!Ejecutar([&] {
+            error = (dialecto().*paso)(base);
+            return !error.isValid();
+        }))
+        throw Fallo(error, {});
 }
 
 void Connection::BeginTrans() {
@@ -223,36 +337,30 @@ void Connection::BeginTrans() {
         throw ErrorBD(QStringLiteral("La conexión no está abierta."));
     if (enTransaccion)
         throw ErrorBD(QStringLiteral("Ya hay una transacción abierta en esta conexión."));
-    QSqlDatabase base = Base();
-    // SQLite: the write lock now, not at the first write, so that what the unit reads first
-    // can't be changed by another terminal before it writes.
-    if (base.driverName() == QLatin1String("QSQLITE"))
-        ejecutarControl(QStringLiteral("begin immediate"));
-    else if (!base.transaction())
-        throw Fallo(base.lastError(), {});
+    Base(); // a use: one that was lost is opened again first
+    controlar(&Dialecto::ComenzarUnidad);
     enTransaccion = true;
+    ++unidadesAbiertas;
 }
 
 void Connection::CommitTrans() {
     if (!enTransaccion)
         return;
-    QSqlDatabase base = std::as_const(*this).Base();
-    if (base.driverName() == QLatin1String("QSQLITE"))
-        ejecutarControl(QStringLiteral("commit"));
-    else if (!base.commit())
-        throw Fallo(base.lastError(), {});
+    controlar(&Dialecto::ConfirmarUnidad);
     enTransaccion = false;
+    --unidadesAbiertas;
 }
 
 void Connection::RollbackTrans() {
     if (!enTransaccion)
         return;
     enTransaccion = false;
-    QSqlDatabase base = std::as_const(*this).Base();
-    if (base.driverName() == QLatin1String("QSQLITE"))
-        ejecutarControl(QStringLiteral("rollback"));
-    else if (!base.rollback())
-        throw Fallo(base.lastError(), {});
+    --unidadesAbiertas;
+    controlar(&Dialecto::DeshacerUnidad);
+}
+
+bool Connection::HayUnidadAbierta() {
+    return unidadesAbiertas > 0;
 }
 
 const Dialecto &Connection::dialecto() const {

@@ -83,3 +83,33 @@ QString Dialecto::TipoSQL(TipoColumna tipo) const {
     }
     return QStringLiteral("text");
 }
+
+QSqlError Dialecto::ComenzarUnidad(QSqlDatabase &base) const {
+    return base.transaction() ? QSqlError() : base.lastError();
+}
+
+QSqlError Dialecto::ConfirmarUnidad(QSqlDatabase &base) const {
+    return base.commit() ? QSqlError() : base.lastError();
+}
+
+QSqlError Dialecto::DeshacerUnidad(QSqlDatabase &base) const {
+    return base.rollback() ? QSqlError() : base.lastError();
+}
+
+bool Dialecto::ConexionPerdida(const QSqlError &error, const QSqlDatabase &base) const {
+    const QString codigo = error.nativeErrorCode();
+    // SQLSTATE class 08 is a connection exception, on a server and through ODBC alike.
+    // 57P01 to 57P03: the server shut down, crashed, or is starting again.
+    return codigo.startsWith(QLatin1String("08")) || codigo.contains(QLatin1String(";08")) ||
+           codigo.startsWith(QLatin1String("57P0")) || !base.isOpen();
+}
+
+QString Dialecto::BloquearFilas(const QString &consulta) const {
+    // A PostgreSQL server, reached directly or through ODBC, locks the rows it selects.
+    return Producto() == QSqlDriver::PostgreSQL ? consulta + QStringLiteral(" for update")
+                                                : consulta;
+}
+
+int Dialecto::SocketServidor(const QSqlDatabase &) const {
+    return -1;
+}

@@ -3,6 +3,7 @@
 #include "tipocolumna.h"
 
 #include <QSqlDriver>
+#include <QSqlError>
 #include <QString>
 #include <QVariant>
 #include <memory>
@@ -76,6 +77,27 @@ class Dialecto {
     /// The database product as the driver reports it (UnknownDbms when it says nothing):
     /// behind an ODBC data source, what the source leads to.
     QSqlDriver::DbmsType Producto() const { return producto; }
+
+    /// A unit of work's three steps on this database. Each gives the database's error when
+    /// the step fails, and an invalid QSqlError when it went through.
+    virtual QSqlError ComenzarUnidad(QSqlDatabase &base) const;
+    virtual QSqlError ConfirmarUnidad(QSqlDatabase &base) const;
+    virtual QSqlError DeshacerUnidad(QSqlDatabase &base) const;
+
+    /// Whether `error` (an invalid one when there is no statement to judge) says that the
+    /// connection behind `base` is gone: the server or the network lost it, or the driver
+    /// closed it. Its next use must open it again.
+    virtual bool ConexionPerdida(const QSqlError &error, const QSqlDatabase &base) const;
+
+    /// `consulta`, a select of one table's rows, made to hold those rows against other
+    /// terminals' writes until the unit of work ends. Unchanged where the unit already holds
+    /// the whole database (SQLite) or the database has no such lock.
+    virtual QString BloquearFilas(const QString &consulta) const;
+
+    /// The socket of a connection to a server, for the program's own deadline on a statement
+    /// (shut down, it ends a call that waits on a server that no longer answers); -1 where
+    /// there is none to reach. Read on the connection's own thread.
+    virtual int SocketServidor(const QSqlDatabase &base) const;
 
   private:
     Diferencias diferencias;

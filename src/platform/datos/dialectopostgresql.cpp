@@ -1,6 +1,30 @@
 #include "dialectos.h"
 
 #include <QDate>
+#include <QSqlDatabase>
+
+#include <dlfcn.h>
+
+namespace {
+
+/// A function of libpq, found in the process: libpq is there whenever a PostgreSQL
+/// connection exists, loaded by Qt's driver; nothing here links it.
+template <class F> F FuncionLibpq(const char *nombre) {
+    void *libpq = ::dlopen("libpq.so.5", RTLD_LAZY | RTLD_NOLOAD);
+    return libpq ? reinterpret_cast<F>(::dlsym(libpq, nombre)) : nullptr;
+}
+
+/// The PGconn of an open connection of Qt's driver, or nullptr.
+const void *Manejador(const QSqlDatabase &base) {
+    const QVariant manejador = base.driver() ? base.driver()->handle() : QVariant();
+    // PGconn is libpq's name for struct pg_conn; Qt names the type by the one or the other.
+    if (qstrcmp(manejador.typeName(), "PGconn*") != 0 &&
+        qstrcmp(manejador.typeName(), "pg_conn*") != 0)
+        return nullptr;
+    return *static_cast<void *const *>(manejador.constData());
+}
+
+} // namespace
 
 QVariant DialectoPostgreSQL::Normalizar(const QVariant &valor, const QString &tipoDeclarado) const {
     if (valor.isNull())
@@ -37,4 +61,21 @@ QString DialectoPostgreSQL::IndiceSinMayusculas(const QString &columna) const {
 }
 QString DialectoPostgreSQL::Limitar(const QString &sentencia, int filas) const {
     return sentencia + QStringLiteral(" limit ") + QString::number(filas);
+}
+
+bool DialectoPostgreSQL::ConexionPerdida(const QSqlError &error, const QSqlDatabase &base) const {
+    if (Dialecto::ConexionPerdida(error, base))
+        return true;
+    // PQstatus: anything but CONNECTION_OK (0) is a connection gone.
+    using Estado = int (*)(const void *);
+    static const Estado estado = FuncionLibpq<Estado>("PQstatus");
+    const void *pg = Manejador(base);
+    return estado && pg && estado(pg) != 0;
+}
+
+int DialectoPostgreSQL::SocketServidor(const QSqlDatabase &base) const {
+    using Socket = int (*)(const void *);
+    static const Socket socket = FuncionLibpq<Socket>("PQsocket");
+    const void *pg = Manejador(base);
+    return socket && pg ? socket(pg) : -1;
 }

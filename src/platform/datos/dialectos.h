@@ -15,6 +15,11 @@ class DialectoSQLite : public Dialecto {
     QString ParecidoSinMayusculas(const QString &columna) const override;
     QString IndiceSinMayusculas(const QString &columna) const override;
     QString Limitar(const QString &sentencia, int filas) const override;
+    /// BEGIN IMMEDIATE: the write lock at the start, not at the first write, so that what the
+    /// unit reads first can't be changed by another terminal before it writes.
+    QSqlError ComenzarUnidad(QSqlDatabase &base) const override;
+    QSqlError ConfirmarUnidad(QSqlDatabase &base) const override;
+    QSqlError DeshacerUnidad(QSqlDatabase &base) const override;
 
     /// What a declared type means, by SQLite's habit of reading the type's name: "date",
     /// "numeric(10,2)", "decimal", "boolean"... Other names ("integer", "text", "real", none)
@@ -34,6 +39,10 @@ class DialectoPostgreSQL : public Dialecto {
     QString PatronParecido(const QString &texto) const override;
     QString IndiceSinMayusculas(const QString &columna) const override;
     QString Limitar(const QString &sentencia, int filas) const override;
+    /// Also libpq's own word on the connection (PQstatus), which a failed statement leaves.
+    bool ConexionPerdida(const QSqlError &error, const QSqlDatabase &base) const override;
+    /// PQsocket of the connection.
+    int SocketServidor(const QSqlDatabase &base) const override;
 };
 
 /// Any other database reached through an ODBC data source: standard SQL types, and the

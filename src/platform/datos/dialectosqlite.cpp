@@ -2,6 +2,8 @@
 
 #include <QDate>
 #include <QDateTime>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 
 namespace {
 
@@ -134,4 +136,25 @@ QString DialectoSQLite::IndiceSinMayusculas(const QString &columna) const {
 }
 QString DialectoSQLite::Limitar(const QString &sentencia, int filas) const {
     return sentencia + QStringLiteral(" limit ") + QString::number(filas);
+}
+
+namespace {
+
+QSqlError Control(QSqlDatabase &base, const QString &sentencia) {
+    QSqlQuery q(base);
+    return q.exec(sentencia) ? QSqlError() : q.lastError();
+}
+
+} // namespace
+
+QSqlError DialectoSQLite::ComenzarUnidad(QSqlDatabase &base) const {
+    return Control(base, QStringLiteral("begin immediate"));
+}
+
+QSqlError DialectoSQLite::ConfirmarUnidad(QSqlDatabase &base) const {
+    return Control(base, QStringLiteral("commit"));
+}
+
+QSqlError DialectoSQLite::DeshacerUnidad(QSqlDatabase &base) const {
+    return Control(base, QStringLiteral("rollback"));
 }

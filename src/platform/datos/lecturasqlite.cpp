@@ -15,9 +15,10 @@ namespace {
 
 using Clase = DialectoSQLite::Clase;
 
-[[noreturn]] void Fallo(sqlite3 *db, const QString &sentencia) {
-    throw ErrorBD(QString::fromUtf8(sqlite3_errmsg(db)) + QStringLiteral("\nSentencia: ") +
-                  sentencia);
+[[noreturn]] void Fallo(sqlite3 *db) {
+    throw FalloSQLite{QSqlError(QString(), QString::fromUtf8(sqlite3_errmsg(db)),
+                                QSqlError::StatementError,
+                                QString::number(sqlite3_extended_errcode(db)))};
 }
 
 /// Binds one value the way Qt's SQLite driver would, so that both ways store alike.
@@ -133,7 +134,7 @@ bool LeerSQLite(const QSqlDatabase &base, const QString &sentencia, const QVaria
     sqlite3_stmt *crudo = nullptr;
     const char *resto = nullptr;
     if (sqlite3_prepare_v2(db, texto.constData(), int(texto.size()), &crudo, &resto) != SQLITE_OK)
-        Fallo(db, sentencia);
+        Fallo(db);
     const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt *)> st(crudo, sqlite3_finalize);
     if (!st)
         throw ErrorBD(QStringLiteral("La sentencia está vacía.\nSentencia: ") + sentencia);
@@ -151,7 +152,7 @@ bool LeerSQLite(const QSqlDatabase &base, const QString &sentencia, const QVaria
                       sentencia);
     for (int i = 0; i < valores.size(); ++i)
         if (Enlazar(st.get(), i + 1, valores.at(i)) != SQLITE_OK)
-            Fallo(db, sentencia);
+            Fallo(db);
 
     const int columnas = sqlite3_column_count(st.get());
     std::vector<Clase> clases(size_t(columnas), Clase::Otra);
@@ -168,7 +169,7 @@ bool LeerSQLite(const QSqlDatabase &base, const QString &sentencia, const QVaria
         if (rc == SQLITE_DONE)
             break;
         if (rc != SQLITE_ROW)
-            Fallo(db, sentencia);
+            Fallo(db);
         for (int c = 0; c < columnas; ++c)
             LeerValor(st.get(), c, clases[size_t(c)], lectura.valores);
         ++lectura.filas;

@@ -3,6 +3,7 @@
 #include "valoresresultado.h"
 
 #include <QSqlDatabase>
+#include <QSqlError>
 #include <QString>
 #include <QStringList>
 #include <QVariantList>
@@ -16,9 +17,15 @@ struct LecturaSQLite {
     int filas = 0;
 };
 
+/// SQLite's refusal of a statement, with its text and (extended) result code as the native
+/// code, as Qt's driver gives them: the connection words it for the operator (Fallo).
+struct FalloSQLite {
+    QSqlError error;
+};
+
 /// Prepares `sentencia`, binds `valores` to its "?" placeholders in order, and reads the whole
 /// result. Gives false, having run nothing, when `base` is not an open SQLite database whose
-/// handle can be reached. Raises ErrorBD with SQLite's own text when the statement can't be
-/// prepared or run, holds more than one statement, or has another number of placeholders.
+/// handle can be reached. Raises FalloSQLite when SQLite can't prepare or run the statement,
+/// and ErrorBD when it holds more than one statement or has another number of placeholders.
 bool LeerSQLite(const QSqlDatabase &base, const QString &sentencia, const QVariantList &valores,
                 LecturaSQLite &lectura);

@@ -100,7 +100,15 @@ void Recordset::Open(const QString &sentencia, const QVariantList &valores, Conn
     const QString texto = dialecto.Adaptar(sentencia);
 
     LecturaSQLite sqlite;
-    if (LeerSQLite(base, texto, valores, sqlite)) {
+    bool leida = false;
+    try {
+        if (!conexion.Ejecutar([&] { return leida = LeerSQLite(base, texto, valores, sqlite); }) &&
+            leida)
+            throw conexion.Fallo(QSqlError(), texto);
+    } catch (const FalloSQLite &fallo) {
+        throw conexion.Fallo(fallo.error, texto);
+    }
+    if (leida) {
         nombres = std::move(sqlite.nombres);
         celdas = std::move(sqlite.valores);
         filas = sqlite.filas;
@@ -116,19 +124,20 @@ void Recordset::LeerConQt(Connection &conexion, const Dialecto &dialecto, const 
     QSqlQuery q(std::as_const(conexion).Base());
     // Every result is read whole and at once, so the driver need not keep rows behind us.
     q.setForwardOnly(true);
-    // A statement with nothing to bind runs as it stands: preparing it first would cost a
-    // server two more round trips for each query.
-    const bool ok = valores.isEmpty() ? q.exec(texto) : q.prepare(texto) && [&] {
-        for (const QVariant &valor : valores)
-            q.addBindValue(valor);
-        return q.exec();
-    }();
-    if (!ok)
-        throw conexion.Fallo(q.lastError(), texto);
     QStringList leidos;
     ValoresResultado leidas;
     int cuenta = 0;
-    if (q.isSelect()) {
+    // The rows come from a server as they are read: reading them is part of the statement.
+    // One with nothing to bind runs as it stands: preparing it first would cost a server two
+    // more round trips for each query.
+    const bool ok = conexion.Ejecutar([&] {
+        const bool hecha = valores.isEmpty() ? q.exec(texto) : q.prepare(texto) && [&] {
+            for (const QVariant &valor : valores)
+                q.addBindValue(valor);
+            return q.exec();
+        }();
+        if (!hecha || !q.isSelect())
+            return hecha;
         const QSqlRecord registro = q.record();
         const int columnas = registro.count();
         QStringList tipos;
@@ -144,9 +153,10 @@ void Recordset::LeerConQt(Connection &conexion, const Dialecto &dialecto, const 
             }
             ++cuenta;
         }
-        if (q.lastError().isValid())
-            throw conexion.Fallo(q.lastError(), texto);
-    }
+        return !q.lastError().isValid();
+    });
+    if (!ok)
+        throw conexion.Fallo(q.lastError(), texto);
     nombres = std::move(leidos);
     celdas = std::move(leidas);
     filas = cuenta;

@@ -1,6 +1,7 @@
 #include "informeerror.h"
 
 #include "form.h"
+#include "indicadorespera.h"
 #include "mensajes.h"
 #include "mensajesprueba.h"
 
@@ -9,7 +10,9 @@
 #include <cstdio>
 #include <exception>
 
-AplicacionTarifas::AplicacionTarifas(int &argc, char **argv) : QApplication(argc, argv) {}
+AplicacionTarifas::AplicacionTarifas(int &argc, char **argv) : QApplication(argc, argv) {
+    InstalarIndicadorEspera();
+}
 
 bool AplicacionTarifas::notify(QObject *receptor, QEvent *evento) {
     try {

@@ -2,6 +2,8 @@
 
 #include "mensajesprueba.h"
 
+#include "platform/datos/conexion.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QMessageBox>
@@ -14,6 +16,7 @@ struct Intercepcion {
     QStringList mostrados;
     QStringList titulos;
     QQueue<bool> respuestas;
+    int enUnidad = 0;
 };
 
 Intercepcion &intercepcion() {
@@ -24,6 +27,8 @@ Intercepcion &intercepcion() {
 QMessageBox::StandardButton mostrar(QMessageBox::Icon icono, const QString &titulo,
                                     const QString &texto, QMessageBox::StandardButtons botones,
                                     QMessageBox::StandardButton porOmision) {
+    if (ADODB::Connection::HayUnidadAbierta())
+        qWarning("Se muestra un mensaje con una unidad de trabajo abierta: %s", qPrintable(texto));
     QMessageBox caja(icono, titulo.isEmpty() ? QApplication::applicationDisplayName() : titulo,
                      texto, botones, QApplication::activeWindow());
     caja.setDefaultButton(porOmision);
@@ -48,6 +53,15 @@ bool Interceptando() {
 }
 
 void Registrar(const QString &texto, const QString &titulo) {
+    // A box while a unit of work is open keeps the unit's locks (on SQLite, the whole file)
+    // from every other terminal for as long as the operator takes: a fault of the program,
+    // which a test must see.
+    if (ADODB::Connection::HayUnidadAbierta()) {
+        ++intercepcion().enUnidad;
+        intercepcion().mostrados.append(MarcaDentroDeUnidad + texto);
+        intercepcion().titulos.append(titulo);
+        return;
+    }
     intercepcion().mostrados.append(texto);
     intercepcion().titulos.append(titulo);
 }
@@ -81,6 +95,7 @@ bool MsgBoxPregunta(const QString &texto, const QString &titulo, IconoPregunta i
 RespuestasMensajes::RespuestasMensajes() {
     Intercepcion &i = intercepcion();
     if (i.activas++ == 0) {
+        i.enUnidad = 0;
         i.mostrados.clear();
         i.titulos.clear();
         i.respuestas.clear();
@@ -101,4 +116,8 @@ QStringList RespuestasMensajes::Mostrados() const {
 
 QStringList RespuestasMensajes::Titulos() const {
     return intercepcion().titulos;
+}
+
+int RespuestasMensajes::DentroDeUnidad() const {
+    return intercepcion().enUnidad;
 }

@@ -21,7 +21,9 @@ bool MsgBoxPregunta(const QString &texto, const QString &titulo = {},
                     IconoPregunta icono = IconoPregunta::Pregunta);
 
 /// For tests: while one of these lives, boxes are not shown; each is recorded and answered
-/// from the queue (Yes when it runs dry).
+/// from the queue (Yes when it runs dry). A box (or an error report) asked for while a unit of
+/// work is open is recorded with MarcaDentroDeUnidad before its text, so that no comparison
+/// of the texts passes, and counted.
 class RespuestasMensajes {
   public:
     RespuestasMensajes();
@@ -30,4 +32,9 @@ class RespuestasMensajes {
     QStringList Mostrados() const;
     /// The title of each box recorded, in the same order: empty for the program's own title.
     QStringList Titulos() const;
+    /// How many of the boxes recorded were asked for inside a unit of work.
+    int DentroDeUnidad() const;
 };
+
+/// What a box recorded inside a unit of work starts with.
+inline const QString MarcaDentroDeUnidad = QStringLiteral("[dentro de una unidad de trabajo] ");

@@ -203,11 +203,14 @@ void Ejecutar(ADODB::Connection &conexion, const QString &sentencia,
         throw ErrorBD(QStringLiteral("La conexión no está abierta.\nSentencia: ") + sentencia);
     const QString texto = conexion.dialecto().Adaptar(sentencia);
     QSqlQuery q(conexion.Base());
-    if (!q.prepare(texto))
-        throw conexion.Fallo(q.lastError(), texto);
-    for (const Campo &c : campos)
-        q.addBindValue(c.valor);
-    if (!q.exec())
+    // Under the connection's deadline: a server that stops answering is given up.
+    if (!conexion.Ejecutar([&] {
+            if (!q.prepare(texto))
+                return false;
+            for (const Campo &c : campos)
+                q.addBindValue(c.valor);
+            return q.exec();
+        }))
         throw conexion.Fallo(q.lastError(), texto);
 }
 

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+/// What the operator sees of a long wait on the database (see Espera): past a second, the
+/// wait cursor and a line under the active window that says what the program waits for,
+/// repainted while the wait goes on. Whatever the operator clicks or types during the wait is
+/// dropped, never delivered afterwards to whatever control lies under it: the events the
+/// window system queued meanwhile are eaten until the program has none left to handle.
+///
+/// Installed once by the application object; tests install it themselves.
+void InstalarIndicadorEspera();
+
+/// For tests: the line shown now ("" when no wait is shown), and how many clicks and keys
+/// the indicator has dropped since it was installed.
+QString LineaEspera();
+int EntradasDescartadas();
