@@ -3,6 +3,7 @@
 #include "platform/ui/informeerror.h"
 #include "platform/ui/twips.h"
 #include "suite/datos/svcopciones.h"
+#include "suite/ui/svcescala.h"
 
 #include <QLocale>
 #include <QScreen>
@@ -52,6 +53,8 @@ int main(int argc, char **argv) {
     if (const QScreen *pantalla = QGuiApplication::primaryScreen()) {
         const QSize tamano = pantalla->availableGeometry().size();
         SvcOpciones::FijarTamanoPantalla(ATwips(tamano.width()), ATwips(tamano.height()));
+        // Nor does a size stored for a bigger monitor push a window off this one.
+        SvcEscala::FijarAreaDisponible(ATwips(tamano.width()), ATwips(tamano.height()));
     }
     // Main owns the session, the services and the screens, and ends them all before the
     // application object goes.
