@@ -1,6 +1,7 @@
 // tarifas: keeps the price lists of the shop's point-of-sale suite.
 #include "app/programa.h"
 #include "platform/ui/informeerror.h"
+#include "platform/ui/traduccionqt.h"
 #include "platform/ui/twips.h"
 #include "suite/datos/svcopciones.h"
 #include "suite/ui/svcescala.h"
@@ -49,6 +50,8 @@ int main(int argc, char **argv) {
     // month names and a decimal point that no shop of the suite uses.
     if (QLocale::system().language() == QLocale::C)
         QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
+    // The screens speak Spanish, and so do Qt's own menus and buttons.
+    CargarTraduccionQt();
     // Without a size stored by the suite, the screens fill the display.
     if (const QScreen *pantalla = QGuiApplication::primaryScreen()) {
         const QSize tamano = pantalla->availableGeometry().size();
