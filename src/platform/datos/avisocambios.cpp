@@ -3,6 +3,8 @@
 #include <QSqlDriver>
 #include <QSqlQuery>
 
+#include <dlfcn.h>
+
 namespace ADODB {
 
 namespace {
@@ -14,12 +16,22 @@ bool EsPostgreSQL(const QSqlDatabase &base) {
     return base.driverName() == QLatin1String("QPSQL");
 }
 
-/// The libpq connection behind a PostgreSQL database: a new one after a reconnection.
-const void *SesionLibpq(const QSqlDatabase &base) {
+/// The server process that serves a PostgreSQL database's connection (libpq's PQbackendPID):
+/// another one after a reconnection, though libpq's structure may sit at the same address.
+/// 0 when it can't be told. libpq is in the process already, loaded by Qt's driver.
+int ProcesoServidor(const QSqlDatabase &base) {
+    using Proceso = int (*)(const void *);
+    static const Proceso proceso = [] {
+        void *libpq = ::dlopen("libpq.so.5", RTLD_LAZY | RTLD_NOLOAD);
+        return libpq ? reinterpret_cast<Proceso>(::dlsym(libpq, "PQbackendPID")) : nullptr;
+    }();
     const QVariant manejador = base.driver() ? base.driver()->handle() : QVariant();
-    if (qstrcmp(manejador.typeName(), "PGconn*") != 0)
-        return nullptr;
-    return *static_cast<const void *const *>(manejador.constData());
+    // Qt names the type by libpq's struct: "pg_conn*" (PGconn is its typedef).
+    const char *tipo = manejador.typeName();
+    if (!proceso || (qstrcmp(tipo, "pg_conn*") != 0 && qstrcmp(tipo, "PGconn*") != 0))
+        return 0;
+    const void *pg = *static_cast<const void *const *>(manejador.constData());
+    return pg ? proceso(pg) : 0;
 }
 
 } // namespace
@@ -80,11 +92,11 @@ void VigiaCambios::revisar() {
         }
         // A new libpq connection (the old one was lost) listens to nothing yet, and what was
         // sent while there was none went unheard.
-        const void *actual = SesionLibpq(base);
-        if (actual && actual != sesion) {
+        const int actual = ProcesoServidor(base);
+        if (actual != 0 && actual != proceso) {
             if (driver->subscribeToNotification(CanalCambios())) {
-                cambio = cambio || sesion != nullptr;
-                sesion = actual;
+                cambio = cambio || proceso != 0;
+                proceso = actual;
             }
         }
     }

@@ -38,8 +38,8 @@ class VigiaCambios : public QObject {
     void notificacion(const QString &canal, QSqlDriver::NotificationSource origen);
     Connection &conexion;
     QTimer reloj;
-    qint64 version = -1;          ///< SQLite: the last change counter read
-    const void *sesion = nullptr; ///< PostgreSQL: the libpq connection the channel is heard on
+    qint64 version = -1; ///< SQLite: the last change counter read
+    int proceso = 0; ///< PostgreSQL: the server process of the connection the channel is heard on
     QSqlDriver *oyente = nullptr; ///< the driver whose notifications are connected
     bool pendiente = false;       ///< a change heard while a unit was open
 };
