@@ -57,8 +57,8 @@ void AnunciarCambios(Connection &conexion) {
         throw conexion.Fallo(q.lastError(), sentencia);
 }
 
-VigiaCambios::VigiaCambios(Connection &conexion, QObject *padre)
-    : QObject(padre), conexion(conexion) {
+VigiaCambios::VigiaCambios(Connection &vigilada, QObject *padre)
+    : QObject(padre), conexion(vigilada) {
     reloj.setInterval(intervaloRevision);
     connect(&reloj, &QTimer::timeout, this, &VigiaCambios::revisar);
     reloj.start();
