@@ -200,37 +200,43 @@ class TstEditorOtrosPuestos : public QObject {
         // The panel opens on product 1 showing `mostrado` in the list ("" for no price); the
         // other terminal then stores `ajeno` ("" deletes it; "=" changes nothing); the operator
         // saves 33 and answers `si`. `guardado`: what the list holds afterwards ("" none).
-        const auto caso = Pruebas::Tabla<QString, QString, bool, QString, QString>();
-        caso("nadie lo cambia: no se pregunta", "11", "=", true, "33", "");
-        caso("cambiado, Sí", "11", "22", true, "33",
+        const auto caso = Pruebas::Tabla<QString, QString, QString, bool, QString, QString>();
+        caso("nadie lo cambia: no se pregunta", {}, "11", "=", true, "33", "");
+        caso("cambiado, Sí", {}, "11", "22", true, "33",
              "esta pantalla mostraba 11, y ahora es 22.\n\n¿Guardar su precio, 33, en lugar de "
              "22?");
-        caso("cambiado, No", "11", "22", false, "22", "mostraba 11, y ahora es 22");
-        caso("el mismo importe escrito de otra forma", "11", "11.00", true, "33", "");
-        caso("quitado, Sí", "11", "", true, "33",
+        caso("cambiado, No", {}, "11", "22", false, "22", "mostraba 11, y ahora es 22");
+        caso("el mismo importe escrito de otra forma", {}, "11", "11.00", true, "33", "");
+        caso("quitado, Sí", {}, "11", "", true, "33",
              "mostraba 11, y ahora no tiene ninguno.\n\n¿Guardar su precio, 33?");
-        caso("puesto donde no había, No", "", "22", false, "22",
+        caso("puesto donde no había, No", {}, "", "22", false, "22",
              "no le mostraba ninguno, y ahora es 22");
+        caso("talla y color: nadie lo cambia", TallaColor, "11", "=", true, "33", "");
+        caso("talla y color: cambiado, No", TallaColor, "11", "22", false, "22",
+             "mostraba 11, y ahora es 22");
     }
     void precioAjeno() {
-        const auto [mostrado, ajeno, si, guardado, pregunta] =
-            Pruebas::Fila<QString, QString, bool, QString, QString>();
-        TiendaPrueba t;
+        const auto [tipo, mostrado, ajeno, si, guardado, pregunta] =
+            Pruebas::Fila<QString, QString, QString, bool, QString, QString>();
+        TiendaPrueba t(tipo);
+        const QString hijo = tipo.isEmpty() ? QString() : QStringLiteral("-1");
         t.Producto(1, "A1", "Abrigo", 30);
         t.Lista(1, "General");
         if (!mostrado.isEmpty())
-            t.Precio(1, 1, mostrado.toInt());
+            t.Precio(1, 1, mostrado.toInt(), hijo.isEmpty() ? QVariant() : QVariant(hijo));
         FrmTarifas &e = Abierta(t);
         RespuestasMensajes cajas;
         cajas.Responder(si);
-        QVERIFY(ClicProducto(e, "1"));
+        QVERIFY(ClicProducto(e, "1", hijo));
         if (ajeno != "=")
             OtroPuesto(t, [&](ADODB::Connection &c, SvcRegistros &r) {
                 r.BorrarRegistro(c, "detalle_precio", {}, false, Lista1);
                 if (!ajeno.isEmpty())
-                    r.InsertarRegistro(c, "detalle_precio",
-                                       "identificador=1|producto=1|precio=" + ajeno + '|', {},
-                                       false, {});
+                    r.InsertarRegistro(
+                        c, "detalle_precio",
+                        "identificador=1|producto=1|precio=" + ajeno + '|' +
+                            (hijo.isEmpty() ? QString() : "CodProductoTextil=" + hijo + '|'),
+                        {}, false, {});
             });
         Teclear(e.txt_NuevoPrecio, "33");
         const QVariant valor = t.Valor("select precio from detalle_precio");
