@@ -9,7 +9,7 @@ necesarios=(
   qt6-base-dev qt6-base-dev-tools libgl1-mesa-dev
   libqt6sql6-sqlite libqt6sql6-psql libqt6sql6-odbc libsqlite3-dev sqlite3
   unixodbc libsqliteodbc
-  fonts-dejavu-core
+  fonts-dejavu-core qt6-translations-l10n
 )
 servidor=(postgresql odbc-postgresql)
 

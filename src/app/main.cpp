@@ -1,8 +1,10 @@
 // tarifas: keeps the price lists of the shop's point-of-sale suite.
 #include "app/programa.h"
 #include "platform/ui/informeerror.h"
+#include "platform/ui/traduccionqt.h"
 #include "platform/ui/twips.h"
 #include "suite/datos/svcopciones.h"
+#include "suite/ui/svcescala.h"
 
 #include <QLocale>
 #include <QScreen>
@@ -48,10 +50,14 @@ int main(int argc, char **argv) {
     // month names and a decimal point that no shop of the suite uses.
     if (QLocale::system().language() == QLocale::C)
         QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
+    // The screens speak Spanish, and so do Qt's own menus and buttons.
+    CargarTraduccionQt();
     // Without a size stored by the suite, the screens fill the display.
     if (const QScreen *pantalla = QGuiApplication::primaryScreen()) {
         const QSize tamano = pantalla->availableGeometry().size();
         SvcOpciones::FijarTamanoPantalla(ATwips(tamano.width()), ATwips(tamano.height()));
+        // Nor does a size stored for a bigger monitor push a window off this one.
+        SvcEscala::FijarAreaDisponible(ATwips(tamano.width()), ATwips(tamano.height()));
     }
     // Main owns the session, the services and the screens, and ends them all before the
     // application object goes.

@@ -60,6 +60,7 @@ void FrmTarifas::CargarDatosProd(const QString &codProd, const QString &codCli,
     lblColor->setCaption(color);
     // The price it may already have in this list is not shown: the operator types it anew.
     txt_NuevoPrecio->setText(QString());
+    RecordarPrecioMostrado();
     Vista(*this, true);
     txt_NuevoPrecio->SetFocus();
 }
@@ -79,6 +80,7 @@ void FrmTarifas::CargarProductoXcodigo(const QString &cod) {
         lblNomProd->setCaption(rs.Fields(QStringLiteral("nombre")).Texto());
         txt_precio->setText(rs.Fields(QStringLiteral("precio")).Texto());
         txt_NuevoPrecio->setText(QString());
+        RecordarPrecioMostrado();
         Vista(*this, true);
         txt_NuevoPrecio->SetFocus();
     }

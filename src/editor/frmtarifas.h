@@ -15,7 +15,14 @@
 struct EstadoEditor {
     QString colorConFoco; ///< focus colour of the look, decimal text of a 32-bit colour
     QString colorSinFoco; ///< ct_buscar_c's back colour after the look, the same way
+    /// The list's price of the product in the panel as the screen showed it when the panel
+    /// opened; none when it had none. A save that finds another stored asks first.
+    std::optional<QString> precioMostrado;
 };
+
+/// Whether two prices (as the grid shows them or as stored, "12,50" or "12.5") are the same
+/// amount, or both none.
+bool MismoPrecio(const std::optional<QString> &a, const std::optional<QString> &b);
 
 /// frmTarifas, the price list editor, opened modally by the register on one list.
 ///
@@ -165,6 +172,26 @@ class FrmTarifas : public Form {
     Grid &GridCatalogo();
     // end of price entry, saving and search
 
+    // What other terminals do to the list in hand (otrospuestos.cpp)
+    /// Brings the screen up to what the database holds now, after another terminal's change:
+    /// the list's name, its stored period (and the date controls, unless the operator is
+    /// changing them) and its prices. When the list has been deleted, the editor closes and
+    /// the operator is told. Raised by the screen's VigiaCambios; runs no unit of work.
+    void SeguirCambios();
+    /// grid_Pseleccionados listed again from the database, from its design rows, at the same
+    /// top row when it still has it.
+    void ListarPreciosDeNuevo();
+    /// Keeps, in estado, the price grid_Pseleccionados shows for the product (and variant) of
+    /// the panel's labels.
+    void RecordarPrecioMostrado();
+    /// Inside a save's unit: the price stored in the list for the row of `criterio` (the
+    /// delete's criterion of the save), as text; none when there is no such row.
+    std::optional<QString> PrecioGuardado(const QString &criterio);
+    /// After a save found `guardado` where the screen showed another price, and with its unit
+    /// ended: asks whether to save the typed price over it, naming both. Whatever the answer,
+    /// the stored price becomes the one shown; on No the list's prices are read again.
+    bool ConfirmarPrecioAjeno(const std::optional<QString> &guardado);
+
     // Validity period and deletion
     CommandButton *cmdAceptarFecha = nullptr, *cmdCancelarFecha = nullptr, *cmdEliminar = nullptr;
     /// Stores the period that desde and hasta show in the open list's header, both dates
@@ -215,6 +242,7 @@ class FrmTarifas : public Form {
         QHash<std::pair<qint64, QString>, TallaYColor> porCodigo;
     };
     std::optional<VariantesDeLista> variantesDeLista;
+    bool siguiendoCambios = false; ///< SeguirCambios is running (its message box is up)
     void leerVariantesDeLista(VariantesDeLista &variantes);
 };
 

@@ -10,6 +10,8 @@
 #include "session/sesionsuite.h"
 #include "suite/datos/svcregistros.h"
 
+#include <limits>
+
 namespace {
 
 const QString Tabla = QStringLiteral("detalle_precio");
@@ -42,31 +44,61 @@ bool Grabar(FrmTarifas &f, const QString &criterio, const QString &campos) {
         return false;
     }
     ADODB::Connection &conexion = *SesionSuite.Conexion;
-    bool viva = false;
-    {
-        ADODB::Transaccion unidad(conexion);
-        viva = f.ListaSigueViva();
-        if (viva) {
-            registros.BorrarRegistro(conexion, Tabla, SesionSuite.nombretienda,
-                                     SesionSuite.multitienda, criterio);
-            registros.InsertarRegistro(conexion, Tabla, campos, SesionSuite.nombretienda,
-                                       SesionSuite.multitienda, QString());
-            unidad.Commit();
+    for (;;) {
+        bool viva = false;
+        std::optional<QString> guardado;
+        {
+            ADODB::Transaccion unidad(conexion);
+            viva = f.ListaSigueViva();
+            // Another terminal may have changed this price since the panel opened: that is
+            // decided here, and asked once the unit has ended.
+            if (viva) {
+                guardado = f.PrecioGuardado(criterio);
+                if (MismoPrecio(guardado, f.estado.precioMostrado)) {
+                    registros.BorrarRegistro(conexion, Tabla, SesionSuite.nombretienda,
+                                             SesionSuite.multitienda, criterio);
+                    registros.InsertarRegistro(conexion, Tabla, campos, SesionSuite.nombretienda,
+                                               SesionSuite.multitienda, QString());
+                    unidad.Commit();
+                    f.estado.precioMostrado = f.txt_NuevoPrecio->Text();
+                    return true;
+                }
+            }
         }
+        // Told once the unit has ended, never while it holds the list.
+        if (!viva) {
+            f.ListaYaNoExiste(QStringLiteral("No se ha guardado nada."));
+            return false;
+        }
+        // Yes: a new unit, which checks again against the price the question named.
+        if (!f.ConfirmarPrecioAjeno(guardado))
+            return false;
     }
-    // Told once the unit has ended, never while it holds the list.
-    if (!viva)
-        f.ListaYaNoExiste(QStringLiteral("No se ha guardado nada."));
-    return viva;
 }
 
 /// The product in the panel has a code (a click on an empty row opens nothing, yet the
 /// labels start from their design texts).
 bool HayProducto(FrmTarifas &f) {
-    if (EsCodigo(f.lblCodProducto->Caption()) && EsCodigo(f.lblCodigo->Caption()))
-        return true;
-    MsgBoxInformacion(QStringLiteral("Elija primero un producto de la lista."));
-    return false;
+    if (!EsCodigo(f.lblCodProducto->Caption()) || !EsCodigo(f.lblCodigo->Caption())) {
+        MsgBoxInformacion(QStringLiteral("Elija primero un producto de la lista."));
+        return false;
+    }
+    // A list keeps a product's code in a 32-bit column: a catalogue that numbers beyond it
+    // (possible in a file the suite's other programs filled) can't be priced in a list, and
+    // that is the code's fault, not the typed price's.
+    const qlonglong codigo = f.lblCodProducto->Caption().toLongLong();
+    if (codigo < std::numeric_limits<qint32>::min() ||
+        codigo > std::numeric_limits<qint32>::max()) {
+        MsgBoxInformacion(
+            QStringLiteral("\"%1\" no se puede poner en una tarifa: su código interno, %2, está "
+                           "fuera del margen de códigos que guarda una tarifa (de %3 a %4). "
+                           "No se ha guardado nada.")
+                .arg(f.lblNomProd->Caption(), f.lblCodProducto->Caption())
+                .arg(std::numeric_limits<qint32>::min())
+                .arg(std::numeric_limits<qint32>::max()));
+        return false;
+    }
+    return true;
 }
 
 } // namespace

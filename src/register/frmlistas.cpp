@@ -1,5 +1,6 @@
 #include "frmlistas.h"
 
+#include "platform/datos/avisocambios.h"
 #include "screens/disenolistas.h"
 #include "session/cargapantalla.h"
 #include "session/principal.h"
@@ -57,6 +58,10 @@ void FrmListas::Form_Load() {
     Principal::EscalarPantalla(*this);
     inicializarGridPrecios();
     cargarGridPrecios();
+    // Lists that other terminals create, rename or delete show here without a click.
+    auto *vigia = new ADODB::VigiaCambios(*SesionSuite.Conexion, ventana());
+    connect(vigia, &ADODB::VigiaCambios::Cambio, this,
+            [this] { Atender([this] { SeguirCambios(); }); });
 }
 
 void FrmListas::cmdSalir_Click() {

@@ -30,6 +30,9 @@ class FrmListas : public Form {
 
     void inicializarGridPrecios();
     void cargarGridPrecios();
+    /// The grid listed again after another terminal's change (a list new, renamed, with
+    /// another period, or deleted), with the same list selected when it is still there.
+    void SeguirCambios();
     /// Opens the editor on the list whose code is in lblCodigo, and returns when it closes.
     /// A null date (a list stored without one) hands over an empty label and today's date.
     void VerDetalles(const QString &Nom, const QDate &fdesde, const QDate &fhasta);

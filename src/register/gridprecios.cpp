@@ -62,3 +62,25 @@ void FrmListas::cargarGridPrecios() {
                                    : campos[size_t(c)].Texto());
     rs.Close();
 }
+
+void FrmListas::SeguirCambios() {
+    if (!Loaded())
+        return;
+    // The list the operator had selected stays selected, wherever it now lists; a list gone
+    // leaves the selection on the row that takes its place.
+    Grid &g = *grid_precios;
+    const int fila = g.Row();
+    const QString codigo =
+        fila >= 1 && fila < g.Rows() ? g.TextMatrix(fila, ColListas::Codigo) : QString();
+    const int arriba = g.TopRow();
+    cargarGridPrecios();
+    if (arriba >= 1 && arriba < g.Rows())
+        g.setTopRow(arriba);
+    for (int f = 1; f < g.Rows(); ++f)
+        if (!codigo.isEmpty() && g.TextMatrix(f, ColListas::Codigo) == codigo) {
+            g.setRow(f);
+            return;
+        }
+    if (fila >= 1)
+        g.setRow(qMin(fila, g.Rows() - 1));
+}

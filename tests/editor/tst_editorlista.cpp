@@ -239,7 +239,8 @@ class TstEditorLista : public QObject {
     // writes (its unit still open: this write waits for it). Nothing is written for a list
     // that is gone, the operator is told, and the editor closes. Or it prices the same product
     // (holding the list's header first, as this program does), not yet committed when this
-    // one saves: this save waits, then replaces that price: one row, this later save's.
+    // one saves: this save waits, finds the other's price, asks (after its unit) whether to
+    // replace it, and on Yes replaces it: one row, this later save's.
     void otroPuesto_data() {
         const auto caso = Pruebas::Tabla<QString, bool>();
         for (const char *accion : {"periodo", "eliminar", "precio"}) {
@@ -292,7 +293,10 @@ class TstEditorLista : public QObject {
         QCOMPARE(errorOtro, QString());
         QCOMPARE(abierto, !borrada);
         if (!borrada) {
-            QCOMPARE(cajas.Mostrados(), QStringList());
+            QCOMPARE(cajas.Mostrados().size(), 1);
+            QVERIFY2(cajas.Mostrados().at(0).contains("y ahora es 99.\n\n¿Guardar su precio, "
+                                                      "12,5, en lugar de 99?"),
+                     qPrintable(cajas.Mostrados().at(0)));
             const QString sql = "select %1 from detalle_precio where identificador = 1 and "
                                 "producto = 1";
             QCOMPARE(tienda.Valor(sql.arg("count(*)")).toInt(), 1);

@@ -7,6 +7,7 @@
 #include "platform/datos/cadenaconexion.h"
 #include "session/principal.h"
 #include "session/sesionsuite.h"
+#include "suite/datos/demo.h"
 #include "suite/datos/esquema.h"
 #include "suite/datos/svcconexion.h"
 
@@ -140,6 +141,32 @@ class TstInicio : public QObject {
         QVERIFY2(error.contains("disk I/O error"), qPrintable(error));
         ADODB::Connection c;
         QCOMPARE(Tablas(Abrir(c, "llena.sqlite")), QStringList());
+    }
+
+    void demoPreciosExactos() {
+        // Every price of the demo shop is a whole number of cents as stored, not the nearest
+        // binary fraction of a sum (127.9499999999999 for 127.95).
+        CargarTiendaDemo(db->Conexion());
+        int precios = 0;
+        for (const char *tabla : {"productos", "productostextil", "detalle_precio"}) {
+            QSqlQuery q(db->Conexion().Base());
+            QVERIFY(q.exec(QStringLiteral("select precio from %1 where precio is not null")
+                               .arg(QLatin1String(tabla))));
+            while (q.next()) {
+                ++precios;
+                const double precio = q.value(0).toDouble();
+                QVERIFY2(QString::number(precio, 'f', 2).toDouble() == precio,
+                         qPrintable(QStringLiteral("%1: %2")
+                                        .arg(QLatin1String(tabla))
+                                        .arg(precio, 0, 'g', 17)));
+            }
+        }
+        QVERIFY(precios > 300);
+        QCOMPARE(Valor(db->Conexion(), "select d.precio from detalle_precio d, productos p where "
+                                       "p.codigo = d.producto and d.identificador = 1 and "
+                                       "p.nombre = 'Pantalón elástico'")
+                     .toDouble(),
+                 127.95);
     }
 
     // The rows put in the tables, one table's letter each (o: options, t: terminals, e:

@@ -88,6 +88,41 @@ class TstPantallas : public QObject {
         QCOMPARE(boton->height(), int(std::lround(1155 * fy / 15)));
     }
 
+    void escalaAcotada_data() {
+        // The display's free area and the size the options ask for, in pixels; whether the
+        // screen is brought down to the area.
+        const auto caso = Pruebas::Tabla<QSize, QSize, bool>();
+        caso("3840x2160 stored, 1024x768 shown", QSize(1024, 740), QSize(3840, 2160), true);
+        caso("too tall only", QSize(1920, 1000), QSize(1280, 1600), true);
+        caso("it fits: each axis its own", QSize(1920, 1040), QSize(1280, 1024), false);
+        caso("area not known", QSize(0, 0), QSize(3840, 2160), false);
+    }
+    void escalaAcotada() {
+        const auto [area, pedido, acotada] = Pruebas::Fila<QSize, QSize, bool>();
+        SvcEscala::FijarAreaDisponible(area.width() * 15.0, area.height() * 15.0);
+        const double ancho = form->Width(), alto = form->Height();
+        SvcEscala escala;
+        escala.AjustarFormulario(db->Conexion(), *form, pedido.width() * 15.0,
+                                 pedido.height() * 15.0, 15360.0, 11085.0);
+        SvcEscala::FijarAreaDisponible(0, 0);
+        if (!acotada) {
+            QCOMPARE(form->Width(), ancho * pedido.width() * 15.0 / 15360.0);
+            QCOMPARE(form->Height(), alto * pedido.height() * 15.0 / 11085.0);
+            return;
+        }
+        // Inside the area, one side filling it, in the design's proportions, and every
+        // control (the door button too) inside the window.
+        QVERIFY(form->Width() <= area.width() * 15.0 + 1e-6);
+        QVERIFY(form->Height() <= area.height() * 15.0 + 1e-6);
+        QVERIFY(qFuzzyCompare(form->Width(), area.width() * 15.0) ||
+                qFuzzyCompare(form->Height(), area.height() * 15.0));
+        QVERIFY(qFuzzyCompare(form->Width() / form->Height(), ancho / alto));
+        QCOMPARE(escala.FactorEscala(), form->Width() / ancho);
+        Control *salir = control("cmdSalir");
+        QVERIFY(salir->Left() + salir->Width() <= form->Width());
+        QVERIFY(salir->Top() + salir->Height() <= form->Height());
+    }
+
     void traduccion() {
         SvcTraduccion traduccion;
         // Spanish, the design's language, needs no rows.

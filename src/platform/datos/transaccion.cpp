@@ -1,5 +1,7 @@
 #include "transaccion.h"
 
+#include "avisocambios.h"
+
 namespace ADODB {
 
 Transaccion::Transaccion(Connection &enlace) : conexion(enlace) {
@@ -25,6 +27,7 @@ void Transaccion::Commit() {
         return;
     terminada = true;
     try {
+        AnunciarCambios(conexion); // the other terminals hear of it when it commits
         conexion.CommitTrans();
     } catch (...) {
         try {

@@ -2,12 +2,17 @@
 
 #include "twips.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
 #include <QEvent>
 #include <QFontMetrics>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPixmap>
 #include <QPushButton>
 #include <QTimer>
@@ -116,6 +121,19 @@ int codigoTecla(const QKeyEvent *tecla) {
     return texto.at(0).unicode();
 }
 
+/// The paste of a text box's standard menu: the item that shows the paste shortcut after its
+/// text (the one sure mark, whatever the language), named "edit-paste" here once found.
+QAction *AccionPegar(QMenu &menu) {
+    const QString atajo =
+        QLatin1Char('\t') + QKeySequence(QKeySequence::Paste).toString(QKeySequence::NativeText);
+    for (QAction *accion : menu.actions())
+        if (accion->objectName() == QLatin1String("edit-paste") || accion->text().endsWith(atajo)) {
+            accion->setObjectName(QStringLiteral("edit-paste"));
+            return accion;
+        }
+    return nullptr;
+}
+
 int teclaDeCodigo(int codigo) {
     switch (codigo) {
     case 8:
@@ -200,10 +218,25 @@ bool TextBox::eventFilter(QObject *obj, QEvent *ev) {
         if (static_cast<QFocusEvent *>(ev)->reason() != Qt::PopupFocusReason)
             emit LostFocus();
         break;
+    case QEvent::ContextMenu: {
+        // Qt's own menu (in the program's language), with its paste typed as Ctrl+V is.
+        QMenu *menu = caja->createStandardContextMenu();
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        if (QAction *pegar = AccionPegar(*menu)) {
+            disconnect(pegar, &QAction::triggered, nullptr, nullptr);
+            connect(pegar, &QAction::triggered, this, &TextBox::Pegar);
+        }
+        menu->popup(static_cast<QContextMenuEvent *>(ev)->globalPos());
+        return true;
+    }
     case QEvent::KeyPress: {
         if (reenviando)
             break;
         auto *tecla = static_cast<QKeyEvent *>(ev);
+        if (tecla->matches(QKeySequence::Paste)) {
+            Pegar();
+            return true;
+        }
         const int original = codigoTecla(tecla);
         if (original == 0)
             break;
@@ -227,6 +260,24 @@ bool TextBox::eventFilter(QObject *obj, QEvent *ev) {
         break;
     }
     return Control::eventFilter(obj, ev);
+}
+
+void TextBox::Pegar() {
+    if (caja->isReadOnly())
+        return;
+    const QString texto = QGuiApplication::clipboard()->text();
+    for (const QChar c : texto) {
+        // A cell copied from a spreadsheet ends in a line end: nothing a one-line box holds,
+        // and an Enter here would accept the half-pasted text.
+        if (c.unicode() < 32 || c.isSurrogate())
+            continue;
+        int codigo = c.unicode();
+        emit KeyPress(codigo);
+        if (codigo == 8)
+            caja->backspace();
+        else if (codigo >= 32)
+            caja->insert(QString(QChar(char16_t(codigo))));
+    }
 }
 
 // ---- CommandButton ---------------------------------------------------------------------

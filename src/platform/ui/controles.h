@@ -39,7 +39,10 @@ class Label : public Control {
 };
 
 /// A one-line text box. KeyPress is raised before the key reaches the box, with the
-/// character's code; a handler that sets it to 0 drops the key (Enter is 13).
+/// character's code; a handler that sets it to 0 drops the key (Enter is 13). A paste (Ctrl+V,
+/// Shift+Insert, the context menu's) is typed: each character of the clipboard's text goes
+/// through KeyPress as if keyed in, so a filter on the keys filters what is pasted too; line
+/// ends and tabs in the pasted text are left out.
 class TextBox : public Control {
     Q_OBJECT
   public:
@@ -54,6 +57,8 @@ class TextBox : public Control {
     void setLocked(bool v);
     void setAlignment(Qt::Alignment a);
     void setTabStop(bool v);
+    /// Types the clipboard's text at the caret, over the selection, as a paste does.
+    void Pegar();
 
   signals:
     void GotFocus();

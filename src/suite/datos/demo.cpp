@@ -9,7 +9,6 @@
 #include <QSqlQuery>
 #include <QStringList>
 #include <QVariantList>
-#include <cmath>
 
 namespace {
 
@@ -86,13 +85,18 @@ const QStringList secciones = {QStringLiteral("Mujer"), QStringLiteral("Hombre")
 
 constexpr int numProductos = 300;
 
-/// A price with cents, as the shop writes it: 4.95 .. 129.95.
-double PrecioDe(int codigo) {
-    return 4.95 + (codigo * 37 % 125);
+/// A price with cents, as the shop writes it: 4.95 .. 129.95, in cents.
+qint64 CentimosDe(int codigo) {
+    return 495 + (codigo * 37 % 125) * 100;
 }
-/// A discounted price, to the cent.
-double Rebaja(double precio, double factor) {
-    return std::round(precio * factor * 100) / 100;
+/// `porcentaje` per cent of a price in cents, to the cent, a half cent rounded up.
+qint64 Rebaja(qint64 centimos, int porcentaje) {
+    return (centimos * porcentaje + 50) / 100;
+}
+/// A price in cents as the exact decimal text the database stores ("127.95"): never a
+/// binary fraction such as 127.9499999999999.
+QString Precio(qint64 centimos) {
+    return QStringLiteral("%1.%2").arg(centimos / 100).arg(centimos % 100, 2, 10, QLatin1Char('0'));
 }
 
 } // namespace
@@ -152,7 +156,7 @@ void CargarTiendaDemo(ADODB::Connection &conexion) {
             const QString nombre = NombrePrenda(codigo);
             const bool borrado = codigo % 23 == 0;
             producto({codigo, QStringLiteral("%1").arg(840000 + codigo, 7, 10, QLatin1Char('0')),
-                      nombre, PrecioDe(codigo), secciones[codigo % secciones.size()],
+                      nombre, Precio(CentimosDe(codigo)), secciones[codigo % secciones.size()],
                       borrado ? 1 : 0});
             if (codigo % 10 == 0)
                 extra({codigo,
@@ -170,7 +174,7 @@ void CargarTiendaDemo(ADODB::Connection &conexion) {
                                 ? QVariant(QStringLiteral("V%1-%2").arg(codigo).arg(hijo))
                                 : QVariant(QString());
                         const QVariant precio =
-                            t == 4 ? QVariant(PrecioDe(codigo) + 3) : QVariant();
+                            t == 4 ? QVariant(Precio(CentimosDe(codigo) + 300)) : QVariant();
                         variante(
                             {codigo, hijo, codigo == 9 && t == 4 ? 99 : t, c, codCliente, precio});
                     }
@@ -193,13 +197,13 @@ void CargarTiendaDemo(ADODB::Connection &conexion) {
             base, QStringLiteral("insert into detalle_precio (identificador, producto, precio,"
                                  " codproductotextil) values (?,?,?,?)"));
         for (int codigo = 4; codigo <= numProductos; codigo += 7)
-            detalle({1, codigo, PrecioDe(codigo) - 1, QVariant()});
+            detalle({1, codigo, Precio(CentimosDe(codigo) - 100), QVariant()});
         for (int codigo = 3; codigo <= 60; codigo += 3) {
-            detalle({2, codigo, Rebaja(PrecioDe(codigo), 0.7), QStringLiteral("0201")});
-            detalle({2, codigo, Rebaja(PrecioDe(codigo), 0.7), QStringLiteral("0301")});
+            detalle({2, codigo, Precio(Rebaja(CentimosDe(codigo), 70)), QStringLiteral("0201")});
+            detalle({2, codigo, Precio(Rebaja(CentimosDe(codigo), 70)), QStringLiteral("0301")});
         }
         for (int codigo = 1; codigo <= 40; codigo += 5)
-            detalle({3, codigo, Rebaja(PrecioDe(codigo), 0.9), QStringLiteral("-1")});
+            detalle({3, codigo, Precio(Rebaja(CentimosDe(codigo), 90)), QStringLiteral("-1")});
         Insercion(base, QStringLiteral(
                             "insert into relaciones_fijas (indice, daton, dato1) values (?,?,?)"))(
             {QStringLiteral("TarifaAplicada"), 3, QStringLiteral("cliente 12")});

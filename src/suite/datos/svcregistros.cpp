@@ -1,6 +1,7 @@
 #include "svcregistros.h"
 
 #include "esquema.h"
+#include "platform/datos/avisocambios.h"
 #include "platform/datos/errorbd.h"
 #include "platform/datos/regional.h"
 
@@ -212,6 +213,9 @@ void Ejecutar(ADODB::Connection &conexion, const QString &sentencia,
             return q.exec();
         }))
         throw conexion.Fallo(q.lastError(), texto);
+    // A unit tells the other terminals when it commits; a write on its own, now.
+    if (!conexion.EnTransaccion())
+        ADODB::AnunciarCambios(conexion);
 }
 
 } // namespace
