@@ -101,7 +101,8 @@ std::vector<FilaLeida> LeerFilas(const ContextoMotor &contexto, const PeticionCa
     for (; !rs.Eof(); rs.MoveNext()) {
         FilaLeida f;
         f.nombre = nombre.Texto();
-        if (p.alcance == Alcance::NombreEmpieza && !f.nombre.startsWith(prefijo, Qt::CaseInsensitive))
+        if (p.alcance == Alcance::NombreEmpieza &&
+            !f.nombre.startsWith(prefijo, Qt::CaseInsensitive))
             continue;
         f.clave = clave.Value();
         f.producto = producto.Entero();
@@ -150,8 +151,8 @@ Calculo Calcular(const FilaLeida &f, const ReglaCambio &regla, Base base) {
     c.nuevo = NuevoPrecio(*partida, regla, &c.motivo);
     if (!c.nuevo)
         return c;
-    c.clase = c.anterior && *c.anterior == *c.nuevo && f.tieneAnterior ? Calculo::Igual
-                                                                         : Calculo::Cambia;
+    c.clase =
+        c.anterior && *c.anterior == *c.nuevo && f.tieneAnterior ? Calculo::Igual : Calculo::Cambia;
     return c;
 }
 
@@ -180,9 +181,7 @@ bool PorNombre(const FilaCambio &a, const FilaCambio &b) {
 /// A short description of the change for the history: "-20 %, +1,00, a 0,05, ,95".
 QString Describir(const PeticionCambio &p, int decimales) {
     QStringList partes;
-    const auto texto = [](const Importe &i, int d) {
-        return i.Texto(std::max(d, i.Escala()));
-    };
+    const auto texto = [](const Importe &i, int d) { return i.Texto(std::max(d, i.Escala())); };
     if (p.regla.porcentaje.Signo() != 0)
         partes << (p.regla.porcentaje.Signo() > 0 ? QStringLiteral("+") : QString()) +
                       texto(p.regla.porcentaje, 0) + QStringLiteral(" %");

@@ -18,9 +18,8 @@ namespace {
 qint32 CodigoNuevo(ADODB::Connection &conexion) {
     ADODB::Recordset rs;
     rs.Open(QStringLiteral("select max(identificador) as num from cabecera_precio"), conexion);
-    const qint64 mayor = rs.RecordCount() == 0 || rs.Fields(0).EsNulo()
-                             ? 0
-                             : rs.Fields(0).Value().toLongLong();
+    const qint64 mayor =
+        rs.RecordCount() == 0 || rs.Fields(0).EsNulo() ? 0 : rs.Fields(0).Value().toLongLong();
     if (mayor >= std::numeric_limits<qint32>::max())
         throw ErrorBD(QStringLiteral("No quedan códigos para una tarifa nueva: la tarifa %1 tiene "
                                      "el código más alto posible. No se ha grabado nada.")
@@ -46,8 +45,8 @@ ResultadoCopia CopiarLista(const ContextoMotor &contexto, const PeticionCopia &p
     // On a server, other terminals' new lists wait for this one (SQLite's unit already holds
     // the whole database), so that the highest code plus one is still free at the insert.
     if (motor == SQLMotor::Motor::PostgreSQL)
-        SQLMotor::Ejecutar(conexion,
-                           QStringLiteral("lock table cabecera_precio in share row exclusive mode"));
+        SQLMotor::Ejecutar(
+            conexion, QStringLiteral("lock table cabecera_precio in share row exclusive mode"));
     if (!SQLMotor::BloquearLista(conexion, peticion.origen)) {
         resultado.origenExiste = false;
         resultado.mensaje = QStringLiteral("La tarifa ya no existe: se ha eliminado desde otro "
@@ -56,12 +55,12 @@ ResultadoCopia CopiarLista(const ContextoMotor &contexto, const PeticionCopia &p
     }
     resultado.nueva = CodigoNuevo(conexion);
     const QString nueva = QString::number(resultado.nueva);
-    SQLMotor::Ejecutar(conexion,
-                       QStringLiteral("insert into cabecera_precio (identificador, descripcion, "
-                                      "fechaalta, preciovalidodesde, preciovalidohasta) values (?, "
-                                      "?, ?, ?, ?)"),
-                       {resultado.nueva, peticion.nombre, QDate::currentDate(), peticion.desde,
-                        peticion.hasta});
+    SQLMotor::Ejecutar(
+        conexion,
+        QStringLiteral("insert into cabecera_precio (identificador, descripcion, "
+                       "fechaalta, preciovalidodesde, preciovalidohasta) values (?, "
+                       "?, ?, ?, ?)"),
+        {resultado.nueva, peticion.nombre, QDate::currentDate(), peticion.desde, peticion.hasta});
     const QSqlQuery filas = SQLMotor::Ejecutar(
         conexion,
         QStringLiteral("insert into detalle_precio (identificador, producto, precio, "

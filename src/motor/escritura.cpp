@@ -55,11 +55,10 @@ void EscribirCambios(ADODB::Connection &conexion, qint32 lista, const CambiosFil
                                "detalle_precio d on d.") +
                 claveDetalle + QStringLiteral(" = t.clave"));
         if (!cambios.modificar.empty())
-            SQLMotor::Ejecutar(conexion,
-                               QStringLiteral("update detalle_precio set precio = t.nuevo from "
-                                              "motor_filas t where detalle_precio.") +
-                                   claveDetalle +
-                                   QStringLiteral(" = t.clave and t.nuevo is not null"));
+            SQLMotor::Ejecutar(
+                conexion, QStringLiteral("update detalle_precio set precio = t.nuevo from "
+                                         "motor_filas t where detalle_precio.") +
+                              claveDetalle + QStringLiteral(" = t.clave and t.nuevo is not null"));
         if (!cambios.borrar.empty())
             SQLMotor::Ejecutar(conexion,
                                QStringLiteral("delete from detalle_precio where ") + claveDetalle +

@@ -283,8 +283,7 @@ void RegistrarPrecio(const ContextoMotor &contexto, qint32 lista, qint32 product
     rs.Open(QStringLiteral("select coalesce(codproductotextil, '') as variante, cast(precio as "
                            "text) as precio from detalle_precio where identificador = ? and "
                            "producto = ?") +
-                (variante.isEmpty() ? QString()
-                                    : QStringLiteral(" and codproductotextil = ?")),
+                (variante.isEmpty() ? QString() : QStringLiteral(" and codproductotextil = ?")),
             variante.isEmpty() ? QVariantList{lista, producto}
                                : QVariantList{lista, producto, variante},
             *contexto.conexion);
@@ -366,10 +365,11 @@ QList<FilaHistorial> LeerFilas(ADODB::Connection &conexion, qint64 operacion) {
         f.color = rs.Fields(6).Texto();
         filas << f;
     }
-    std::stable_sort(filas.begin(), filas.end(), [](const FilaHistorial &a, const FilaHistorial &b) {
-        const int n = QString::localeAwareCompare(a.nombre, b.nombre);
-        return n != 0 ? n < 0 : a.variante < b.variante;
-    });
+    std::stable_sort(filas.begin(), filas.end(),
+                     [](const FilaHistorial &a, const FilaHistorial &b) {
+                         const int n = QString::localeAwareCompare(a.nombre, b.nombre);
+                         return n != 0 ? n < 0 : a.variante < b.variante;
+                     });
     return filas;
 }
 
@@ -409,8 +409,7 @@ QString MensajeCambiados(const QStringList &productos) {
 
 } // namespace
 
-ResultadoDeshacer DeshacerOperacion(const ContextoMotor &contexto, qint32 lista,
-                                    qint64 operacion) {
+ResultadoDeshacer DeshacerOperacion(const ContextoMotor &contexto, qint32 lista, qint64 operacion) {
     ADODB::Connection &conexion = *contexto.conexion;
     ResultadoDeshacer resultado;
     if (!HistorialDisponible(conexion)) {
@@ -476,8 +475,8 @@ ResultadoDeshacer DeshacerOperacion(const ContextoMotor &contexto, qint32 lista,
     for (const FilaHistorial &f : filas) {
         const ClaveProducto clave{f.producto, f.variante};
         const QList<Guardada> ahora = guardadas.value(clave);
-        const bool igual = f.nuevo ? (ahora.size() == 1 && ahora.front().precio == f.nuevo)
-                                   : ahora.isEmpty();
+        const bool igual =
+            f.nuevo ? (ahora.size() == 1 && ahora.front().precio == f.nuevo) : ahora.isEmpty();
         if (!igual || cambiados.contains(clave)) {
             nombres << Describir(f);
             continue;

@@ -33,16 +33,15 @@ ResultadoQuitar QuitarProducto(const ContextoMotor &contexto, qint32 lista, qint
                                            "ha quitado. No se ha quitado nada.");
         return resultado;
     }
-    const QString nombre = rs.Fields(1).EsNulo() ? QStringLiteral("producto %1").arg(producto)
-                                                 : rs.Fields(1).Texto();
+    const QString nombre =
+        rs.Fields(1).EsNulo() ? QStringLiteral("producto %1").arg(producto) : rs.Fields(1).Texto();
     CambiosFilas cambios;
     for (; !rs.Eof(); rs.MoveNext())
         cambios.borrar.push_back(rs.Fields(0).Value());
-    RegistroOperacion registro(contexto, lista, TipoOperacion::Quitar,
-                               QStringLiteral("Quitar ") + nombre +
-                                   (variante.isEmpty() ? QString()
-                                                       : QStringLiteral(" (") + variante +
-                                                             QLatin1Char(')')));
+    RegistroOperacion registro(
+        contexto, lista, TipoOperacion::Quitar,
+        QStringLiteral("Quitar ") + nombre +
+            (variante.isEmpty() ? QString() : QStringLiteral(" (") + variante + QLatin1Char(')')));
     EscribirCambios(conexion, lista, cambios, &registro);
     resultado.operacion = registro.Cerrar();
     unidad.Commit();

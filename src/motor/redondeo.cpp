@@ -47,8 +47,7 @@ std::optional<Importe> AplicarTerminacion(const Importe &valor, const Importe &t
     return Aritmetica::AImporte(candidato, escala);
 }
 
-std::optional<Importe> NuevoPrecio(const Importe &base, const ReglaCambio &regla,
-                                   QString *motivo) {
+std::optional<Importe> NuevoPrecio(const Importe &base, const ReglaCambio &regla, QString *motivo) {
     const auto refusar = [&](const QString &texto) -> std::optional<Importe> {
         if (motivo)
             *motivo = texto;
@@ -58,8 +57,8 @@ std::optional<Importe> NuevoPrecio(const Importe &base, const ReglaCambio &regla
     // base x (100 + p) / 100 + suma, as one numerator over 10^escala.
     const int escalaProducto = base.Escala() + regla.porcentaje.Escala() + 2;
     const int escala = std::max(escalaProducto, regla.suma.Escala());
-    const std::optional<Entero> cien = Aritmetica::AEscala(Importe::DeUnidades(100, 0),
-                                                           regla.porcentaje.Escala());
+    const std::optional<Entero> cien =
+        Aritmetica::AEscala(Importe::DeUnidades(100, 0), regla.porcentaje.Escala());
     if (!cien)
         return refusar(demasiado);
     const std::optional<Entero> factor = Aritmetica::Sumar(*cien, regla.porcentaje.Unidades());
@@ -69,18 +68,17 @@ std::optional<Importe> NuevoPrecio(const Importe &base, const ReglaCambio &regla
     const std::optional<Entero> parteProducto =
         producto && ajuste ? Aritmetica::Multiplicar(*producto, *ajuste) : std::nullopt;
     const std::optional<Entero> parteSuma = Aritmetica::AEscala(regla.suma, escala);
-    const std::optional<Entero> total = parteProducto && parteSuma
-                                            ? Aritmetica::Sumar(*parteProducto, *parteSuma)
-                                            : std::nullopt;
+    const std::optional<Entero> total =
+        parteProducto && parteSuma ? Aritmetica::Sumar(*parteProducto, *parteSuma) : std::nullopt;
     if (!total)
         return refusar(demasiado);
     const std::optional<Importe> redondeado = RedondearEntero(*total, escala, regla.paso);
     if (!redondeado)
         return refusar(demasiado);
     if (redondeado->Signo() <= 0)
-        return refusar(QStringLiteral("el precio nuevo sería 0 o menos (%1)")
-                           .arg(redondeado->TextoSQL().replace(QLatin1Char('.'),
-                                                               QLatin1Char(','))));
+        return refusar(
+            QStringLiteral("el precio nuevo sería 0 o menos (%1)")
+                .arg(redondeado->TextoSQL().replace(QLatin1Char('.'), QLatin1Char(','))));
     if (!regla.terminacion)
         return redondeado;
     const std::optional<Importe> terminado = AplicarTerminacion(*redondeado, *regla.terminacion);
@@ -95,8 +93,7 @@ std::optional<FalloRegla> LeerRegla(const TextosRegla &textos, int numDecimales,
         return std::optional<FalloRegla>(FalloRegla{campo, mensaje});
     };
     const auto leer = [](const QString &texto) {
-        return texto.trimmed().isEmpty() ? std::optional<Importe>(Importe())
-                                         : Importe::Leer(texto);
+        return texto.trimmed().isEmpty() ? std::optional<Importe>(Importe()) : Importe::Leer(texto);
     };
     const std::optional<Importe> porcentaje = leer(textos.porcentaje);
     if (!porcentaje)
@@ -123,8 +120,7 @@ std::optional<FalloRegla> LeerRegla(const TextosRegla &textos, int numDecimales,
                                     "0,05 o 1.")
                          .arg(textos.paso));
     if (paso->Signo() <= 0)
-        return fallo(FalloRegla::Paso,
-                     QStringLiteral("El redondeo tiene que ser mayor que 0."));
+        return fallo(FalloRegla::Paso, QStringLiteral("El redondeo tiene que ser mayor que 0."));
     if (paso->Escala() > numDecimales)
         return fallo(FalloRegla::Paso,
                      QStringLiteral("El redondeo \"%1\" tiene más decimales de los que usa la "
@@ -134,8 +130,7 @@ std::optional<FalloRegla> LeerRegla(const TextosRegla &textos, int numDecimales,
     std::optional<Importe> terminacion;
     if (!textos.terminacion.trimmed().isEmpty()) {
         terminacion = Importe::Leer(textos.terminacion);
-        if (!terminacion || terminacion->Signo() < 0 ||
-            !(*terminacion < Importe::DeUnidades(1, 0)))
+        if (!terminacion || terminacion->Signo() < 0 || !(*terminacion < Importe::DeUnidades(1, 0)))
             return fallo(FalloRegla::Terminacion,
                          QStringLiteral("La terminación \"%1\" tiene que ser la parte decimal "
                                         "de un precio: escriba, por ejemplo, ,95 o ,99.")

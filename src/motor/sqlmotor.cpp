@@ -19,10 +19,11 @@ Motor De(ADODB::Connection &conexion) {
     }
     if (conexion.Base().driverName() == QLatin1String("QSQLITE"))
         return Motor::SQLite;
-    throw ErrorBD(QStringLiteral("Los cambios de una tarifa entera (cambiar precios, copiar, quitar "
-                                 "un producto, deshacer) solo se pueden hacer en una base de datos "
-                                 "SQLite o PostgreSQL; esta es %1. No se ha grabado nada.")
-                      .arg(conexion.dialecto().Nombre()));
+    throw ErrorBD(
+        QStringLiteral("Los cambios de una tarifa entera (cambiar precios, copiar, quitar "
+                       "un producto, deshacer) solo se pueden hacer en una base de datos "
+                       "SQLite o PostgreSQL; esta es %1. No se ha grabado nada.")
+            .arg(conexion.dialecto().Nombre()));
 }
 
 QString ClaveFila(Motor motor, const QString &alias) {
