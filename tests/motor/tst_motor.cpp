@@ -74,7 +74,8 @@ struct Tienda {
         while (q.next()) {
             const QString variante = q.value(1).toString();
             const std::optional<Importe> precio =
-                q.value(2).isNull() ? std::nullopt : Aritmetica::LeerGuardado(q.value(2).toString());
+                q.value(2).isNull() ? std::nullopt
+                                    : Aritmetica::LeerGuardado(q.value(2).toString());
             filas << q.value(0).toString() + (variante.isEmpty() ? QString() : "/" + variante) +
                          "=" + (precio ? precio->TextoSQL() : QStringLiteral("-"));
         }
@@ -85,8 +86,8 @@ struct Tienda {
     }
 };
 
-ReglaCambio Regla(const QString &porcentaje, const QString &suma = {},
-                  const QString &paso = {}, const QString &terminacion = {}) {
+ReglaCambio Regla(const QString &porcentaje, const QString &suma = {}, const QString &paso = {},
+                  const QString &terminacion = {}) {
     ReglaCambio regla;
     if (LeerRegla({porcentaje, suma, paso, terminacion}, 2, regla))
         qFatal("A rule of the test's own table was refused");
@@ -106,23 +107,20 @@ class TstMotor : public QObject {
         // counts: changed, same, refused
         using B = PeticionCambio::Base;
         using A = PeticionCambio::Alcance;
-        const auto caso =
-            Pruebas::Tabla<B, A, QString, QStringList, QString, int, int, int>();
-        caso("todos + 10 %", B::Tarifa, A::Todos, "", {"10"}, "1=21.95;2=110;3=-;5=0.11", 3, 0,
-             1);
+        const auto caso = Pruebas::Tabla<B, A, QString, QStringList, QString, int, int, int>();
+        caso("todos + 10 %", B::Tarifa, A::Todos, "", {"10"}, "1=21.95;2=110;3=-;5=0.11", 3, 0, 1);
         caso("sección, -20 % y ,95", B::Tarifa, A::Seccion, "ABRIGOS", {"-20", "", "", ",95"},
              "1=16.95;2=80.95;3=-;5=0.1", 2, 0, 0);
-        caso("nombres que empiezan, sin distinguir mayúsculas", B::Tarifa, A::NombreEmpieza,
-             "abr", {"", "0,20"}, "1=20.15;2=100.2;3=-;5=0.1", 2, 0, 0);
-        caso("precio del catálogo", B::Catalogo, A::Todos, "", {"0"}, "1=20;2=90;3=12;5=0.1", 3,
-             1, 0);
+        caso("nombres que empiezan, sin distinguir mayúsculas", B::Tarifa, A::NombreEmpieza, "abr",
+             {"", "0,20"}, "1=20.15;2=100.2;3=-;5=0.1", 2, 0, 0);
+        caso("precio del catálogo", B::Catalogo, A::Todos, "", {"0"}, "1=20;2=90;3=12;5=0.1", 3, 1,
+             0);
         caso("todo el catálogo a mitad de precio", B::Catalogo, A::Catalogo, "", {"-50"},
              "1=10;2=45;3=6;5=0.05;6=3.5", 5, 0, 0);
         caso("nada cambia", B::Tarifa, A::Todos, "", {"0"}, Inicial, 0, 3, 1);
-        caso("0 o menos se deja", B::Tarifa, A::Todos, "", {"", "-50"}, "1=19.95;2=50;3=-;5=0.1",
-             1, 0, 3);
-        caso("a 1 euro", B::Tarifa, A::Todos, "", {"", "", "1"}, "1=20;2=100;3=-;5=0.1", 1, 1,
-             2);
+        caso("0 o menos se deja", B::Tarifa, A::Todos, "", {"", "-50"}, "1=19.95;2=50;3=-;5=0.1", 1,
+             0, 3);
+        caso("a 1 euro", B::Tarifa, A::Todos, "", {"", "", "1"}, "1=20;2=100;3=-;5=0.1", 1, 1, 2);
     }
     void cambio() {
         const auto [base, alcance, filtro, textos, despues, cambian, iguales, rechazadas] =
@@ -206,8 +204,7 @@ class TstMotor : public QObject {
         const ResultadoQuitar q = QuitarProducto(t.contexto, 2, 1, "1-L");
         QCOMPARE(q.estado, ResultadoQuitar::Quitado);
         QCOMPARE(t.Precios(2), "1/1-M=33");
-        QCOMPARE(DeshacerOperacion(t.contexto, 2, q.operacion).estado,
-                 ResultadoDeshacer::Deshecha);
+        QCOMPARE(DeshacerOperacion(t.contexto, 2, q.operacion).estado, ResultadoDeshacer::Deshecha);
         QCOMPARE(t.Precios(2), "1/1-L=22;1/1-M=33");
     }
 
@@ -239,8 +236,7 @@ class TstMotor : public QObject {
         } else if (despues == "sin historial") {
             t.db.Ejecutar("update detalle_precio set precio = 30 where producto = 1");
         } else {
-            QCOMPARE(QuitarProducto(t.contexto, 1, 1, QString()).estado,
-                     ResultadoQuitar::Quitado);
+            QCOMPARE(QuitarProducto(t.contexto, 1, 1, QString()).estado, ResultadoQuitar::Quitado);
         }
         const QString antes = t.Precios(1);
         const qlonglong operaciones = t.Cuenta("select count(*) from historial_operacion");
@@ -323,14 +319,14 @@ class TstMotor : public QObject {
         QCOMPARE(ops.size(), 1);
         QCOMPARE(ops[0].filas, 4);
         // Undone, the copy keeps its header and loses its rows.
-        QCOMPARE(DeshacerOperacion(t.contexto, 8, r.operacion).estado,
-                 ResultadoDeshacer::Deshecha);
+        QCOMPARE(DeshacerOperacion(t.contexto, 8, r.operacion).estado, ResultadoDeshacer::Deshecha);
         QCOMPARE(t.Precios(8), "");
     }
 
     void copiaRechazada_data() {
         const auto caso = Pruebas::Tabla<QString, QDate, QString>();
-        caso("sin nombre", "", QDate(2027, 1, 1), "Tiene que indicar un nombre para la nueva tarifa");
+        caso("sin nombre", "", QDate(2027, 1, 1),
+             "Tiene que indicar un nombre para la nueva tarifa");
         caso("con barra", "a|b", QDate(2027, 1, 1),
              "El nombre de la tarifa no puede llevar el carácter |");
         caso("periodo al revés", "Nueva", QDate(2028, 1, 1),
@@ -366,8 +362,7 @@ class TstMotor : public QObject {
         QVERIFY(r.mensaje.contains("se ha eliminado desde otro puesto"));
         QVERIFY(!CopiarLista(t.contexto, {1, "Copia", QDate(2027, 1, 1), QDate(2027, 2, 1), {}})
                      .origenExiste);
-        QCOMPARE(QuitarProducto(t.contexto, 1, 1, QString()).estado,
-                 ResultadoQuitar::ListaBorrada);
+        QCOMPARE(QuitarProducto(t.contexto, 1, 1, QString()).estado, ResultadoQuitar::ListaBorrada);
         QCOMPARE(t.Precios(1), Inicial);
         QCOMPARE(t.Cuenta("select count(*) from cabecera_precio"), 0);
         QCOMPARE(t.Cuenta("select count(*) from historial_operacion"), 0);
@@ -385,13 +380,11 @@ class TstMotor : public QObject {
         QCOMPARE(filas[0].nombre, "Abrigo corto");
         QCOMPARE(filas[0].anterior, Importe::Leer("100"));
         QVERIFY(!filas[0].nuevo);
-        QCOMPARE(DeshacerOperacion(t.contexto, 1, q.operacion).estado,
-                 ResultadoDeshacer::Deshecha);
+        QCOMPARE(DeshacerOperacion(t.contexto, 1, q.operacion).estado, ResultadoDeshacer::Deshecha);
         QCOMPARE(t.Precios(1), Inicial);
         // An operation of another list is not this list's.
         t.Lista(2, "Otra");
-        QCOMPARE(DeshacerOperacion(t.contexto, 2, q.operacion).estado,
-                 ResultadoDeshacer::NoExiste);
+        QCOMPARE(DeshacerOperacion(t.contexto, 2, q.operacion).estado, ResultadoDeshacer::NoExiste);
     }
 
     void sinHistorial() {
