@@ -61,13 +61,13 @@ void CrearTablas(ADODB::Connection &conexion) {
         QStringLiteral("create table if not exists historial_precio (operacion ") + entero +
             QStringLiteral(", lista integer, producto integer, variante text, anterior numeric, "
                            "nuevo numeric, clase text)"),
-        // A list's operations newest first; an operation's rows, and each row's later changes.
+        // A list's operations newest first (and those after one), and an operation's rows. A
+        // row's later changes are found through the list's later operations: one index less
+        // to write for each row of a bulk change.
         QStringLiteral("create index if not exists ix_historial_operacion_lista on "
                        "historial_operacion (lista, numero)"),
         QStringLiteral("create index if not exists ix_historial_precio_operacion on "
                        "historial_precio (operacion, producto, variante)"),
-        QStringLiteral("create index if not exists ix_historial_precio_fila on historial_precio "
-                       "(lista, producto, variante, operacion)"),
     };
     for (const QString &s : sentencias)
         SQLMotor::Ejecutar(conexion, s);
@@ -472,11 +472,12 @@ ResultadoDeshacer DeshacerOperacion(const ContextoMotor &contexto, qint32 lista,
     QSet<ClaveProducto> cambiados;
     {
         ADODB::Recordset rs;
-        rs.Open(QStringLiteral("select distinct o.producto, o.variante from historial_precio o "
-                               "join historial_precio l on l.lista = o.lista and l.producto = "
-                               "o.producto and l.variante = o.variante and l.operacion > "
-                               "o.operacion where o.operacion = ?"),
-                {operacion}, conexion);
+        rs.Open(QStringLiteral("select distinct l.producto, l.variante from historial_operacion "
+                               "p join historial_precio l on l.operacion = p.numero where "
+                               "p.lista = ? and p.numero > ? and exists (select 1 from "
+                               "historial_precio o where o.operacion = ? and o.producto = "
+                               "l.producto and o.variante = l.variante)"),
+                {lista, operacion, operacion}, conexion);
         for (; !rs.Eof(); rs.MoveNext())
             cambiados.insert({rs.Fields(0).Entero(), rs.Fields(1).Texto()});
     }
