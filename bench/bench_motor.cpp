@@ -86,7 +86,9 @@ void Informe(const char *que, double ms, double base, double maxRatio, double ma
     const bool ok = rapido || ((maxRatio <= 0 || ratio <= maxRatio) && (maxMs <= 0 || ms <= maxMs));
     fallo = fallo || !ok;
     std::printf("%-34s %9.1f ms  base %9.1f ms  ratio %5.2f  %s\n", que, ms, base, ratio,
-                rapido ? "(rápido: no se juzga)" : ok ? "OK" : "FAIL");
+                rapido ? "(rápido: no se juzga)"
+                : ok   ? "OK"
+                       : "FAIL");
 }
 
 /// The catalogue and `Listas` lists of `porLista` prices each, written set-wise.
@@ -194,10 +196,12 @@ void Medir(const QString &cadena, const char *nombre, int porLista) {
                                       .arg(r.nueva)) == porLista &&
                       Precio(base, r.nueva, 7) == Precio(base, 10, 7),
                   "the copy holds every price of the list");
-        Ejecutar(base, QStringLiteral("delete from detalle_precio where identificador = %1")
-                           .arg(r.nueva));
-        Ejecutar(base, QStringLiteral("delete from cabecera_precio where identificador = %1")
-                           .arg(r.nueva));
+        Ejecutar(
+            base,
+            QStringLiteral("delete from detalle_precio where identificador = %1").arg(r.nueva));
+        Ejecutar(
+            base,
+            QStringLiteral("delete from cabecera_precio where identificador = %1").arg(r.nueva));
     }
     Informe("copy, history included", Mediana(copia), Mediana(baseCopia), 3, 0);
 }

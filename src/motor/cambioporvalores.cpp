@@ -70,9 +70,8 @@ qint64 CambiarPorValores(const ContextoMotor &contexto, const PeticionCambio &pe
                             : QStringLiteral("create temporary table if not exists motor_mapa "
                                              "(viejo numeric primary key, nuevo numeric)"));
     SQLMotor::Ejecutar(conexion, QStringLiteral("delete from motor_mapa"));
-    SQLMotor::InsertarPorLotes(conexion,
-                               QStringLiteral("insert into motor_mapa (viejo, nuevo) values "), 2,
-                               mapa);
+    SQLMotor::InsertarPorLotes(
+        conexion, QStringLiteral("insert into motor_mapa (viejo, nuevo) values "), 2, mapa);
     // The list's rows, read through its index, drive each statement; each finds its new price
     // by the map's key. "cross join" keeps SQLite from putting the map outside (a server plans
     // the join by itself).

@@ -19,6 +19,7 @@ namespace {
 struct EstadoHistorial {
     bool disponible = false;
     bool avisar = false;
+    bool provisional = false; ///< made inside a unit not yet known to have committed
     QString causa;
 };
 
@@ -160,17 +161,22 @@ QString NombreTipo(const QString &codigo) {
 
 bool HistorialDisponible(ADODB::Connection &conexion) {
     const QString clave = conexion.Base().connectionName();
+    bool provisional = false;
     {
         // The lock is never held across a statement: another thread's unit may be what this
         // connection's statement waits for.
         const QMutexLocker cerrado(&CerrojoEstados());
         const auto i = Estados().constFind(clave);
-        if (i != Estados().constEnd())
-            return i->disponible;
+        if (i != Estados().constEnd()) {
+            if (!i->provisional)
+                return i->disponible;
+            provisional = true;
+        }
     }
     EstadoHistorial estado;
     if (Existen(conexion)) {
         estado.disponible = true;
+        estado.provisional = provisional && conexion.EnTransaccion();
     } else {
         estado.causa = IntentarCrear(conexion);
         // Another terminal may have made them at the same moment, and an object of another
@@ -181,6 +187,9 @@ bool HistorialDisponible(ADODB::Connection &conexion) {
         if (!estado.disponible && estado.causa.isEmpty())
             estado.causa = QStringLiteral("La base de datos ya tiene, con el nombre de una de "
                                           "ellas, algo que no es una tabla.");
+        // Made inside the caller's unit, they go if that unit is rolled back: until a call
+        // outside any unit finds them, each call looks again.
+        estado.provisional = estado.disponible && conexion.EnTransaccion();
     }
     const QMutexLocker cerrado(&CerrojoEstados());
     Estados().insert(clave, estado);

@@ -286,6 +286,24 @@ class TstMotor : public QObject {
         QCOMPARE(todas[0].filas, 4);
     }
 
+    void historialHechoEnUnidadDeshecha() {
+        // The history's tables made by a save whose unit is then rolled back go with it; the
+        // next save makes them again and keeps its row.
+        Tienda t;
+        {
+            ADODB::Transaccion unidad(t.db.Conexion());
+            RegistrarPrecio(t.contexto, 1, 1, QString(), "30");
+        }
+        {
+            ADODB::Transaccion unidad(t.db.Conexion());
+            RegistrarPrecio(t.contexto, 1, 1, QString(), "31");
+            unidad.Commit();
+        }
+        const QList<OperacionHistorial> ops = OperacionesDeLista(t.contexto, 1);
+        QCOMPARE(ops.size(), 1);
+        QCOMPARE(FilasDeOperacion(t.contexto, ops[0].numero).value(0).nuevo, Importe::Leer("31"));
+    }
+
     void copia_data() {
         // the change on the way (empty: none); the copy's rows
         const auto caso = Pruebas::Tabla<QString, QString>();
