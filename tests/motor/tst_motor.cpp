@@ -212,6 +212,7 @@ class TstMotor : public QObject {
         const auto caso = Pruebas::Tabla<QString>();
         caso("otro cambio después", "cambio");
         caso("un precio guardado después", "precio");
+        caso("el mismo precio guardado otra vez después", "mismo precio");
         caso("un precio escrito sin historial", "sin historial");
         caso("el producto quitado después", "quitar");
     }
@@ -232,6 +233,11 @@ class TstMotor : public QObject {
             ADODB::Transaccion unidad(t.db.Conexion());
             RegistrarPrecio(t.contexto, 1, 1, QString(), "30");
             t.db.Ejecutar("update detalle_precio set precio = 30 where producto = 1");
+            unidad.Commit();
+        } else if (despues == "mismo precio") {
+            // What is stored is what the operation left: only the history tells.
+            ADODB::Transaccion unidad(t.db.Conexion());
+            RegistrarPrecio(t.contexto, 1, 1, QString(), "21,95");
             unidad.Commit();
         } else if (despues == "sin historial") {
             t.db.Ejecutar("update detalle_precio set precio = 30 where producto = 1");
