@@ -1,6 +1,8 @@
 // Deleting the open price list: its header, its prices and the relations that apply it.
 #include "frmtarifas.h"
 
+#include "contextosesion.h"
+#include "motor/historial.h"
 #include "platform/datos/transaccion.h"
 #include "platform/ui/mensajes.h"
 #include "session/sesionsuite.h"
@@ -25,6 +27,8 @@ void FrmTarifas::cmdEliminar_Click() {
         // deletes only the header): they go too, in the same unit.
         ADODB::Transaccion unidad(conexion);
         viva = ListaSigueViva();
+        // The prices that go are the list's history, in the same unit.
+        RegistrarBorradoLista(ContextoSesion(), lista.toInt(), Label5->Caption());
         SvcRegistros registros;
         registros.BorrarRegistro(conexion, QStringLiteral("cabecera_precio"),
                                  SesionSuite.nombretienda, SesionSuite.multitienda,

@@ -3,7 +3,9 @@
 #include "frmtarifas.h"
 
 #include "columnas.h"
+#include "contextosesion.h"
 
+#include "motor/historial.h"
 #include "platform/datos/transaccion.h"
 #include "platform/ui/controles.h"
 #include "platform/ui/mensajes.h"
@@ -46,6 +48,7 @@ bool Grabar(FrmTarifas &f, const QString &criterio, const QString &campos) {
     ADODB::Connection &conexion = *SesionSuite.Conexion;
     for (;;) {
         bool viva = false;
+        bool escrito = false;
         std::optional<QString> guardado;
         {
             ADODB::Transaccion unidad(conexion);
@@ -55,15 +58,26 @@ bool Grabar(FrmTarifas &f, const QString &criterio, const QString &campos) {
             if (viva) {
                 guardado = f.PrecioGuardado(criterio);
                 if (MismoPrecio(guardado, f.estado.precioMostrado)) {
+                    // The price's history, in the same unit and before the old row goes.
+                    RegistrarPrecio(ContextoSesion(), f.lblCodigo->Caption().toInt(),
+                                    f.lblCodProducto->Caption().toInt(),
+                                    ModoTallaColor() ? f.lblCodProdTextil->Caption() : QString(),
+                                    f.txt_NuevoPrecio->Text());
                     registros.BorrarRegistro(conexion, Tabla, SesionSuite.nombretienda,
                                              SesionSuite.multitienda, criterio);
                     registros.InsertarRegistro(conexion, Tabla, campos, SesionSuite.nombretienda,
                                                SesionSuite.multitienda, QString());
                     unidad.Commit();
                     f.estado.precioMostrado = f.txt_NuevoPrecio->Text();
-                    return true;
+                    escrito = true;
                 }
             }
+        }
+        if (escrito) {
+            // Said once, at the first save on a database that can't keep the history.
+            if (const QString aviso = TomarAvisoHistorial(conexion); !aviso.isEmpty())
+                MsgBoxInformacion(aviso);
+            return true;
         }
         // Told once the unit has ended, never while it holds the list.
         if (!viva) {
