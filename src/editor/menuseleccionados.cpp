@@ -1,0 +1,43 @@
+// The context menu of the list's prices (grid_Pseleccionados): the one place that builds it.
+// Each item shows its shortcut, which acts on the current row while the grid has the focus.
+#include "frmtarifas.h"
+
+#include "columnas.h"
+
+#include "dialogos/menugrid.h"
+#include "session/sesionsuite.h"
+
+#include <QKeySequence>
+#include <algorithm>
+
+namespace {
+
+/// A row that holds a price of the list: a data row with a product code (the empty design row
+/// of a list without prices has none).
+bool FilaConPrecio(const Grid &grid, int fila) {
+    return fila > 0 && fila < grid.Rows() && !grid.TextMatrix(fila, ColLlano::Codigo).isEmpty();
+}
+
+} // namespace
+
+void FrmTarifas::crearMenuSeleccionados() {
+    static_assert(int(ColLlano::Codigo) == int(ColTallaColor::Codigo));
+    menuSeleccionados = new MenuGrid(*grid_Pseleccionados);
+    const auto conPrecio = [this](int fila) { return FilaConPrecio(*grid_Pseleccionados, fila); };
+    menuSeleccionados->Agregar(
+        QStringLiteral("Quitar de la tarifa"), QKeySequence(Qt::Key_Delete),
+        [this] { mnuQuitar_Click(); }, conPrecio);
+}
+
+void FrmTarifas::RelistarSeleccionados() {
+    Grid &grid = *grid_Pseleccionados;
+    const int fila = grid.Row();
+    // Back to the design rows first: a listing with no price leaves the grid as it finds it.
+    grid.setRows(1);
+    grid.setRows(2);
+    if (ModoTallaColor())
+        ListarProductosLista_textil();
+    else
+        ListarProductosLista();
+    grid.setRow(std::clamp(fila, 1, grid.Rows() - 1));
+}
