@@ -184,6 +184,10 @@ class FrmTarifas : public Form {
     /// Takes the current row's product (its size and colour) out of the open list, after a
     /// question that names it. The catalogue is untouched.
     void mnuQuitar_Click();
+    /// A bulk change of the open list; its prices are listed again after it.
+    void mnuCambiarPrecios_Click();
+    /// The open list's price history, and its undo.
+    void mnuHistorial_Click();
 
   private:
     void crearMenuSeleccionados();

@@ -4,7 +4,11 @@
 
 #include "columnas.h"
 
+#include "dialogos/dlgcambiarprecios.h"
+#include "dialogos/dlghistorial.h"
 #include "dialogos/menugrid.h"
+#include "dialogos/sesionmotor.h"
+#include "platform/ui/mensajes.h"
 #include "session/sesionsuite.h"
 
 #include <QKeySequence>
@@ -40,4 +44,35 @@ void FrmTarifas::RelistarSeleccionados() {
     else
         ListarProductosLista();
     grid.setRow(std::clamp(fila, 1, grid.Rows() - 1));
+}
+
+void FrmTarifas::mnuCambiarPrecios_Click() {
+    bool esLista = false;
+    const qint32 lista = lblCodigo->Caption().toInt(&esLista);
+    if (!esLista)
+        return;
+    DlgCambiarPrecios dialogo(ContextoSesion(), lista, Label5->Caption(), ventana());
+    if (dialogo.exec() != QDialog::Accepted || !dialogo.Resultado())
+        return;
+    // The engine's unit is over: the operator may be told now.
+    AvisarSinHistorial();
+    MsgBoxInformacion(dialogo.Resultado()->mensaje);
+    if (!dialogo.Resultado()->listaExiste) {
+        Unload(); // deleted by another terminal: the register lists what remains
+        return;
+    }
+    RelistarSeleccionados();
+}
+
+void FrmTarifas::mnuHistorial_Click() {
+    bool esLista = false;
+    const qint32 lista = lblCodigo->Caption().toInt(&esLista);
+    if (!esLista)
+        return;
+    DlgHistorial dialogo(ContextoSesion(), lista, Label5->Caption(), ventana());
+    dialogo.exec();
+    if (!dialogo.HuboCambios())
+        return;
+    AvisarSinHistorial();
+    RelistarSeleccionados();
 }
