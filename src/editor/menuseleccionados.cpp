@@ -28,9 +28,22 @@ void FrmTarifas::crearMenuSeleccionados() {
     static_assert(int(ColLlano::Codigo) == int(ColTallaColor::Codigo));
     menuSeleccionados = new MenuGrid(*grid_Pseleccionados);
     const auto conPrecio = [this](int fila) { return FilaConPrecio(*grid_Pseleccionados, fila); };
+    // The list in hand is the editor's own lblCodigo, as for every write of the editor.
+    const auto conLista = [this](int) {
+        bool esLista = false;
+        lblCodigo->Caption().toInt(&esLista);
+        return esLista;
+    };
+    const auto conHistorial = [conLista](int fila) { return conLista(fila) && HayHistorial(); };
+    menuSeleccionados->Agregar(
+        QStringLiteral("Cambiar precios…"), QKeySequence(Qt::CTRL | Qt::Key_M),
+        [this] { mnuCambiarPrecios_Click(); }, conLista);
     menuSeleccionados->Agregar(
         QStringLiteral("Quitar de la tarifa"), QKeySequence(Qt::Key_Delete),
         [this] { mnuQuitar_Click(); }, conPrecio);
+    menuSeleccionados->Agregar(
+        QStringLiteral("Historial de precios…"), QKeySequence(Qt::CTRL | Qt::Key_H),
+        [this] { mnuHistorial_Click(); }, conHistorial);
 }
 
 void FrmTarifas::RelistarSeleccionados() {

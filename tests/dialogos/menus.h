@@ -5,13 +5,17 @@
 #include "platform/ui/grid.h"
 #include "platform/ui/modelogrid.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QMenu>
+#include <QPointer>
 #include <QTableView>
+#include <QTimer>
 #include <QtTest>
+#include <functional>
 
 /// The right button on grid row `fila` of `g`: a data row, 0 the title row, -1 below the last
 /// row. Gives the menu that shows, or nullptr when none does.
@@ -61,4 +65,40 @@ inline bool Elegir(QMenu *menu, const QString &texto) {
 inline void CerrarMenus() {
     while (QWidget *w = QApplication::activePopupWidget())
         w->close();
+}
+
+/// Runs `accion`; when a modal dialog of class `D` shows meanwhile, runs `mientras` in it, and
+/// closes it (Cancelar) if it is still open after. True when the dialog showed.
+template <class D>
+bool ConDialogo(const std::function<void()> &accion, const std::function<void(D &)> &mientras) {
+    bool visto = false;
+    QTimer sondeo;
+    sondeo.setInterval(5);
+    QObject::connect(&sondeo, &QTimer::timeout, [&] {
+        QPointer<D> d = qobject_cast<D *>(QApplication::activeModalWidget());
+        if (!d || !d->isVisible())
+            return;
+        sondeo.stop();
+        visto = true;
+        mientras(*d); // a failed check returns from here; the dialog is closed all the same
+        if (d && d->isVisible())
+            d->reject();
+    });
+    sondeo.start();
+    accion();
+    return visto;
+}
+
+/// The child of `padre` named `nombre`, of class T; fails the test when there is none.
+template <class T> T *Hijo(QWidget &padre, const char *nombre) {
+    T *w = padre.findChild<T *>(QLatin1String(nombre));
+    if (!w)
+        qWarning("No %s in the dialog", nombre);
+    return w;
+}
+
+/// Clicks the button `nombre` of a dialog.
+inline void Pulsar(QWidget &dialogo, const char *nombre) {
+    if (auto *b = Hijo<QAbstractButton>(dialogo, nombre))
+        QTest::mouseClick(b, Qt::LeftButton);
 }
