@@ -7,6 +7,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <QVariantList>
 #include <optional>
 #include <vector>
 
@@ -18,15 +19,15 @@
 
 /// The kinds of operation, stored by their code.
 enum class TipoOperacion {
-    Precio,       ///< the editor's save of one price
-    Cambio,       ///< a bulk change
-    Copia,        ///< a list copied into a new one
-    Quitar,       ///< a product (or variant) taken out of a list
-    BorrarLista,  ///< a whole list deleted
-    Deshacer,     ///< an operation undone
-    Importacion,  ///< prices read from a file
+    Precio,      ///< the editor's save of one price
+    Cambio,      ///< a bulk change
+    Copia,       ///< a list copied into a new one
+    Quitar,      ///< a product (or variant) taken out of a list
+    BorrarLista, ///< a whole list deleted
+    Deshacer,    ///< an operation undone
+    Importacion, ///< prices read from a file
 };
-QString CodigoTipo(TipoOperacion tipo);   ///< what is stored: "precio", "cambio", …
+QString CodigoTipo(TipoOperacion tipo);    ///< what is stored: "precio", "cambio", …
 QString NombreTipo(const QString &codigo); ///< what the operator reads: "Cambio de precios", …
 
 /// Whether the history tables exist on this connection's database, making them the first time
@@ -57,6 +58,10 @@ class RegistroOperacion {
     /// Records every price row of `lista` now stored as removed (before a delete) or as new
     /// (after a copy), with one statement.
     void FilasDeLista(qint32 lista, bool comoNuevas);
+    /// Records the rows a select gives, with one statement: its columns are producto,
+    /// variante ('' for a plain product), anterior and nuevo (Null for none). For the engine's
+    /// set-wise writes; `valores` are bound to its "?" in order.
+    void FilasDeSeleccion(const QString &seleccion, const QVariantList &valores = {});
     /// Writes the rows still held. Gives the operation's number (0 without history).
     qint64 Cerrar();
     qint64 Numero() const { return numero; }
@@ -64,10 +69,11 @@ class RegistroOperacion {
 
   private:
     void volcar();
-    const ContextoMotor &contexto;
-    qint32 lista;
+    ADODB::Connection *conexion;
+    qint32 listaOperacion;
     qint64 numero = 0;
     bool activo = false;
+    int filas = 0;
     struct Pendiente {
         qint32 producto;
         QString variante;
@@ -120,20 +126,19 @@ QList<FilaHistorial> FilasDeOperacion(const ContextoMotor &contexto, qint64 oper
 /// What undoing an operation came to. Nothing is written unless `estado` is Deshecha.
 struct ResultadoDeshacer {
     enum Estado {
-        Deshecha,      ///< every row back to its old price, recorded as an operation
+        Deshecha,        ///< every row back to its old price, recorded as an operation
         CambiadaDespues, ///< a row changed again since: `productos` names them
-        ListaBorrada,  ///< the list no longer exists
-        NoExiste,      ///< no such operation of that list
-        SinHistorial,  ///< the database keeps no history
+        ListaBorrada,    ///< the list no longer exists
+        NoExiste,        ///< no such operation of that list
+        SinHistorial,    ///< the database keeps no history
     };
     Estado estado = NoExiste;
-    QStringList productos;  ///< the products changed since ("Camisa (M, Azul)")
-    qint64 operacion = 0;   ///< the undo's own operation, when Deshecha
-    QString mensaje;        ///< the sentence for the operator, in every case
+    QStringList productos; ///< the products changed since ("Camisa (M, Azul)")
+    qint64 operacion = 0;  ///< the undo's own operation, when Deshecha
+    QString mensaje;       ///< the sentence for the operator, in every case
 };
 
 /// Undoes operation `operacion` of `lista` whole, in one unit of work, or nothing: refused
 /// when any of its rows was changed since (a later operation touched it, or its stored price
 /// is no longer the operation's new one). Raises ErrorBD (and writes nothing) on a failure.
-ResultadoDeshacer DeshacerOperacion(const ContextoMotor &contexto, qint32 lista,
-                                    qint64 operacion);
+ResultadoDeshacer DeshacerOperacion(const ContextoMotor &contexto, qint32 lista, qint64 operacion);

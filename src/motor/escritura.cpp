@@ -1,0 +1,91 @@
+#include "escritura.h"
+
+using SQLMotor::Motor;
+
+namespace {
+
+void PrepararTemporales(ADODB::Connection &conexion, Motor motor) {
+    // Made once for the connection's life, emptied for each use: their rows never outlive the
+    // unit that wrote them, as every use starts by emptying them.
+    const bool lite = motor == Motor::SQLite;
+    SQLMotor::Ejecutar(conexion,
+                       lite ? QStringLiteral("create temp table if not exists motor_filas "
+                                             "(clave integer primary key, nuevo numeric)")
+                            : QStringLiteral("create temporary table if not exists motor_filas "
+                                             "(clave tid, nuevo numeric)"));
+    SQLMotor::Ejecutar(conexion,
+                       lite ? QStringLiteral("create temp table if not exists motor_altas "
+                                             "(producto integer, variante text, nuevo numeric)")
+                            : QStringLiteral("create temporary table if not exists motor_altas "
+                                             "(producto integer, variante text, nuevo numeric)"));
+    SQLMotor::Ejecutar(conexion, QStringLiteral("delete from motor_filas"));
+    SQLMotor::Ejecutar(conexion, QStringLiteral("delete from motor_altas"));
+}
+
+} // namespace
+
+void EscribirCambios(ADODB::Connection &conexion, qint32 lista, const CambiosFilas &cambios,
+                     RegistroOperacion *registro) {
+    if (cambios.Total() == 0)
+        return;
+    const Motor motor = SQLMotor::De(conexion);
+    PrepararTemporales(conexion, motor);
+    const bool historial = registro && registro->Activo();
+    const QString codigo = QString::number(lista);
+    const QString claveDetalle =
+        motor == Motor::SQLite ? QStringLiteral("rowid") : QStringLiteral("ctid");
+
+    if (!cambios.modificar.empty() || !cambios.borrar.empty()) {
+        std::vector<QVariant> valores;
+        valores.reserve(2 * (cambios.modificar.size() + cambios.borrar.size()));
+        for (const CambiosFilas::Cambio &c : cambios.modificar) {
+            valores.push_back(c.clave);
+            valores.push_back(c.nuevo.TextoSQL());
+        }
+        for (const QVariant &clave : cambios.borrar) {
+            valores.push_back(clave);
+            valores.push_back(SQLMotor::TextoNulo());
+        }
+        SQLMotor::InsertarPorLotes(
+            conexion, QStringLiteral("insert into motor_filas (clave, nuevo) values "), 2, valores);
+        if (historial)
+            registro->FilasDeSeleccion(
+                QStringLiteral("select d.producto, coalesce(d.codproductotextil, '') as variante, "
+                               "d.precio as anterior, t.nuevo from motor_filas t join "
+                               "detalle_precio d on d.") +
+                claveDetalle + QStringLiteral(" = t.clave"));
+        if (!cambios.modificar.empty())
+            SQLMotor::Ejecutar(
+                conexion, QStringLiteral("update detalle_precio set precio = t.nuevo from "
+                                         "motor_filas t where detalle_precio.") +
+                              claveDetalle + QStringLiteral(" = t.clave and t.nuevo is not null"));
+        if (!cambios.borrar.empty())
+            SQLMotor::Ejecutar(conexion,
+                               QStringLiteral("delete from detalle_precio where ") + claveDetalle +
+                                   QStringLiteral(" in (select clave from motor_filas where "
+                                                  "nuevo is null)"));
+    }
+
+    if (!cambios.altas.empty()) {
+        std::vector<QVariant> valores;
+        valores.reserve(3 * cambios.altas.size());
+        for (const CambiosFilas::Alta &a : cambios.altas) {
+            valores.push_back(a.producto);
+            valores.push_back(a.variante);
+            valores.push_back(a.precio.TextoSQL());
+        }
+        SQLMotor::InsertarPorLotes(
+            conexion, QStringLiteral("insert into motor_altas (producto, variante, nuevo) values "),
+            3, valores);
+        if (historial)
+            registro->FilasDeSeleccion(
+                QStringLiteral("select producto, variante, cast(null as numeric) as anterior, "
+                               "nuevo from motor_altas"));
+        SQLMotor::Ejecutar(conexion,
+                           QStringLiteral("insert into detalle_precio (identificador, producto, "
+                                          "precio, codproductotextil) select ") +
+                               codigo +
+                               QStringLiteral(", producto, nuevo, nullif(variante, '') from "
+                                              "motor_altas"));
+    }
+}

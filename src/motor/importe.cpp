@@ -1,0 +1,112 @@
+#include "importe.h"
+
+#include "aritmetica.h"
+
+#include <QRegularExpression>
+
+namespace {
+
+constexpr int MaximoEscala = 15;
+
+} // namespace
+
+std::optional<Importe> Importe::Leer(const QString &texto) {
+    static const QRegularExpression forma(QStringLiteral("^([+-]?)([0-9]*)(?:[.,]([0-9]*))?$"));
+    const QRegularExpressionMatch m = forma.match(texto.trimmed());
+    if (!m.hasMatch())
+        return std::nullopt;
+    QString entera = m.captured(2);
+    QString fraccion = m.captured(3);
+    if (entera.isEmpty() && fraccion.isEmpty())
+        return std::nullopt;
+    // Trailing zeros of the decimals say nothing of the value; leading zeros of the units
+    // neither.
+    while (fraccion.endsWith(QLatin1Char('0')))
+        fraccion.chop(1);
+    while (entera.startsWith(QLatin1Char('0')))
+        entera.remove(0, 1);
+    if (fraccion.size() > MaximoEscala)
+        return std::nullopt;
+    QString cifras = entera + fraccion;
+    while (cifras.startsWith(QLatin1Char('0')))
+        cifras.remove(0, 1);
+    if (cifras.size() > 15)
+        return std::nullopt;
+    Importe r;
+    r.unidades = cifras.isEmpty() ? 0 : cifras.toLongLong();
+    r.escala = r.unidades == 0 ? 0 : int(fraccion.size());
+    if (m.captured(1) == QLatin1String("-"))
+        r.unidades = -r.unidades;
+    return r;
+}
+
+Importe Importe::DeUnidades(qint64 unidades, int escala) {
+    Importe r;
+    r.unidades = unidades;
+    r.escala = escala < 0 ? 0 : escala;
+    return r.Reducido();
+}
+
+Importe Importe::Reducido() const {
+    Importe r = *this;
+    while (r.escala > 0 && r.unidades % 10 == 0) {
+        r.unidades /= 10;
+        --r.escala;
+    }
+    if (r.unidades == 0)
+        r.escala = 0;
+    return r;
+}
+
+namespace {
+
+/// The digits of `unidades` (>= 0) with a separator before the last `escala` of them.
+QString Digitos(Aritmetica::Entero unidades, int escala, QChar separador) {
+    QString cifras;
+    do {
+        cifras.prepend(QChar(u'0' + int(unidades % 10)));
+        unidades /= 10;
+    } while (unidades > 0);
+    if (escala == 0)
+        return cifras;
+    if (cifras.size() <= escala)
+        cifras = QString(escala + 1 - cifras.size(), QLatin1Char('0')) + cifras;
+    return cifras.left(cifras.size() - escala) + separador + cifras.right(escala);
+}
+
+} // namespace
+
+QString Importe::TextoSQL() const {
+    const Aritmetica::Entero magnitud = unidades < 0 ? -Aritmetica::Entero(unidades) : unidades;
+    const QString texto = Digitos(magnitud, escala, QLatin1Char('.'));
+    return unidades < 0 ? QLatin1Char('-') + texto : texto;
+}
+
+QString Importe::Texto(int decimales, QChar separador) const {
+    if (decimales < 0)
+        decimales = 0;
+    Aritmetica::Entero valor = unidades;
+    if (decimales < escala)
+        valor = Aritmetica::DividirRedondeando(valor, *Aritmetica::Potencia10(escala - decimales));
+    else
+        valor *= *Aritmetica::Potencia10(decimales - escala);
+    const bool negativo = valor < 0;
+    const QString texto = Digitos(negativo ? -valor : valor, decimales, separador);
+    return negativo ? QLatin1Char('-') + texto : texto;
+}
+
+bool operator==(const Importe &a, const Importe &b) {
+    const Importe x = a.Reducido();
+    const Importe y = b.Reducido();
+    return x.unidades == y.unidades && x.escala == y.escala;
+}
+
+bool operator<(const Importe &a, const Importe &b) {
+    const int escala = std::max(a.escala, b.escala);
+    // Both hold at most 15 digits at a scale of at most 15: 10^30 fits in 128 bits.
+    const Aritmetica::Entero x =
+        Aritmetica::Entero(a.unidades) * *Aritmetica::Potencia10(escala - a.escala);
+    const Aritmetica::Entero y =
+        Aritmetica::Entero(b.unidades) * *Aritmetica::Potencia10(escala - b.escala);
+    return x < y;
+}

@@ -1,0 +1,105 @@
+#include "sqlmotor.h"
+
+#include "platform/datos/errorbd.h"
+#include "platform/datos/recordset.h"
+
+#include <QSqlDriver>
+#include <QSqlError>
+
+namespace SQLMotor {
+
+Motor De(ADODB::Connection &conexion) {
+    switch (conexion.dialecto().Producto()) {
+    case QSqlDriver::SQLite:
+        return Motor::SQLite;
+    case QSqlDriver::PostgreSQL:
+        return Motor::PostgreSQL;
+    default:
+        break;
+    }
+    if (conexion.Base().driverName() == QLatin1String("QSQLITE"))
+        return Motor::SQLite;
+    throw ErrorBD(
+        QStringLiteral("Los cambios de una tarifa entera (cambiar precios, copiar, quitar "
+                       "un producto, deshacer) solo se pueden hacer en una base de datos "
+                       "SQLite o PostgreSQL; esta es %1. No se ha grabado nada.")
+            .arg(conexion.dialecto().Nombre()));
+}
+
+QString ClaveFila(Motor motor, const QString &alias) {
+    if (motor == Motor::SQLite)
+        return alias + QStringLiteral(".rowid");
+    return QStringLiteral("cast(") + alias + QStringLiteral(".ctid as text)");
+}
+
+QSqlQuery Ejecutar(ADODB::Connection &conexion, const QString &sentencia,
+                   const QVariantList &valores) {
+    QSqlQuery q(conexion.Base());
+    if (!q.prepare(sentencia))
+        throw conexion.Fallo(q.lastError(), sentencia);
+    for (const QVariant &v : valores)
+        q.addBindValue(v);
+    if (!q.exec())
+        throw conexion.Fallo(q.lastError(), sentencia);
+    return q;
+}
+
+void InsertarPorLotes(ADODB::Connection &conexion, const QString &cabecera, int columnas,
+                      const std::vector<QVariant> &valores) {
+    // 400 rows a statement keeps well inside every database's limit of bound values and
+    // saves nearly all the cost of a statement per row.
+    constexpr int FilasPorLote = 400;
+    const int filas = int(valores.size()) / columnas;
+    QString fila = QStringLiteral("(?");
+    for (int c = 1; c < columnas; ++c)
+        fila += QStringLiteral(", ?");
+    fila += QLatin1Char(')');
+    const auto sentencia = [&](int n) {
+        QStringList partes;
+        partes.reserve(n);
+        for (int i = 0; i < n; ++i)
+            partes << fila;
+        return cabecera + partes.join(QStringLiteral(", "));
+    };
+    QSqlQuery lleno(conexion.Base());
+    bool preparado = false;
+    for (int inicio = 0; inicio < filas; inicio += FilasPorLote) {
+        const int n = std::min(FilasPorLote, filas - inicio);
+        QSqlQuery resto(conexion.Base());
+        QSqlQuery &q = n == FilasPorLote ? lleno : resto;
+        const QString texto = sentencia(n);
+        if ((n != FilasPorLote || !preparado) && !q.prepare(texto))
+            throw conexion.Fallo(q.lastError(), texto);
+        if (n == FilasPorLote)
+            preparado = true;
+        const size_t desde = size_t(inicio) * size_t(columnas);
+        for (size_t i = 0; i < size_t(n) * size_t(columnas); ++i)
+            q.bindValue(int(i), valores[desde + i]);
+        if (!q.exec())
+            throw conexion.Fallo(q.lastError(), texto);
+    }
+}
+
+bool BloquearLista(ADODB::Connection &conexion, qint32 lista) {
+    const bool servidor = De(conexion) == Motor::PostgreSQL;
+    ADODB::Recordset rs;
+    rs.Open(QStringLiteral("select identificador from cabecera_precio where identificador = ?") +
+                (servidor ? QStringLiteral(" for update") : QString()),
+            {lista}, conexion);
+    const bool viva = rs.RecordCount() > 0;
+    rs.Close();
+    return viva;
+}
+
+bool ExisteLista(ADODB::Connection &conexion, qint32 lista) {
+    ADODB::Recordset rs;
+    rs.Open(QStringLiteral("select identificador from cabecera_precio where identificador = ?"),
+            {lista}, conexion);
+    return rs.RecordCount() > 0;
+}
+
+QVariant TextoNulo() {
+    return QVariant(QMetaType::fromType<QString>());
+}
+
+} // namespace SQLMotor
