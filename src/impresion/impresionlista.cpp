@@ -14,8 +14,8 @@ struct Maqueta {
     QRectF pagina;
     QFont letra;
     QFont titulo;
-    double alto = 0;       ///< of a row
-    double cabecera = 0;   ///< height of the heading, column titles included
+    double alto = 0;     ///< of a row
+    double cabecera = 0; ///< height of the heading, column titles included
     int filasPorPagina = 1;
     double columnas[4] = {}; ///< left edge of code, product, standard price, list price
     double finPrecios = 0;
@@ -65,9 +65,9 @@ void Encabezado(QPainter &p, const Maqueta &m, const DocumentoLista &d, int pagi
                Qt::AlignLeft | Qt::AlignVCenter, d.tienda);
     y += medidaTitulo.height() * 1.3;
     p.setFont(m.letra);
-    const QString periodo = QStringLiteral("%1 (del %2 al %3)")
-                                .arg(d.lista.nombre, FechaATexto(d.lista.desde),
-                                     FechaATexto(d.lista.hasta));
+    const QString periodo =
+        QStringLiteral("%1 (del %2 al %3)")
+            .arg(d.lista.nombre, FechaATexto(d.lista.desde), FechaATexto(d.lista.hasta));
     p.drawText(QRectF(0, y, m.pagina.width() * 0.7, m.alto), Qt::AlignLeft | Qt::AlignVCenter,
                periodo);
     p.drawText(QRectF(0, y, m.pagina.width(), m.alto), Qt::AlignRight | Qt::AlignVCenter,

@@ -11,10 +11,10 @@ class QPagedPaintDevice;
 
 /// A list on paper: what goes on it.
 struct DocumentoLista {
-    QString tienda;       ///< the shop's name
-    CabeceraLista lista;  ///< its name and period
-    QDate impresion;      ///< the day it is printed
-    int decimales = 2;    ///< the shop's
+    QString tienda;      ///< the shop's name
+    CabeceraLista lista; ///< its name and period
+    QDate impresion;     ///< the day it is printed
+    int decimales = 2;   ///< the shop's
     QChar separador = QLatin1Char(',');
     std::vector<FilaPrecio> filas; ///< in the editor's order
 };

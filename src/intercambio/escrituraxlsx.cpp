@@ -83,12 +83,12 @@ void EscritorXlsx::Linea(const QStringList &campos) {
         if (l.columnasPrecio.contains(int(c))) {
             // The spreadsheet keeps a number in binary: the decimal text of the price, of
             // at most 15 digits, reads back exactly in it.
-            l.Anotar(worksheet_write_number(l.hoja, l.fila, lxw_col_t(c), campo.toDouble(),
-                                            l.precio));
+            l.Anotar(
+                worksheet_write_number(l.hoja, l.fila, lxw_col_t(c), campo.toDouble(), l.precio));
         } else {
             const QByteArray texto = campo.toUtf8();
-            l.Anotar(worksheet_write_string(l.hoja, l.fila, lxw_col_t(c), texto.constData(),
-                                            nullptr));
+            l.Anotar(
+                worksheet_write_string(l.hoja, l.fila, lxw_col_t(c), texto.constData(), nullptr));
         }
     }
     ++l.fila;

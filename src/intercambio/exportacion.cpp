@@ -29,7 +29,8 @@ ResultadoExportacion ExportarCsv(const ContextoMotor &contexto, qint32 lista, co
     ResultadoExportacion resultado;
     QSaveFile fichero(ruta);
     if (!fichero.open(QIODevice::WriteOnly)) {
-        resultado.error = QStringLiteral("No se puede escribir %1: %2.").arg(ruta, fichero.errorString());
+        resultado.error =
+            QStringLiteral("No se puede escribir %1: %2.").arg(ruta, fichero.errorString());
         return resultado;
     }
     EscritorCsv csv(fichero);
@@ -38,7 +39,8 @@ ResultadoExportacion ExportarCsv(const ContextoMotor &contexto, qint32 lista, co
         escrito = escrito && csv.Linea(Campos(fila, contexto.numDecimales, separadorDecimal));
     });
     if (!escrito || !fichero.commit())
-        resultado.error = QStringLiteral("No se pudo escribir %1: %2.").arg(ruta, fichero.errorString());
+        resultado.error =
+            QStringLiteral("No se pudo escribir %1: %2.").arg(ruta, fichero.errorString());
     return resultado;
 }
 
@@ -61,13 +63,13 @@ ResultadoExportacion ExportarXlsx(const ContextoMotor &contexto, qint32 lista,
 } // namespace
 
 QStringList CabeceraExportacion() {
-    return {QStringLiteral("codigo"), QStringLiteral("variante"),     QStringLiteral("nombre"),
-            QStringLiteral("talla"),  QStringLiteral("color"),        QStringLiteral("precio_venta"),
+    return {QStringLiteral("codigo"), QStringLiteral("variante"), QStringLiteral("nombre"),
+            QStringLiteral("talla"),  QStringLiteral("color"),    QStringLiteral("precio_venta"),
             QStringLiteral("precio")};
 }
 
-ResultadoExportacion ExportarLista(const ContextoMotor &contexto, qint32 lista,
-                                   const QString &ruta, QChar separadorDecimal) {
+ResultadoExportacion ExportarLista(const ContextoMotor &contexto, qint32 lista, const QString &ruta,
+                                   QChar separadorDecimal) {
     const QString extension = QFileInfo(ruta).suffix().toLower();
     if (extension == QLatin1String("csv"))
         return ExportarCsv(contexto, lista, ruta, separadorDecimal);

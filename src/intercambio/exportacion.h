@@ -19,5 +19,5 @@ struct ResultadoExportacion {
 /// (the regional one), a workbook's are numbers; both with the shop's decimals. The file
 /// appears whole or not at all; what was at its place stays when the export fails. Raises
 /// ErrorBD when the database fails.
-ResultadoExportacion ExportarLista(const ContextoMotor &contexto, qint32 lista,
-                                   const QString &ruta, QChar separadorDecimal);
+ResultadoExportacion ExportarLista(const ContextoMotor &contexto, qint32 lista, const QString &ruta,
+                                   QChar separadorDecimal);

@@ -6,12 +6,14 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+#include <QVariant>
 #include <optional>
 #include <vector>
 
 /// What the prices of a file do to a list: "añadir y actualizar" (the file's lines add or
-/// change prices, the list's others stay), or "sustituir" (the list's prices the file does not
-/// name are removed as well).
+/// change prices, the list's others stay), or "sustituir" (the list's prices of live products
+/// that the file does not name are removed as well; a deleted product's row, which no screen
+/// nor export shows, stays).
 enum class ModoImportacion { AnadirYActualizar, Sustituir };
 
 /// A line of the file that will not be imported, and why, in the operator's words.
@@ -28,7 +30,7 @@ struct PrecioImportado {
     QString variante;
     std::optional<Importe> anterior;
     std::optional<Importe> nuevo;
-    bool guardada = false; ///< the list has the row now (its price may be no number)
+    QVariant fila; ///< the stored row's name when the list has it (its price may be no number)
 };
 
 /// The dry run: what the file would do to the list, nothing written. Counts are of price rows
@@ -69,8 +71,7 @@ struct ResultadoImportacion {
 /// the list held, so it writes exactly what that finds. With refused lines it writes nothing
 /// unless `soloValidas`. Raises ErrorBD, and writes nothing, on a failure of the database.
 ResultadoImportacion Importar(const ContextoMotor &contexto, qint32 lista, const QByteArray &datos,
-                              ModoImportacion modo, bool soloValidas,
-                              const QString &descripcion);
+                              ModoImportacion modo, bool soloValidas, const QString &descripcion);
 
 /// "120 añadidos, 35 cambiados, 0 quitados, 845 iguales".
 QString ResumenImportacion(const PlanImportacion &plan);

@@ -89,7 +89,7 @@ bool EsUtf8(QByteArrayView datos) {
 QString DesdeWindows1252(QByteArrayView bytes) {
     // 0x80–0x9F; 0 where the code page has no character (the byte stays as it is).
     static constexpr char16_t altos[32] = {
-        0x20AC, 0, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+        0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
         0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
         0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
     QString texto(bytes.size(), Qt::Uninitialized);
@@ -126,8 +126,8 @@ FicheroCsv LeerCsv(const QByteArray &bytes) {
         throw std::bad_alloc();
     csv_set_delim(&analizador, static_cast<unsigned char>(fichero.separador));
     csv_set_space_func(&analizador, SoloEspacio);
-    const size_t leidos = csv_parse(&analizador, datos.data(), size_t(datos.size()), AlCampo,
-                                    AlFinDeLinea, &lector);
+    const size_t leidos =
+        csv_parse(&analizador, datos.data(), size_t(datos.size()), AlCampo, AlFinDeLinea, &lector);
     const bool completo = leidos == size_t(datos.size()) &&
                           csv_fini(&analizador, AlCampo, AlFinDeLinea, &lector) == 0;
     const int error = csv_error(&analizador);

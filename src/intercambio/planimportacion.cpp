@@ -6,6 +6,7 @@
 #include "preciosdelista.h"
 
 #include "motor/redondeo.h"
+#include "motor/sqlmotor.h"
 #include "platform/datos/recordset.h"
 
 #include <QHash>
@@ -84,7 +85,7 @@ struct Catalogo {
             for (; !rs.Eof(); rs.MoveNext())
                 if (!extra.EsNulo())
                     InsertarNueva(porCodigoExtra, extra.Texto().toLower(),
-                                               qint32(codigo.Value().toLongLong()));
+                                  qint32(codigo.Value().toLongLong()));
         }
         if (!tallaColor)
             return;
@@ -148,8 +149,8 @@ QString BuscarClaves(const QString &codigo, const QString &variante, const Catal
     if (!variante.isEmpty()) {
         if (!contexto.tallaColor) {
             return QStringLiteral("la variante %1 no cabe en una tienda sin tallas ni "
-                                          "colores")
-                               .arg(Entre(variante));
+                                  "colores")
+                .arg(Entre(variante));
         }
         const auto v = catalogo.porCodigoVariante.constFind(variante);
         if (v == catalogo.porCodigoVariante.cend()) {
@@ -161,7 +162,7 @@ QString BuscarClaves(const QString &codigo, const QString &variante, const Catal
         }
         if (producto && producto->codigo != v->padre) {
             return QStringLiteral("la variante %1 no es del producto %2")
-                               .arg(Entre(variante), Entre(codigo));
+                .arg(Entre(variante), Entre(codigo));
         }
         claves.append({v->padre, v->hijo});
         return QString();
@@ -180,7 +181,6 @@ QString BuscarClaves(const QString &codigo, const QString &variante, const Catal
     return QString();
 }
 
-
 /// Reads one line: what its codes find, then its price.
 LineaLeida LeerLinea(const LineaCsv &linea, const Columnas &col, int campos,
                      const Catalogo &catalogo, const ContextoMotor &contexto) {
@@ -193,8 +193,7 @@ LineaLeida LeerLinea(const LineaCsv &linea, const Columnas &col, int campos,
         return leida;
     }
     const QString codigo = col.codigo >= 0 ? linea.campos[col.codigo].trimmed() : QString();
-    const QString variante =
-        col.variante >= 0 ? linea.campos[col.variante].trimmed() : QString();
+    const QString variante = col.variante >= 0 ? linea.campos[col.variante].trimmed() : QString();
     const QString textoPrecio = linea.campos[col.precio].trimmed();
     if (codigo.isEmpty() && variante.isEmpty()) {
         leida.motivo = QStringLiteral("la línea no tiene código");
@@ -220,20 +219,28 @@ LineaLeida LeerLinea(const LineaCsv &linea, const Columnas &col, int campos,
     return leida;
 }
 
-/// The list's prices now, by row.
-QHash<Clave, std::optional<Importe>> PreciosGuardados(const ContextoMotor &contexto,
-                                                       qint32 lista) {
-    QHash<Clave, std::optional<Importe>> guardados;
+/// A price row the list has now: its name for the engine's writer, and its price.
+struct Guardada {
+    QVariant fila;
+    std::optional<Importe> precio;
+};
+
+/// The list's prices now, by product and variant.
+QHash<Clave, Guardada> PreciosGuardados(const ContextoMotor &contexto, qint32 lista) {
+    QHash<Clave, Guardada> guardados;
+    const SQLMotor::Motor motor = SQLMotor::De(*contexto.conexion);
     ADODB::Recordset rs;
-    rs.Open(QStringLiteral("select producto, codproductotextil, precio from detalle_precio where "
-                           "identificador = ?"),
+    rs.Open(QStringLiteral("select d.producto, d.codproductotextil, d.precio, ") +
+                SQLMotor::ClaveFila(motor, QStringLiteral("d")) +
+                QStringLiteral(" as fila from detalle_precio d where d.identificador = ?"),
             {lista}, *contexto.conexion);
-    const ADODB::Field producto = rs.Fields(0), variante = rs.Fields(1), precio = rs.Fields(2);
+    const ADODB::Field producto = rs.Fields(0), variante = rs.Fields(1), precio = rs.Fields(2),
+                       fila = rs.Fields(3);
     guardados.reserve(rs.RecordCount());
     for (; !rs.Eof(); rs.MoveNext())
         guardados.insert({qint32(producto.Value().toLongLong()),
                           contexto.tallaColor ? variante.Texto() : QString()},
-                         ImporteDeValor(precio.Value()));
+                         {fila.Value(), ImporteDeValor(precio.Value())});
     return guardados;
 }
 
@@ -289,7 +296,7 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
         }
     }
 
-    const QHash<Clave, std::optional<Importe>> guardados = PreciosGuardados(contexto, lista);
+    const QHash<Clave, Guardada> guardados = PreciosGuardados(contexto, lista);
     QSet<Clave> nombradas; // rows a line names, valid or not: "sustituir" leaves them
     nombradas.reserve(qsizetype(lineas.size()));
     QHash<Clave, Importe> nuevos;
@@ -308,22 +315,25 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
             if (g == guardados.cend()) {
                 ++plan.anadidos;
                 plan.cambios.push_back(
-                    {clave.first, clave.second, std::nullopt, leida.precio, false});
-            } else if (*g && **g == *leida.precio) {
+                    {clave.first, clave.second, std::nullopt, leida.precio, QVariant()});
+            } else if (g->precio && *g->precio == *leida.precio) {
                 ++plan.iguales;
             } else {
                 ++plan.cambiados;
-                plan.cambios.push_back({clave.first, clave.second, *g, leida.precio, true});
+                plan.cambios.push_back(
+                    {clave.first, clave.second, g->precio, leida.precio, g->fila});
             }
         }
     }
     if (modo == ModoImportacion::Sustituir) {
+        // Only what the operator sees goes: a deleted product's row shows nowhere (nor in an
+        // export), so no file can name it.
         for (auto g = guardados.cbegin(); g != guardados.cend(); ++g) {
-            if (nombradas.contains(g.key()))
+            if (nombradas.contains(g.key()) || catalogo.borrado.value(g.key().first, true))
                 continue;
             ++plan.quitados;
             plan.cambios.push_back(
-                {g.key().first, g.key().second, g.value(), std::nullopt, true});
+                {g.key().first, g.key().second, g->precio, std::nullopt, g->fila});
         }
     }
     return plan;

@@ -53,7 +53,7 @@ struct Variante {
 /// The variants of the products priced in `lista`, by (product, variant code). A size or a
 /// colour without its row leaves its word empty; the variant's code and price still count.
 QHash<std::pair<qint64, QString>, Variante> VariantesDeLista(ADODB::Connection &conexion,
-                                                            const QString &lista) {
+                                                             const QString &lista) {
     QHash<std::pair<qint64, QString>, Variante> variantes;
     ADODB::Recordset rs;
     rs.Open(QStringLiteral("select productostextil.codigopadre,productostextil.codigohijo,"
@@ -77,8 +77,8 @@ QHash<std::pair<qint64, QString>, Variante> VariantesDeLista(ADODB::Connection &
             continue;
         // The first row of a code answers for it, as the editor takes its first.
         InsertarNueva(variantes, std::make_pair(padre.Value().toLongLong(), hijo.Texto()),
-                              Variante{codCliente.Texto(), talla.Texto(), color.Texto(),
-                                       ImporteDeValor(precio.Value())});
+                      Variante{codCliente.Texto(), talla.Texto(), color.Texto(),
+                               ImporteDeValor(precio.Value())});
     }
     return variantes;
 }

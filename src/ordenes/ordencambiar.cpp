@@ -56,8 +56,7 @@ PeticionCambio LeerPeticion(const QCommandLineParser &opciones, qint32 lista,
         throw UsoIncorrecto{QStringLiteral("--base es tarifa o venta, no \"%1\"").arg(textoBase)};
     peticion.base = textoBase == QLatin1String("venta") ? PeticionCambio::Base::Catalogo
                                                         : PeticionCambio::Base::Tarifa;
-    if (int(opciones.isSet(seccion)) + int(opciones.isSet(nombre)) +
-            int(opciones.isSet(catalogo)) >
+    if (int(opciones.isSet(seccion)) + int(opciones.isSet(nombre)) + int(opciones.isSet(catalogo)) >
         1)
         throw UsoIncorrecto{QStringLiteral("--seccion, --nombre y --todo-el-catalogo no van "
                                            "juntas")};

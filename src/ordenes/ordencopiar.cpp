@@ -30,10 +30,10 @@ int Copiar(const QCommandLineParser &opciones, const QStringList &argumentos, Co
     PeticionCopia peticion;
     peticion.origen = *lista;
     peticion.nombre = argumentos[1];
-    peticion.desde = opciones.isSet(desde) ? LeerFecha(opciones.value(desde), desde.names()[0])
-                                           : origen->desde;
-    peticion.hasta = opciones.isSet(hasta) ? LeerFecha(opciones.value(hasta), hasta.names()[0])
-                                           : origen->hasta;
+    peticion.desde =
+        opciones.isSet(desde) ? LeerFecha(opciones.value(desde), desde.names()[0]) : origen->desde;
+    peticion.hasta =
+        opciones.isSet(hasta) ? LeerFecha(opciones.value(hasta), hasta.names()[0]) : origen->hasta;
     // The new list's own checks, with the panel's words, before anything is opened.
     if (const auto fallo = ComprobarDatosLista(peticion.nombre, peticion.desde, peticion.hasta)) {
         consola.errores << "tarifas copiar: " << fallo->mensaje << "\n";
@@ -54,7 +54,8 @@ int Copiar(const QCommandLineParser &opciones, const QStringList &argumentos, Co
 } // namespace
 
 DefinicionOrden OrdenCopiar() {
-    return {QStringLiteral("copiar"), QStringLiteral("LISTA NOMBRE [--desde FECHA] [--hasta FECHA]"),
+    return {QStringLiteral("copiar"),
+            QStringLiteral("LISTA NOMBRE [--desde FECHA] [--hasta FECHA]"),
             QStringLiteral("Copia la tarifa con todos sus precios en una nueva de nombre NOMBRE "
                            "y escribe su código."),
             {desde, hasta},

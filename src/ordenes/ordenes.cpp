@@ -44,7 +44,8 @@ QString UsoGeneral() {
 }
 
 QString UsoOrden(const DefinicionOrden &d, const QCommandLineParser &analizador) {
-    QString texto = QStringLiteral("Uso: tarifas %1 %2\n%3\n").arg(d.nombre, d.sinopsis, d.descripcion);
+    QString texto =
+        QStringLiteral("Uso: tarifas %1 %2\n%3\n").arg(d.nombre, d.sinopsis, d.descripcion);
     // Qt's own list of the options, without its first line (its idea of the usage line).
     const QString ayuda = analizador.helpText();
     const qsizetype opciones = ayuda.indexOf(QStringLiteral("\nOptions:"));
@@ -96,6 +97,15 @@ int EjecutarOrden(const DefinicionOrden &d, const QStringList &argumentos, Conso
     }
 }
 
+/// Qt's notes about the platform and the runtime folder are not the user's business; the
+/// rest goes to stderr as it comes.
+void SoloLoQueImporta(QtMsgType, const QMessageLogContext &contexto, const QString &texto) {
+    if ((contexto.category && QByteArray(contexto.category).startsWith("qt.qpa")) ||
+        texto.startsWith(QLatin1String("QStandardPaths: ")))
+        return;
+    std::fprintf(stderr, "%s\n", texto.toLocal8Bit().constData());
+}
+
 bool EsOpcionDeOrden(const char *argumento) {
     for (const char *o : {"--help", "-h", "-help", "--version", "-v", "-version"})
         if (std::strcmp(argumento, o) == 0)
@@ -115,6 +125,7 @@ int Ejecutar(int argc, char **argv) {
     const bool imprime = argc > 1 && std::strcmp(argv[1], "imprimir") == 0;
     if (imprime)
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(SoloLoQueImporta);
     std::unique_ptr<QCoreApplication> aplicacion =
         imprime ? std::make_unique<QGuiApplication>(argc, argv)
                 : std::make_unique<QCoreApplication>(argc, argv);

@@ -28,10 +28,13 @@ int Exportar(const QCommandLineParser &, const QStringList &argumentos, Consola 
 } // namespace
 
 DefinicionOrden OrdenExportar() {
-    return {QStringLiteral("exportar"), QStringLiteral("LISTA FICHERO"),
+    return {QStringLiteral("exportar"),
+            QStringLiteral("LISTA FICHERO"),
             QStringLiteral("Escribe los precios de la tarifa en FICHERO, .csv o .xlsx según su "
                            "extensión."),
-            {}, {QStringLiteral("LISTA"), QStringLiteral("FICHERO")}, Exportar};
+            {},
+            {QStringLiteral("LISTA"), QStringLiteral("FICHERO")},
+            Exportar};
 }
 
 } // namespace Ordenes

@@ -26,9 +26,10 @@ int Historial(const QCommandLineParser &, const QStringList &argumentos, Consola
         return Rechazado;
     }
     for (const OperacionHistorial &o : OperacionesDeLista(sesion.Contexto(), *lista))
-        consola.salida << o.numero << '\t' << o.momento.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))
-                       << '\t' << EnUnCampo(o.terminal) << '\t' << NombreTipo(o.tipo) << '\t'
-                       << o.filas << '\t' << EnUnCampo(o.descripcion) << "\n";
+        consola.salida << o.numero << '\t'
+                       << o.momento.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")) << '\t'
+                       << EnUnCampo(o.terminal) << '\t' << NombreTipo(o.tipo) << '\t' << o.filas
+                       << '\t' << EnUnCampo(o.descripcion) << "\n";
     return Hecho;
 }
 
@@ -79,18 +80,24 @@ int Deshacer(const QCommandLineParser &, const QStringList &argumentos, Consola 
 } // namespace
 
 DefinicionOrden OrdenHistorial() {
-    return {QStringLiteral("historial"), QStringLiteral("LISTA"),
+    return {QStringLiteral("historial"),
+            QStringLiteral("LISTA"),
             QStringLiteral("Las operaciones de la tarifa, la más reciente primero: número, "
                            "momento, puesto, tipo, filas y descripción, separados por "
                            "tabuladores."),
-            {}, {QStringLiteral("LISTA")}, Historial};
+            {},
+            {QStringLiteral("LISTA")},
+            Historial};
 }
 
 DefinicionOrden OrdenDeshacer() {
-    return {QStringLiteral("deshacer"), QStringLiteral("OPERACION"),
+    return {QStringLiteral("deshacer"),
+            QStringLiteral("OPERACION"),
             QStringLiteral("Deshace entera la operación OPERACION (su número en el historial), o "
                            "nada si una de sus filas ha cambiado después."),
-            {}, {QStringLiteral("OPERACION")}, Deshacer};
+            {},
+            {QStringLiteral("OPERACION")},
+            Deshacer};
 }
 
 } // namespace Ordenes

@@ -54,8 +54,8 @@ int EjecutarImportar(const QCommandLineParser &opciones, const QStringList &argu
     const std::optional<qint32> lista = sesion.Lista(argumentos[0], consola);
     if (!lista)
         return Rechazado;
-    const ModoImportacion modo = opciones.isSet(sustituir) ? ModoImportacion::Sustituir
-                                                           : ModoImportacion::AnadirYActualizar;
+    const ModoImportacion modo =
+        opciones.isSet(sustituir) ? ModoImportacion::Sustituir : ModoImportacion::AnadirYActualizar;
     const bool validas = opciones.isSet(soloValidas);
 
     if (opciones.isSet(prueba)) {
@@ -71,7 +71,7 @@ int EjecutarImportar(const QCommandLineParser &opciones, const QStringList &argu
 
     const ResultadoImportacion r =
         ::Importar(sesion.Contexto(), *lista, datos, modo, validas,
-                 QStringLiteral("Importación de %1").arg(QFileInfo(fichero).fileName()));
+                   QStringLiteral("Importación de %1").arg(QFileInfo(fichero).fileName()));
     switch (r.estado) {
     case ResultadoImportacion::Importada:
         Rechazos(fichero, r.plan, consola);

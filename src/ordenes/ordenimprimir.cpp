@@ -55,9 +55,12 @@ int Imprimir(const QCommandLineParser &, const QStringList &argumentos, Consola 
 } // namespace
 
 DefinicionOrden OrdenImprimir() {
-    return {QStringLiteral("imprimir"), QStringLiteral("LISTA FICHERO.pdf"),
+    return {QStringLiteral("imprimir"),
+            QStringLiteral("LISTA FICHERO.pdf"),
             QStringLiteral("Escribe la tarifa impresa, con sus páginas numeradas, en un PDF."),
-            {}, {QStringLiteral("LISTA"), QStringLiteral("FICHERO.pdf")}, Imprimir};
+            {},
+            {QStringLiteral("LISTA"), QStringLiteral("FICHERO.pdf")},
+            Imprimir};
 }
 
 } // namespace Ordenes

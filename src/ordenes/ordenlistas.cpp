@@ -36,10 +36,13 @@ int Listas(const QCommandLineParser &, const QStringList &, Consola &consola) {
 } // namespace
 
 DefinicionOrden OrdenListas() {
-    return {QStringLiteral("listas"), QString(),
+    return {QStringLiteral("listas"),
+            QString(),
             QStringLiteral("Las tarifas, una por línea: código, nombre, desde y hasta "
                            "(aaaa-mm-dd), separados por tabuladores."),
-            {}, {}, Listas};
+            {},
+            {},
+            Listas};
 }
 
 } // namespace Ordenes

@@ -16,8 +16,7 @@ namespace Ordenes {
 SesionOrden::SesionOrden() : conexion(std::make_unique<ADODB::Connection>()) {
     SvcConexion().AbrirConexion(QString(), *conexion);
     contexto.conexion = conexion.get();
-    contexto.tallaColor =
-        SvcOpciones().LeerTipoNegocio(*conexion) == QLatin1String("TALLACOLOR");
+    contexto.tallaColor = SvcOpciones().LeerTipoNegocio(*conexion) == QLatin1String("TALLACOLOR");
     contexto.terminal = Principal::LeerList2();
     {
         ADODB::Recordset rs;
