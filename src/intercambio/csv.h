@@ -42,7 +42,9 @@ struct FicheroCsv {
 
 /// Reads the bytes of a CSV file: UTF-8 with or without a byte-order mark, or Windows-1252
 /// when they are not valid UTF-8; the separator (`;`, `,` or a tab) is the one the header line
-/// uses most. Blank lines are passed over (their numbers still count).
+/// uses most. Blank lines are passed over (their numbers still count); spaces around a bare
+/// field are trimmed. Quotes as RFC 4180 has them: a quote inside a bare field, or one never
+/// closed, refuses the whole file with its line, as no line after it can be trusted.
 FicheroCsv LeerCsv(const QByteArray &datos);
 
 /// Windows-1252's text of `bytes` (the code page of the spreadsheets of older Spanish

@@ -6,7 +6,11 @@
 
 namespace {
 
+/// A field needs quotes when it holds the separator, a quote or a line break, or begins or
+/// ends with a space (which a reader may trim from a bare field).
 bool NecesitaComillas(QByteArrayView campo, char separador) {
+    if (!campo.isEmpty() && (campo.front() == ' ' || campo.back() == ' '))
+        return true;
     for (const char c : campo)
         if (c == separador || c == '"' || c == '\r' || c == '\n')
             return true;

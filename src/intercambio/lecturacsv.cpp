@@ -122,7 +122,7 @@ FicheroCsv LeerCsv(const QByteArray &bytes) {
     fichero.separador = SeparadorDeCabecera(datos);
 
     csv_parser analizador;
-    if (csv_init(&analizador, CSV_REPALL_NL | CSV_STRICT_FINI) != 0)
+    if (csv_init(&analizador, CSV_STRICT | CSV_REPALL_NL | CSV_STRICT_FINI) != 0)
         throw std::bad_alloc();
     csv_set_delim(&analizador, static_cast<unsigned char>(fichero.separador));
     csv_set_space_func(&analizador, SoloEspacio);
@@ -134,8 +134,8 @@ FicheroCsv LeerCsv(const QByteArray &bytes) {
     csv_free(&analizador);
     if (!completo) {
         fichero.error = error == CSV_EPARSE
-                            ? QStringLiteral("El fichero tiene unas comillas sin cerrar a partir "
-                                             "de la línea %1.")
+                            ? QStringLiteral("El fichero tiene unas comillas mal puestas o sin "
+                                             "cerrar en la línea %1.")
                                   .arg(lector.linea)
                             : QStringLiteral("No hay memoria para leer el fichero.");
         return fichero;
