@@ -103,8 +103,10 @@ QString EscritorXlsx::Cerrar() {
     l.Anotar(alCerrar);
     if (l.error != LXW_NO_ERROR) {
         QFile::remove(l.parcial);
-        return QStringLiteral("No se pudo escribir %1: %2.")
-            .arg(l.ruta, QString::fromUtf8(lxw_strerror(l.error)));
+        QString causa = QString::fromUtf8(lxw_strerror(l.error));
+        while (causa.endsWith(QLatin1Char('.')))
+            causa.chop(1);
+        return QStringLiteral("No se pudo escribir %1: %2.").arg(l.ruta, causa);
     }
     if (std::rename(QFile::encodeName(l.parcial).constData(),
                     QFile::encodeName(l.ruta).constData()) != 0) {
