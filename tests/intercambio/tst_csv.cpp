@@ -46,8 +46,10 @@ class TstCsv : public QObject {
     void leer_data() {
         // bytes, separator found, header, lines ("number:fields"), error ("" when read)
         const auto caso = Pruebas::Tabla<QByteArray, char, QStringList, QStringList, QString>();
-        caso("punto y coma con marca", "\xEF\xBB\xBF" "codigo;precio\r\nA1;12,5\r\n", ';',
-             {"codigo", "precio"}, {"2:A1|12,5"}, "");
+        caso("punto y coma con marca",
+             "\xEF\xBB\xBF"
+             "codigo;precio\r\nA1;12,5\r\n",
+             ';', {"codigo", "precio"}, {"2:A1|12,5"}, "");
         caso("comas", "codigo,precio\nA1,12.5\n", ',', {"codigo", "precio"}, {"2:A1|12.5"}, "");
         caso("tabuladores", "codigo\tprecio\nA 1\t3\n", '\t', {"codigo", "precio"}, {"2:A 1|3"},
              "");
@@ -61,8 +63,8 @@ class TstCsv : public QObject {
              {"2:1|a;\"b\""}, "");
         caso("cabecera con espacios", " codigo ; precio \nA;1\n", ';', {"codigo", "precio"},
              {"2:A|1"}, "");
-        caso("Windows-1252", "codigo;nombre\nA;Camis\xF3n \x80\x96\x93\n", ';', {"codigo", "nombre"},
-             {QString::fromUtf8("2:A|Camisón €–“")}, "");
+        caso("Windows-1252", "codigo;nombre\nA;Camis\xF3n \x80\x96\x93\n", ';',
+             {"codigo", "nombre"}, {QString::fromUtf8("2:A|Camisón €–“")}, "");
         caso("vacío", "", ';', {}, {}, "vacío");
         caso("solo la marca y espacios", "\xEF\xBB\xBF \r\n ", ';', {}, {}, "vacío");
         caso("una imagen", QByteArray("\x89PNG\r\n\x1A\n\0\0\0\rIHDR", 16), ';', {}, {},

@@ -52,8 +52,7 @@ class TstExportacion : public QObject {
     void filas_data() {
         const auto caso = Pruebas::Tabla<bool, QStringList>();
         // The plain grid: live products by name; a deleted product's price stays out.
-        caso("tienda llana", false,
-             {"A1||Abrigo|||100,00|90,00", "B2||Blusa|||50,00|45,00"});
+        caso("tienda llana", false, {"A1||Abrigo|||100,00|90,00", "B2||Blusa|||50,00|45,00"});
         // The size-and-colour grid: the variant's own code, size and colour, and its own
         // standard price where it has one; the product without sizes as itself.
         caso("tallas y colores", true,
@@ -68,7 +67,8 @@ class TstExportacion : public QObject {
         QCOMPARE(r.error, QString());
         QCOMPARE(r.filas, lineas.size());
         const QByteArray datos = Leer(ruta);
-        QVERIFY(datos.startsWith("\xEF\xBB\xBF" "codigo;variante;nombre;talla;color;precio_venta;"
+        QVERIFY(datos.startsWith("\xEF\xBB\xBF"
+                                 "codigo;variante;nombre;talla;color;precio_venta;"
                                  "precio\r\n"));
         QStringList esperadas = lineas, leidas = Lineas(datos);
         if (tallaColor) { // this grid follows the database's order: compare as sets
@@ -84,8 +84,7 @@ class TstExportacion : public QObject {
         caso("sin tocar, nada cambia", false, {}, "0/0/0/2", {"1/=90,00", "2/=45,00", "4/=9,00"});
         caso("dos precios editados", false, {{"A1", "89,95"}, {"B2", "46"}}, "0/2/0/0",
              {"1/=89,95", "2/=46,00", "4/=9,00"});
-        caso("tallas sin tocar", true, {}, "0/0/0/3",
-             {"1/01=100,00", "1/02=100,00", "3/-1=30,00"});
+        caso("tallas sin tocar", true, {}, "0/0/0/3", {"1/01=100,00", "1/02=100,00", "3/-1=30,00"});
         caso("una talla editada", true, {{"A1-M-R", "104,5"}}, "0/1/0/2",
              {"1/01=100,00", "1/02=104,50", "3/-1=30,00"});
     }
@@ -100,7 +99,11 @@ class TstExportacion : public QObject {
                                                 ModoImportacion::Sustituir, false, "vuelta");
         QCOMPARE(r.estado, ResultadoImportacion::Importada);
         const PlanImportacion &p = r.plan;
-        QCOMPARE(QStringLiteral("%1/%2/%3/%4").arg(p.anadidos).arg(p.cambiados).arg(p.quitados).arg(p.iguales),
+        QCOMPARE(QStringLiteral("%1/%2/%3/%4")
+                     .arg(p.anadidos)
+                     .arg(p.cambiados)
+                     .arg(p.quitados)
+                     .arg(p.iguales),
                  cuentas);
         QCOMPARE(t.Precios(), despues);
     }
@@ -119,8 +122,8 @@ class TstExportacion : public QObject {
         for (const char *parte : {"[Content_Types].xml", "xl/workbook.xml",
                                   "xl/worksheets/sheet1.xml", "xl/styles.xml"})
             QVERIFY2(partes.contains(QLatin1String(parte)), parte);
-        unzip.start(QStringLiteral("unzip"), {QStringLiteral("-p"), ruta,
-                                              QStringLiteral("xl/worksheets/sheet1.xml")});
+        unzip.start(QStringLiteral("unzip"),
+                    {QStringLiteral("-p"), ruta, QStringLiteral("xl/worksheets/sheet1.xml")});
         QVERIFY(unzip.waitForFinished());
         const QByteArray hoja = unzip.readAllStandardOutput();
         QVERIFY2(hoja.contains("ySplit=\"1\"") && hoja.contains("state=\"frozen\""), hoja);

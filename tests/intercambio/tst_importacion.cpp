@@ -60,8 +60,7 @@ class TstImportacion : public QObject {
              {"2:la variante «V1» no cabe en una tienda sin tallas ni colores"}, "0/0/0/0");
         caso("menos campos que la cabecera", false, "codigo;nombre;precio\nA1;5\nB2;x;45\n",
              {"2:la línea tiene 2 campos y la cabecera 3"}, "0/0/0/1");
-        caso("sin código", false, "codigo;precio\n;5\n", {"2:la línea no tiene código"},
-             "0/0/0/0");
+        caso("sin código", false, "codigo;precio\n;5\n", {"2:la línea no tiene código"}, "0/0/0/0");
         caso("columnas en otro orden y otras de más", false,
              "precio;otra;CODIGO\n90;x;A1\n12,5;y;C3\n", {}, "1/0/0/1");
         caso("código extra sin mayúsculas", false, "codigo;precio\nxb-2;45\n", {}, "0/0/0/1");
@@ -79,8 +78,8 @@ class TstImportacion : public QObject {
         caso("producto sin tallas", true, "codigo;precio\nC3;35\nE5;20\n", {}, "1/1/0/0");
         caso("talla de otro producto", true, "codigo;variante;precio\nC3;A1-S-R;5\n",
              {"2:la variante «A1-S-R» no es del producto «C3»"}, "0/0/0/0");
-        caso("talla desconocida", true, "variante;precio\nZZ;5\n",
-             {"2:variante «ZZ» desconocida"}, "0/0/0/0");
+        caso("talla desconocida", true, "variante;precio\nZZ;5\n", {"2:variante «ZZ» desconocida"},
+             "0/0/0/0");
         caso("el producto y una de sus tallas con otro precio", true,
              "codigo;variante;precio\nA1;;120\n;A1-S-R;100\n",
              {"2:el mismo producto tiene otro precio en la línea 3",
@@ -171,8 +170,8 @@ class TstImportacion : public QObject {
                      ModoImportacion::AnadirYActualizar, false, "Importación de otoño.csv");
         QCOMPARE(r.estado, ResultadoImportacion::Importada);
         QCOMPARE(Cuentas(r.plan), QStringLiteral("1/3/0/0"));
-        QCOMPARE(t.Precios(), QStringList({"1/01=120,00", "1/02=120,00", "2/01=7,00",
-                                           "3/-1=35,00"}));
+        QCOMPARE(t.Precios(),
+                 QStringList({"1/01=120,00", "1/02=120,00", "2/01=7,00", "3/-1=35,00"}));
         const QList<OperacionHistorial> ops = OperacionesDeLista(t.contexto, 1);
         QCOMPARE(ops.size(), 1);
         QCOMPARE(ops[0].numero, r.operacion);
