@@ -35,6 +35,13 @@ QString ClaveFila(Motor motor, const QString &alias) {
 QSqlQuery Ejecutar(ADODB::Connection &conexion, const QString &sentencia,
                    const QVariantList &valores) {
     QSqlQuery q(conexion.Base());
+    // A statement with nothing to bind runs as it is: PostgreSQL prepares no DDL, lock or
+    // savepoint.
+    if (valores.isEmpty()) {
+        if (!q.exec(sentencia))
+            throw conexion.Fallo(q.lastError(), sentencia);
+        return q;
+    }
     if (!q.prepare(sentencia))
         throw conexion.Fallo(q.lastError(), sentencia);
     for (const QVariant &v : valores)
