@@ -61,7 +61,7 @@ void InsertarPorLotes(ADODB::Connection &conexion, const QString &cabecera, int 
     for (int c = 1; c < columnas; ++c)
         fila += QStringLiteral(", ?");
     fila += QLatin1Char(')');
-    const auto sentencia = [&](int n) {
+    const auto sentencia = [&](int n) -> QString {
         QStringList partes;
         partes.reserve(n);
         for (int i = 0; i < n; ++i)
