@@ -72,4 +72,6 @@ void FrmTarifas::enlazarControles() {
     Enlazar(ct_buscar_c, &TextBox::KeyPress, &FrmTarifas::ct_buscar_c_KeyPress);
     Enlazar(ct_buscar_c, &TextBox::Change, &FrmTarifas::ct_buscar_c_Change);
     Enlazar(ct_buscar_n, &TextBox::Change, &FrmTarifas::ct_buscar_n_Change);
+
+    crearMenuSeleccionados();
 }

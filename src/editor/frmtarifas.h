@@ -4,6 +4,8 @@
 #include "platform/ui/form.h"
 #include "platform/ui/grid.h"
 
+class MenuGrid;
+
 #include <QHash>
 #include <QString>
 #include <optional>
@@ -173,7 +175,22 @@ class FrmTarifas : public Form {
     /// stored without one) leaves its control on the date it shows.
     void regresarFechas();
 
+    // The context menu of grid_Pseleccionados (menuseleccionados.cpp), the one place that
+    // builds it: each item with its shortcut, acting on the grid's current row.
+    MenuGrid *menuSeleccionados = nullptr;
+    /// The list's prices again as the database now holds them, in either mode, with the
+    /// current row kept where it was (or on the last row).
+    void RelistarSeleccionados();
+    /// Takes the current row's product (its size and colour) out of the open list, after a
+    /// question that names it. The catalogue is untouched.
+    void mnuQuitar_Click();
+    /// A bulk change of the open list; its prices are listed again after it.
+    void mnuCambiarPrecios_Click();
+    /// The open list's price history, and its undo.
+    void mnuHistorial_Click();
+
   private:
+    void crearMenuSeleccionados();
     void desde_Change();
     void hasta_Change();
     void cmdAceptarFecha_Click();

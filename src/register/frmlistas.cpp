@@ -44,6 +44,8 @@ void FrmListas::enlazarControles() {
     Enlazar(cmd_Ayuda, &CommandButton::Click, &FrmListas::cmd_Ayuda_Click);
     Enlazar(tmrAyuda, &Timer::Tick, &FrmListas::tmrAyuda_Timer);
     Enlazar(Open1, &VisorAyuda::Aviso, &FrmListas::Open1_Aviso);
+
+    crearMenuPrecios();
 }
 
 void FrmListas::Form_Load() {

@@ -5,6 +5,8 @@
 #include "platform/ui/grid.h"
 #include "platform/ui/visorayuda.h"
 
+class MenuGrid;
+
 #include <QDate>
 #include <QString>
 
@@ -51,6 +53,17 @@ class FrmListas : public Form {
 
     EstadoListas estado;
 
+    // The context menu of grid_precios (menulistas.cpp), the one place that builds it: each
+    // item with its shortcut, acting on the list of the grid's current row.
+    MenuGrid *menuPrecios = nullptr;
+    /// A copy of the current row's list, listed here and then opened in the editor as a new
+    /// list is.
+    void mnuCopiarTarifa_Click();
+    /// A bulk change of the current row's list.
+    void mnuCambiarPrecios_Click();
+    /// The price history of the current row's list, and its undo.
+    void mnuHistorial_Click();
+
     // The controls the screen's code works with, bound at each load.
     Frame *frCabecera = nullptr, *frHijo = nullptr, *frAltaLista = nullptr, *Frame1 = nullptr,
           *fr_SeparacionH1 = nullptr;
@@ -68,6 +81,9 @@ class FrmListas : public Form {
 
   private:
     void enlazarControles();
+    void crearMenuPrecios();
+    /// The code of the list on grid row `fila`; 0 for a row that holds none.
+    qint32 ListaDeFila(int fila) const;
     void grid_precios_DblClick();
     void cmdSalir_Click();
     void Command1_Click();

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "motor/importe.h"
+
+#include <QString>
+#include <optional>
+
+class QLabel;
+class QPushButton;
+
+/// The small pieces every dialog of the work on whole lists is made of.
+
+/// A button named `nombre` (for tests) that Enter doesn't press unless it is the default.
+QPushButton *Boton(const QString &texto, const char *nombre);
+/// The line where a dialog says what is wrong with the input (lblMensaje), in dark red.
+QLabel *EtiquetaMensaje();
+/// A price as the operator reads it, with the shop's decimals; "—" for none.
+QString TextoPrecio(const std::optional<Importe> &precio, int decimales);
