@@ -69,7 +69,8 @@ void Informe(const char *que, double ms, double base, double maxRatio, double ma
 void Ejecutar(ADODB::Connection &conexion, const QString &sql) {
     QSqlQuery q(conexion.Base());
     if (!q.exec(sql))
-        throw std::runtime_error((q.lastError().text() + QStringLiteral(" in ") + sql).toStdString());
+        throw std::runtime_error(
+            (q.lastError().text() + QStringLiteral(" in ") + sql).toStdString());
 }
 
 qint64 Contar(ADODB::Connection &conexion, const QString &sql) {
@@ -95,7 +96,8 @@ void Llenar(ADODB::Connection &conexion, int n) {
         p.addBindValue(i);
         p.addBindValue(QStringLiteral("P%1").arg(i, 7, 10, QLatin1Char('0')));
         p.addBindValue(QStringLiteral("Producto %1").arg((i * 7919) % n, 7, 10, QLatin1Char('0')));
-        p.addBindValue(QStringLiteral("%1.%2").arg(10 + i % 90).arg(i % 100, 2, 10, QLatin1Char('0')));
+        p.addBindValue(
+            QStringLiteral("%1.%2").arg(10 + i % 90).arg(i % 100, 2, 10, QLatin1Char('0')));
         d.addBindValue(i);
         d.addBindValue(QStringLiteral("%1.95").arg(5 + i % 90));
         if (!p.exec() || !d.exec())
@@ -171,11 +173,13 @@ int main(int argc, char **argv) {
         const QString crudo = dir.filePath(QStringLiteral("crudo.csv"));
         int exportadas = 0, leidasCrudas = 0;
         const double exportar =
-            Mediana([] {}, [&] {
-                const ResultadoExportacion r = ExportarLista(contexto, 1, csv, QLatin1Char(','));
-                Comprobar(r.error.isEmpty(), "the export wrote its file");
-                exportadas = r.filas;
-            });
+            Mediana([] {},
+                    [&] {
+                        const ResultadoExportacion r =
+                            ExportarLista(contexto, 1, csv, QLatin1Char(','));
+                        Comprobar(r.error.isEmpty(), "the export wrote its file");
+                        exportadas = r.filas;
+                    });
         const double lectura = Mediana([] {}, [&] { leidasCrudas = LecturaCruda(base, crudo); });
         Comprobar(exportadas == n && leidasCrudas == n, "every price exported");
         QFile fichero(csv);
@@ -208,12 +212,12 @@ int main(int argc, char **argv) {
         Comprobar(Contar(conexion, QStringLiteral("select count(*) from detalle_precio where "
                                                   "identificador = 2")) == n,
                   "every price stored");
-        Comprobar(Contar(conexion, QStringLiteral("select count(*) from detalle_precio a join "
-                                                  "detalle_precio b on a.producto = b.producto "
-                                                  "where a.identificador = 1 and "
-                                                  "b.identificador = 2 and a.precio <> b.precio")) ==
-                      0,
-                  "the imported prices are the exported ones");
+        Comprobar(
+            Contar(conexion, QStringLiteral("select count(*) from detalle_precio a join "
+                                            "detalle_precio b on a.producto = b.producto "
+                                            "where a.identificador = 1 and "
+                                            "b.identificador = 2 and a.precio <> b.precio")) == 0,
+            "the imported prices are the exported ones");
         const double insercion = Mediana(vaciar, [&] { InsercionCruda(base, n); });
         Comprobar(Contar(conexion, QStringLiteral("select count(*) from detalle_precio where "
                                                   "identificador = 3")) == n,

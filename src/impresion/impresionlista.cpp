@@ -1,6 +1,7 @@
 // A price list laid out on pages: a heading on every page, then as many rows as fit.
 #include "impresionlista.h"
 
+#include "platform/datos/recordset.h"
 #include "platform/datos/regional.h"
 
 #include <QFontMetricsF>
@@ -108,6 +109,12 @@ void Fila(QPainter &p, const Maqueta &m, const DocumentoLista &d, const FilaPrec
 }
 
 } // namespace
+
+QString LeerNombreTienda(ADODB::Connection &conexion) {
+    ADODB::Recordset rs;
+    rs.Open(QStringLiteral("select nombretienda from opciones"), conexion);
+    return rs.RecordCount() > 0 ? rs.Fields(0).Texto() : QString();
+}
 
 DocumentoLista LeerDocumentoLista(const ContextoMotor &contexto, qint32 lista,
                                   const QString &tienda) {

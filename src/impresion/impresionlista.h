@@ -19,6 +19,9 @@ struct DocumentoLista {
     std::vector<FilaPrecio> filas; ///< in the editor's order
 };
 
+/// The shop's name as the suite keeps it (opciones.nombretienda); empty when it has none.
+QString LeerNombreTienda(ADODB::Connection &conexion);
+
 /// The document of `lista` as the database has it now. Raises ErrorBD.
 DocumentoLista LeerDocumentoLista(const ContextoMotor &contexto, qint32 lista,
                                   const QString &tienda);

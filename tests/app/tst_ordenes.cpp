@@ -82,8 +82,8 @@ class TstOrdenes : public QObject {
              "malo.csv:3: código «ZZ» desconocido\n", {"1/=91,50", "2/=45,00", "4/=9,00"});
         caso("prueba", {"importar", "1", "{dir}/bueno.csv", "--prueba"}, 0,
              "^importar \\(prueba, nada escrito\\): 1 añadidos, 1 cambiados", "", {});
-        caso("fichero que no hay", {"importar", "1", "{dir}/no.csv"}, 1, "^$",
-             "no se puede leer", {});
+        caso("fichero que no hay", {"importar", "1", "{dir}/no.csv"}, 1, "^$", "no se puede leer",
+             {});
         caso("fichero que no es texto", {"importar", "1", "{dir}/foto.png"}, 1, "^$",
              "no es de texto", {});
         caso("copiar", {"copiar", "1", "Copia", "--desde", "2027-01-01", "--hasta", "31/12/2027"},
@@ -164,8 +164,9 @@ class TstOrdenes : public QObject {
         const Salida s = Tarifas(t, {"imprimir", "1", pdf});
         QVERIFY2(s.estado == 0, qPrintable(s.errores));
         QCOMPARE(s.errores, QString());
-        QVERIFY2(s.salida.contains(QStringLiteral("%1 precios en %2 página").arg(mas + 2).arg(paginas)),
-                 qPrintable(s.salida));
+        QVERIFY2(
+            s.salida.contains(QStringLiteral("%1 precios en %2 página").arg(mas + 2).arg(paginas)),
+            qPrintable(s.salida));
         QProcess info;
         info.start(QStringLiteral("pdfinfo"), {pdf});
         QVERIFY(info.waitForFinished());
@@ -179,7 +180,8 @@ class TstOrdenes : public QObject {
             const QString &hoja = hojas[p - 1];
             QVERIFY2(hoja.contains(QStringLiteral("Página %1 de %2").arg(p).arg(paginas)),
                      qPrintable(hoja));
-            QVERIFY(hoja.contains("Moda Prueba") && hoja.contains("General (del 1/1/2026 al 31/12/2026)"));
+            QVERIFY(hoja.contains("Moda Prueba") &&
+                    hoja.contains("General (del 1/1/2026 al 31/12/2026)"));
             QVERIFY(hoja.contains("Código") && hoja.contains("Precio tarifa"));
         }
         // The editor's order, by name: Abrigo first, the last Zapato at the end.
