@@ -10,6 +10,7 @@ necesarios=(
   libqt6sql6-sqlite libqt6sql6-psql libqt6sql6-odbc libsqlite3-dev sqlite3
   unixodbc libsqliteodbc
   fonts-dejavu-core qt6-translations-l10n
+  libcsv-dev libxlsxwriter-dev zlib1g-dev unzip poppler-utils
 )
 servidor=(postgresql odbc-postgresql)
 

@@ -1,5 +1,6 @@
 // tarifas: keeps the price lists of the shop's point-of-sale suite.
 #include "app/programa.h"
+#include "ordenes/ordenes.h"
 #include "platform/ui/informeerror.h"
 #include "platform/ui/traduccionqt.h"
 #include "platform/ui/twips.h"
@@ -40,6 +41,9 @@ void SinPantalla(QtMsgType tipo, const QMessageLogContext &contexto, const QStri
 } // namespace
 
 int main(int argc, char **argv) {
+    // A command does its job without any display, before anything of the screens is made.
+    if (Ordenes::EsOrden(argc, argv))
+        return Ordenes::Ejecutar(argc, argv);
     const QtMessageHandler anterior = qInstallMessageHandler(SinPantalla);
     AplicacionTarifas aplicacion(argc, argv);
     qInstallMessageHandler(anterior);

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "motor/contexto.h"
-
-/// What the whole-list engine needs of this session: its connection, terminal, employee,
-/// decimals and business type, read from the session record at each call.
-ContextoMotor ContextoSesion();
+// The engine's view of this session (ContextoSesion) is one function, in the dialogs' layer
+// that the editor links.
+#include "dialogos/sesionmotor.h"

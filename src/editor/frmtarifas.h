@@ -219,6 +219,11 @@ class FrmTarifas : public Form {
     void mnuCambiarPrecios_Click();
     /// The open list's price history, and its undo.
     void mnuHistorial_Click();
+    /// The open list to a CSV or XLSX file, from one (its prices listed again after), and on
+    /// paper (intercambioseleccionados.cpp).
+    void mnuExportar_Click();
+    void mnuImportar_Click();
+    void mnuImprimir_Click();
 
   private:
     void crearMenuSeleccionados();

@@ -44,6 +44,15 @@ void FrmTarifas::crearMenuSeleccionados() {
     menuSeleccionados->Agregar(
         QStringLiteral("Historial de precios…"), QKeySequence(Qt::CTRL | Qt::Key_H),
         [this] { mnuHistorial_Click(); }, conHistorial);
+    menuSeleccionados->Agregar(
+        QStringLiteral("Exportar…"), QKeySequence(Qt::CTRL | Qt::Key_E),
+        [this] { mnuExportar_Click(); }, conLista);
+    menuSeleccionados->Agregar(
+        QStringLiteral("Importar…"), QKeySequence(Qt::CTRL | Qt::Key_I),
+        [this] { mnuImportar_Click(); }, conLista);
+    menuSeleccionados->Agregar(
+        QStringLiteral("Imprimir…"), QKeySequence(Qt::CTRL | Qt::Key_P),
+        [this] { mnuImprimir_Click(); }, conLista);
 }
 
 void FrmTarifas::RelistarSeleccionados() {

@@ -66,6 +66,11 @@ class FrmListas : public Form {
     void mnuCambiarPrecios_Click();
     /// The price history of the current row's list, and its undo.
     void mnuHistorial_Click();
+    /// The current row's list to a CSV or XLSX file, from one, and on paper
+    /// (intercambiolistas.cpp).
+    void mnuExportar_Click();
+    void mnuImportar_Click();
+    void mnuImprimir_Click();
 
     // The controls the screen's code works with, bound at each load.
     Frame *frCabecera = nullptr, *frHijo = nullptr, *frAltaLista = nullptr, *Frame1 = nullptr,

@@ -26,6 +26,15 @@ void FrmListas::crearMenuPrecios() {
     menuPrecios->Agregar(
         QStringLiteral("Historial de precios…"), QKeySequence(Qt::CTRL | Qt::Key_H),
         [this] { mnuHistorial_Click(); }, conHistorial);
+    menuPrecios->Agregar(
+        QStringLiteral("Exportar…"), QKeySequence(Qt::CTRL | Qt::Key_E),
+        [this] { mnuExportar_Click(); }, conLista);
+    menuPrecios->Agregar(
+        QStringLiteral("Importar…"), QKeySequence(Qt::CTRL | Qt::Key_I),
+        [this] { mnuImportar_Click(); }, conLista);
+    menuPrecios->Agregar(
+        QStringLiteral("Imprimir…"), QKeySequence(Qt::CTRL | Qt::Key_P),
+        [this] { mnuImprimir_Click(); }, conLista);
 }
 
 qint32 FrmListas::ListaDeFila(int fila) const {

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "motor/contexto.h"
+#include "motor/importe.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QVariant>
+#include <optional>
+#include <vector>
+
+/// What the prices of a file do to a list: "añadir y actualizar" (the file's lines add or
+/// change prices, the list's others stay), or "sustituir" (the list's prices of live products
+/// that the file does not name are removed as well; a deleted product's row, which no screen
+/// nor export shows, stays).
+enum class ModoImportacion { AnadirYActualizar, Sustituir };
+
+/// A line of the file that will not be imported, and why, in the operator's words.
+struct LineaRechazada {
+    int linea = 0;
+    QString motivo;
+};
+
+/// One price row the import writes: `variante` is the row's codproductotextil (empty in the
+/// plain shop; "-1" for a product without sizes in the size-and-colour shop). No `anterior`
+/// for a row added, no `nuevo` for one removed.
+struct PrecioImportado {
+    qint32 producto = 0;
+    QString variante;
+    std::optional<Importe> anterior;
+    std::optional<Importe> nuevo;
+    QVariant fila; ///< the stored row's name when the list has it (its price may be no number)
+};
+
+/// The dry run: what the file would do to the list, nothing written. Counts are of price rows
+/// (in the size-and-colour shop a product's line prices each of its sizes and colours).
+struct PlanImportacion {
+    QString error; ///< the file can't be imported at all (empty, not text, no columns…)
+    int anadidos = 0;
+    int cambiados = 0;
+    int quitados = 0;
+    int iguales = 0;
+    QList<LineaRechazada> rechazadas;
+    std::vector<PrecioImportado> cambios; ///< every row added, changed or removed
+};
+
+/// Reads the file's bytes and the list's prices and tells what an import would do. The
+/// columns are found by their header names (codigo, variante, precio; any order, any case;
+/// others left aside). A code finds its product as the editor's search does: the shop's code
+/// of a live product, then an extra code (case ignored, taken literally); a deleted product
+/// is refused. Raises ErrorBD on a failure of the database.
+PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
+                                   const QByteArray &datos, ModoImportacion modo);
+
+struct ResultadoImportacion {
+    enum Estado {
+        Importada,    ///< written (or nothing to write), as one operation of the history
+        Rechazada,    ///< lines refused and only valid lines not asked for: nothing written
+        FicheroMalo,  ///< the file can't be imported: `plan.error`, nothing written
+        ListaBorrada, ///< another terminal deleted the list: nothing written
+    };
+    Estado estado = FicheroMalo;
+    PlanImportacion plan; ///< what was (or would have been) written, with the refused lines
+    qint64 operacion = 0; ///< the history's operation (0 without history or without change)
+    QString mensaje;      ///< the one sentence for the operator
+};
+
+/// Imports the file into `lista` in one unit of work, all or nothing, with its history as
+/// one operation described by `descripcion`: the dry run is made again inside the unit, with
+/// the list held, so it writes exactly what that finds. With refused lines it writes nothing
+/// unless `soloValidas`. Raises ErrorBD, and writes nothing, on a failure of the database.
+ResultadoImportacion Importar(const ContextoMotor &contexto, qint32 lista, const QByteArray &datos,
+                              ModoImportacion modo, bool soloValidas, const QString &descripcion);
+
+/// "120 añadidos, 35 cambiados, 0 quitados, 845 iguales".
+QString ResumenImportacion(const PlanImportacion &plan);

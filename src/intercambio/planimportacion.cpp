@@ -1,0 +1,348 @@
+// The dry run of an import: each line of the file finds its product (or its size and colour)
+// and its price, or is refused with its reason; what is left is compared with the list.
+#include "csv.h"
+#include "importacion.h"
+#include "insertarnueva.h"
+#include "preciosdelista.h"
+
+#include "motor/redondeo.h"
+#include "motor/sqlmotor.h"
+#include "platform/datos/recordset.h"
+
+#include <QHash>
+#include <QSet>
+
+namespace {
+
+using Clave = std::pair<qint32, QString>; ///< (product, codproductotextil)
+
+/// The columns of the header the import reads; -1 where it has none.
+struct Columnas {
+    int codigo = -1;
+    int variante = -1;
+    int precio = -1;
+};
+
+Columnas BuscarColumnas(const QStringList &cabecera) {
+    Columnas c;
+    for (int i = 0; i < int(cabecera.size()); ++i) {
+        const QString nombre = cabecera[i].toLower();
+        int *columna = nombre == QLatin1String("codigo")     ? &c.codigo
+                       : nombre == QLatin1String("variante") ? &c.variante
+                       : nombre == QLatin1String("precio")   ? &c.precio
+                                                             : nullptr;
+        if (columna && *columna < 0)
+            *columna = i;
+    }
+    return c;
+}
+
+struct Producto {
+    qint32 codigo = 0;
+    bool borrado = false;
+};
+struct Variante {
+    qint32 padre = 0;
+    QString hijo;
+    bool borrado = false;
+};
+
+/// The catalogue as the import searches it, read once for the whole file.
+struct Catalogo {
+    QHash<QString, Producto> porCodigoTienda;
+    QHash<QString, qint32> porCodigoExtra; ///< in small letters
+    QHash<qint32, bool> borrado;
+    QHash<QString, Variante> porCodigoVariante;
+    QHash<qint32, QStringList> variantesDe;
+
+    void Leer(ADODB::Connection &conexion, bool tallaColor) {
+        ADODB::Recordset rs;
+        rs.Open(QStringLiteral("select codigo, codigocliente, borrar from productos order by "
+                               "codigo"),
+                conexion);
+        {
+            const ADODB::Field codigo = rs.Fields(0), codigocliente = rs.Fields(1),
+                               borrar = rs.Fields(2);
+            porCodigoTienda.reserve(rs.RecordCount());
+            borrado.reserve(rs.RecordCount());
+            for (; !rs.Eof(); rs.MoveNext()) {
+                const Producto p{qint32(codigo.Value().toLongLong()),
+                                 borrar.Value().toLongLong() != 0};
+                borrado.insert(p.codigo, p.borrado);
+                if (codigocliente.EsNulo())
+                    continue;
+                // A live product answers for its code before a deleted one of the same code.
+                auto [sitio, nuevo] = InsertarNueva(porCodigoTienda, codigocliente.Texto(), p);
+                if (!nuevo && sitio->borrado && !p.borrado)
+                    *sitio = p;
+            }
+        }
+        rs.Open(QStringLiteral("select codigo, codigo_extra from productos_codigosextra order by "
+                               "codigo"),
+                conexion);
+        {
+            const ADODB::Field codigo = rs.Fields(0), extra = rs.Fields(1);
+            for (; !rs.Eof(); rs.MoveNext())
+                if (!extra.EsNulo())
+                    InsertarNueva(porCodigoExtra, extra.Texto().toLower(),
+                                  qint32(codigo.Value().toLongLong()));
+        }
+        if (!tallaColor)
+            return;
+        rs.Open(QStringLiteral("select productostextil.codigopadre, productostextil.codigohijo, "
+                               "productostextil.codcliente, productos.borrar from productostextil "
+                               "join productos on productos.codigo = productostextil.codigopadre"),
+                conexion);
+        const ADODB::Field padre = rs.Fields(0), hijo = rs.Fields(1), codcliente = rs.Fields(2),
+                           borrar = rs.Fields(3);
+        for (; !rs.Eof(); rs.MoveNext()) {
+            if (hijo.EsNulo())
+                continue;
+            const Variante v{qint32(padre.Value().toLongLong()), hijo.Texto(),
+                             borrar.Value().toLongLong() != 0};
+            variantesDe[v.padre].append(v.hijo);
+            if (!codcliente.Texto().isEmpty())
+                InsertarNueva(porCodigoVariante, codcliente.Texto(), v);
+        }
+    }
+
+    /// The product of a code, as the editor's search finds it: the shop's code, then an extra
+    /// code. None when neither knows it.
+    std::optional<Producto> BuscarProducto(const QString &codigo) const {
+        const auto p = porCodigoTienda.constFind(codigo);
+        if (p != porCodigoTienda.cend() && !p->borrado)
+            return *p;
+        const auto e = porCodigoExtra.constFind(codigo.toLower());
+        if (e != porCodigoExtra.cend())
+            return Producto{*e, borrado.value(*e, false)};
+        if (p != porCodigoTienda.cend())
+            return *p;
+        return std::nullopt;
+    }
+};
+
+/// What one line of the file asks for, once read.
+struct LineaLeida {
+    int numero = 0;
+    QString motivo; ///< empty: valid
+    std::optional<Importe> precio;
+    QList<Clave> claves;
+};
+
+QString Entre(const QString &texto) {
+    return QStringLiteral("«") + texto + QStringLiteral("»");
+}
+
+/// The rows the codes of a line name, or why they name none.
+QString BuscarClaves(const QString &codigo, const QString &variante, const Catalogo &catalogo,
+                     const ContextoMotor &contexto, QList<Clave> &claves) {
+    std::optional<Producto> producto;
+    if (!codigo.isEmpty()) {
+        producto = catalogo.BuscarProducto(codigo);
+        if (!producto) {
+            return QStringLiteral("código %1 desconocido").arg(Entre(codigo));
+        }
+        if (producto->borrado) {
+            return QStringLiteral("el producto %1 está borrado").arg(Entre(codigo));
+        }
+    }
+    if (!variante.isEmpty()) {
+        if (!contexto.tallaColor) {
+            return QStringLiteral("la variante %1 no cabe en una tienda sin tallas ni "
+                                  "colores")
+                .arg(Entre(variante));
+        }
+        const auto v = catalogo.porCodigoVariante.constFind(variante);
+        if (v == catalogo.porCodigoVariante.cend()) {
+            return QStringLiteral("variante %1 desconocida").arg(Entre(variante));
+        }
+        if (v->borrado) {
+            return QStringLiteral("el producto de la variante %1 está borrado")
+                .arg(Entre(variante));
+        }
+        if (producto && producto->codigo != v->padre) {
+            return QStringLiteral("la variante %1 no es del producto %2")
+                .arg(Entre(variante), Entre(codigo));
+        }
+        claves.append({v->padre, v->hijo});
+        return QString();
+    }
+    if (!contexto.tallaColor) {
+        claves.append({producto->codigo, QString()});
+        return QString();
+    }
+    // A garment priced the same in every size and colour; a product without them is priced
+    // as its own row.
+    const QStringList hijos = catalogo.variantesDe.value(producto->codigo);
+    if (hijos.isEmpty())
+        claves.append({producto->codigo, QStringLiteral("-1")});
+    for (const QString &hijo : hijos)
+        claves.append({producto->codigo, hijo});
+    return QString();
+}
+
+/// Reads one line: what its codes find, then its price.
+LineaLeida LeerLinea(const LineaCsv &linea, const Columnas &col, int campos,
+                     const Catalogo &catalogo, const ContextoMotor &contexto) {
+    LineaLeida leida;
+    leida.numero = linea.numero;
+    if (linea.campos.size() < campos) {
+        leida.motivo = QStringLiteral("la línea tiene %1 campos y la cabecera %2")
+                           .arg(linea.campos.size())
+                           .arg(campos);
+        return leida;
+    }
+    const QString codigo = col.codigo >= 0 ? linea.campos[col.codigo].trimmed() : QString();
+    const QString variante = col.variante >= 0 ? linea.campos[col.variante].trimmed() : QString();
+    const QString textoPrecio = linea.campos[col.precio].trimmed();
+    if (codigo.isEmpty() && variante.isEmpty()) {
+        leida.motivo = QStringLiteral("la línea no tiene código");
+        return leida;
+    }
+    // The row first, so that "sustituir" keeps a row whose line is refused for its price.
+    leida.motivo = BuscarClaves(codigo, variante, catalogo, contexto, leida.claves);
+    if (!leida.motivo.isEmpty())
+        return leida;
+    const std::optional<Importe> precio = Importe::Leer(textoPrecio);
+    if (!precio) {
+        leida.motivo = QStringLiteral("el precio %1 no es un número").arg(Entre(textoPrecio));
+        return leida;
+    }
+    if (precio->Signo() < 0) {
+        leida.motivo = QStringLiteral("el precio %1 es negativo").arg(Entre(textoPrecio));
+        return leida;
+    }
+    // Stored with the shop's decimals, as the screens show it.
+    leida.precio = RedondearAPaso(*precio, PasoPorDefecto(contexto.numDecimales));
+    if (!leida.precio)
+        leida.motivo = QStringLiteral("el precio %1 no es un número").arg(Entre(textoPrecio));
+    return leida;
+}
+
+/// A price row the list has now: its name for the engine's writer, and its price.
+struct Guardada {
+    QVariant fila;
+    std::optional<Importe> precio;
+};
+
+/// The list's prices now, by product and variant.
+QHash<Clave, Guardada> PreciosGuardados(const ContextoMotor &contexto, qint32 lista) {
+    QHash<Clave, Guardada> guardados;
+    const SQLMotor::Motor motor = SQLMotor::De(*contexto.conexion);
+    ADODB::Recordset rs;
+    rs.Open(QStringLiteral("select d.producto, d.codproductotextil, d.precio, ") +
+                SQLMotor::ClaveFila(motor, QStringLiteral("d")) +
+                QStringLiteral(" as fila from detalle_precio d where d.identificador = ?"),
+            {lista}, *contexto.conexion);
+    const ADODB::Field producto = rs.Fields(0), variante = rs.Fields(1), precio = rs.Fields(2),
+                       fila = rs.Fields(3);
+    guardados.reserve(rs.RecordCount());
+    for (; !rs.Eof(); rs.MoveNext())
+        guardados.insert({qint32(producto.Value().toLongLong()),
+                          contexto.tallaColor ? variante.Texto() : QString()},
+                         {fila.Value(), ImporteDeValor(precio.Value())});
+    return guardados;
+}
+
+} // namespace
+
+PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
+                                   const QByteArray &datos, ModoImportacion modo) {
+    PlanImportacion plan;
+    const FicheroCsv fichero = LeerCsv(datos);
+    if (!fichero.error.isEmpty()) {
+        plan.error = fichero.error;
+        return plan;
+    }
+    const Columnas col = BuscarColumnas(fichero.cabecera);
+    if ((col.codigo < 0 && col.variante < 0) || col.precio < 0) {
+        plan.error = QStringLiteral("La cabecera del fichero no nombra las columnas que hacen "
+                                    "falta: un código (codigo o variante) y precio.");
+        return plan;
+    }
+    if (fichero.lineas.isEmpty()) {
+        plan.error = QStringLiteral("El fichero solo tiene la línea de cabecera: no hay precios "
+                                    "que importar.");
+        return plan;
+    }
+
+    Catalogo catalogo;
+    catalogo.Leer(*contexto.conexion, contexto.tallaColor);
+    std::vector<LineaLeida> lineas;
+    lineas.reserve(size_t(fichero.lineas.size()));
+    for (const LineaCsv &linea : fichero.lineas)
+        lineas.push_back(LeerLinea(linea, col, int(fichero.cabecera.size()), catalogo, contexto));
+
+    // The same row on two lines with different prices: neither line says which is meant.
+    QHash<Clave, int> primeraLinea; // row -> index of the first valid line naming it
+    primeraLinea.reserve(qsizetype(lineas.size()));
+    for (int i = 0; i < int(lineas.size()); ++i) {
+        LineaLeida &leida = lineas[size_t(i)];
+        if (!leida.motivo.isEmpty())
+            continue;
+        for (const Clave &clave : std::as_const(leida.claves)) {
+            const auto [sitio, nueva] = InsertarNueva(primeraLinea, clave, i);
+            if (nueva)
+                continue;
+            LineaLeida &otra = lineas[size_t(*sitio)];
+            if (otra.precio == leida.precio)
+                continue;
+            const QString motivo =
+                QStringLiteral("el mismo producto tiene otro precio en la línea %1");
+            if (otra.motivo.isEmpty())
+                otra.motivo = motivo.arg(leida.numero);
+            leida.motivo = motivo.arg(otra.numero);
+            break;
+        }
+    }
+
+    const QHash<Clave, Guardada> guardados = PreciosGuardados(contexto, lista);
+    QSet<Clave> nombradas; // rows a line names, valid or not: "sustituir" leaves them
+    nombradas.reserve(qsizetype(lineas.size()));
+    QHash<Clave, Importe> nuevos;
+    nuevos.reserve(qsizetype(lineas.size()));
+    for (const LineaLeida &leida : lineas) {
+        for (const Clave &clave : leida.claves)
+            nombradas.insert(clave);
+        if (!leida.motivo.isEmpty()) {
+            plan.rechazadas.append({leida.numero, leida.motivo});
+            continue;
+        }
+        for (const Clave &clave : leida.claves) {
+            if (!InsertarNueva(nuevos, clave, *leida.precio).second)
+                continue; // the same row and price on another line: once
+            const auto g = guardados.constFind(clave);
+            if (g == guardados.cend()) {
+                ++plan.anadidos;
+                plan.cambios.push_back(
+                    {clave.first, clave.second, std::nullopt, leida.precio, QVariant()});
+            } else if (g->precio && *g->precio == *leida.precio) {
+                ++plan.iguales;
+            } else {
+                ++plan.cambiados;
+                plan.cambios.push_back(
+                    {clave.first, clave.second, g->precio, leida.precio, g->fila});
+            }
+        }
+    }
+    if (modo == ModoImportacion::Sustituir) {
+        // Only what the operator sees goes: a deleted product's row shows nowhere (nor in an
+        // export), so no file can name it.
+        for (auto g = guardados.cbegin(); g != guardados.cend(); ++g) {
+            if (nombradas.contains(g.key()) || catalogo.borrado.value(g.key().first, true))
+                continue;
+            ++plan.quitados;
+            plan.cambios.push_back(
+                {g.key().first, g.key().second, g->precio, std::nullopt, g->fila});
+        }
+    }
+    return plan;
+}
+
+QString ResumenImportacion(const PlanImportacion &plan) {
+    return QStringLiteral("%1 añadidos, %2 cambiados, %3 quitados, %4 iguales")
+        .arg(plan.anadidos)
+        .arg(plan.cambiados)
+        .arg(plan.quitados)
+        .arg(plan.iguales);
+}
