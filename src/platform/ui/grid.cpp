@@ -164,8 +164,8 @@ class DelegadoGrid : public QStyledItemDelegate {
 /// The application's style, but for the colour of the lines between cells (GridColor).
 class EstiloGrid : public QProxyStyle {
   public:
-    EstiloGrid(const QColor &lineas, QObject *dueno)
-        : QProxyStyle(QStyleFactory::create(QApplication::style()->name())), lineas(lineas) {
+    EstiloGrid(const QColor &colorLineas, QObject *dueno)
+        : QProxyStyle(QStyleFactory::create(QApplication::style()->name())), lineas(colorLineas) {
         setParent(dueno); // a widget doesn't own the style it is given
     }
 
@@ -190,8 +190,8 @@ int APixelesMinimo1(double twips) {
 
 } // namespace
 
-Grid::Grid(const QString &nombre, Control *contenedor, Form *form, const DisenoGrid &diseno)
-    : Control(nombre, contenedor, form), d(diseno), filaActual(diseno.rows > 1 ? 1 : 0),
+Grid::Grid(const QString &nombre, Control *padre, Form *pantalla, const DisenoGrid &diseno)
+    : Control(nombre, padre, pantalla), d(diseno), filaActual(diseno.rows > 1 ? 1 : 0),
       filasMinimas(diseno.rows) {
     if (diseno.fixedRows != 1 || diseno.fixedCols != 0)
         throw std::invalid_argument(
