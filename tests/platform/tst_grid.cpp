@@ -281,6 +281,17 @@ class TstGrid : public QObject {
              QList<int>{1, 2, 3, 4});
         caso("un texto largo que ningún nombre alcanza", largos, nada, "camiseta azul celestes",
              QList<int>{});
+        // With some seventy different letters in the column, a name's order looks at fewer of
+        // them: the rest of a longer text is checked row by row.
+        const QStringList variados = {
+            "abcdefghijklmnopqrstuvwxyz0123456789áéíóúüñçàèìòùâêîôûäëïöÿ-.,/+*()",
+            "Zapato negro 42", "ZAPATO NEGRO 43", "zapato negra", "Zapato negro 4"};
+        caso("muchas letras: el nombre entero", variados, nada, "zapato negro 43", QList<int>{3});
+        caso("muchas letras: la parte común", variados, nada, "zapato negro 4",
+             QList<int>{2, 3, 5});
+        caso(
+            "muchas letras, ordenados de antemano", variados, [](Grid &g) { g.PrepararFiltro(1); },
+            "Zapato Negro 42", QList<int>{2});
         caso("vacío: todas", revueltos, nada, "", rango(1, 12));
         caso("fuera del plano básico", QStringList{"\U00010428x", "\U00010400y", "x"}, nada,
              "\U00010400", QList<int>{1, 2});

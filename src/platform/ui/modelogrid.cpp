@@ -227,32 +227,14 @@ class Plegado {
     const char16_t *fin;
 };
 
-/// The rows are sorted by the first this many folded code points of their text: enough to
-/// tell nearly every name apart, and a prefix longer than that is checked row by row within
-/// the (short) range of the rows that share its first ones.
-constexpr int Corte = 12;
+/// The most code points a row's key holds, whatever the column.
+constexpr int CorteMaximo = 21;
 
-/// The first Corte folded code points of a text, three to a number (21 bits each, the code
-/// point plus 1, 0 past the end): comparing the numbers in order compares the cut texts.
-struct Clave {
-    std::array<quint64, Corte / 3> d;
-    int fila;
-};
-
-Clave ClaveDe(const QString &t, int fila) {
-    Clave c{{}, fila};
-    Plegado p(t);
-    for (quint64 &d : c.d)
-        for (int i = 0; i < 3; ++i)
-            d = (d << 21) | p.siguiente();
-    return c;
-}
-
-/// <0, 0, >0 as the folded `a` cut to Corte code points sorts before, with, after the folded
-/// `b` cut to as many.
-int CompararCortados(const QString &a, const QString &b) {
+/// <0, 0, >0 as the folded `a` cut to `corte` code points sorts before, with, after the
+/// folded `b` cut to as many.
+int CompararCortados(const QString &a, const QString &b, int corte) {
     Plegado x(a), y(b);
-    for (int n = 0; n < Corte; ++n) {
+    for (int n = 0; n < corte; ++n) {
         const quint32 i = x.siguiente(), j = y.siguiente();
         if (i != j)
             return i < j ? -1 : 1;
@@ -277,23 +259,84 @@ bool Empieza(const QString &t, const QString &prefijo,
     return true;
 }
 
-} // namespace
+/// A row's key: its text's first folded code points, each replaced by its rank among the
+/// code points the column holds (1 the smallest, 0 past the end), packed in order into one
+/// number. Comparing keys compares the texts cut to that many code points, and a column of a
+/// few dozen letters fits ten or more of them in the 63 bits.
+struct Clave {
+    quint64 clave;
+    int fila;
+};
 
-namespace {
+/// The ranks of a column's folded code points, and how many fit in a key.
+class Rangos {
+  public:
+    explicit Rangos(const ModeloGrid &m, int columna) {
+        // Which code points occur among those a key may hold.
+        std::vector<char> basicos(0x10000 + 1, 0);
+        std::vector<quint32> otros;
+        for (int f = 1; f < m.filas(); ++f) {
+            Plegado p(m.texto(f, columna));
+            for (int n = 0; n < CorteMaximo; ++n) {
+                const quint32 c = p.siguiente();
+                if (c == 0)
+                    break;
+                if (c <= 0x10000)
+                    basicos[c] = 1;
+                else
+                    otros.push_back(c);
+            }
+        }
+        std::sort(otros.begin(), otros.end());
+        otros.erase(std::unique(otros.begin(), otros.end()), otros.end());
+        rangoBasico.assign(basicos.size(), 0);
+        quint32 siguiente = 1;
+        for (size_t c = 0; c < basicos.size(); ++c)
+            if (basicos[c])
+                rangoBasico[c] = siguiente++;
+        primerOtro = siguiente;
+        mayores = std::move(otros);
+        const quint32 ultimo = siguiente + quint32(mayores.size()) - 1;
+        while (bits < 21 && (quint32(1) << bits) <= ultimo)
+            ++bits;
+        corte = std::min(CorteMaximo, 63 / bits);
+    }
+    int Corte() const { return corte; }
+    Clave ClaveDe(const QString &t, int fila) const {
+        Plegado p(t);
+        quint64 clave = 0;
+        for (int n = 0; n < corte; ++n)
+            clave = (clave << bits) | rango(p.siguiente());
+        return {clave, fila};
+    }
+
+  private:
+    quint32 rango(quint32 c) const {
+        if (c <= 0x10000)
+            return rangoBasico[c];
+        return primerOtro +
+               quint32(std::lower_bound(mayores.begin(), mayores.end(), c) - mayores.begin());
+    }
+    std::vector<quint32> rangoBasico; ///< by folded code point plus 1, up to the basic plane
+    std::vector<quint32> mayores;     ///< the others that occur, in order
+    quint32 primerOtro = 1;
+    int bits = 1;
+    int corte = 1;
+};
 
 /// Each row's key, read in the rows' own order (the texts lie in memory in that order).
-std::vector<Clave> Claves(const ModeloGrid &m, int columna) {
+std::vector<Clave> Claves(const ModeloGrid &m, int columna, const Rangos &rangos) {
     std::vector<Clave> claves;
     claves.reserve(size_t(std::max(0, m.filas() - 1)));
     for (int f = 1; f < m.filas(); ++f)
-        claves.push_back(ClaveDe(m.texto(f, columna), f));
+        claves.push_back(rangos.ClaveDe(m.texto(f, columna), f));
     return claves;
 }
 
 /// The rows in the order of their keys: a sort of plain numbers, which touches no text.
 std::vector<int> Ordenar(std::vector<Clave> claves) {
     std::sort(claves.begin(), claves.end(), [](const Clave &a, const Clave &b) {
-        return a.d != b.d ? a.d < b.d : a.fila < b.fila;
+        return a.clave != b.clave ? a.clave < b.clave : a.fila < b.fila;
     });
     std::vector<int> filas(claves.size());
     for (size_t i = 0; i < claves.size(); ++i)
@@ -309,13 +352,16 @@ void ModeloGrid::ordenarColumna(int columna) {
         std::vector<int> hechas = ordenEnCurso.get();
         if (columnaEnCurso == columna) {
             ordenadas = std::move(hechas);
+            corte = corteEnCurso;
             columnaOrdenada = columna;
             columnaEnCurso = -1;
             return;
         }
     }
     columnaEnCurso = -1;
-    ordenadas = Ordenar(Claves(*this, columna));
+    const Rangos rangos(*this, columna);
+    ordenadas = Ordenar(Claves(*this, columna, rangos));
+    corte = rangos.Corte();
     columnaOrdenada = columna;
 }
 
@@ -324,19 +370,22 @@ void ModeloGrid::prepararOrden(int columna) {
         return;
     if (ordenEnCurso.valid())
         ordenEnCurso.wait(); // an older one, out of date: it goes before another starts
-    ordenEnCurso = std::async(std::launch::async, [claves = Claves(*this, columna)]() mutable {
-        return Ordenar(std::move(claves));
-    });
+    const Rangos rangos(*this, columna);
+    ordenEnCurso =
+        std::async(std::launch::async, [claves = Claves(*this, columna, rangos)]() mutable {
+            return Ordenar(std::move(claves));
+        });
+    corteEnCurso = rangos.Corte();
     columnaEnCurso = columna;
 }
 
 std::pair<size_t, size_t> ModeloGrid::rangoEmpiezan(const QString &prefijo) const {
-    // The rows whose cut text starts with the prefix's first Corte code points.
+    // The rows whose cut text starts with the prefix's first `corte` code points.
     const auto desde = std::partition_point(ordenadas.begin(), ordenadas.end(), [&](int f) {
-        return CompararCortados(texto(f, columnaOrdenada), prefijo) < 0;
+        return CompararCortados(texto(f, columnaOrdenada), prefijo, corte) < 0;
     });
     const auto hasta = std::partition_point(desde, ordenadas.end(), [&](int f) {
-        return Empieza(texto(f, columnaOrdenada), prefijo, Corte);
+        return Empieza(texto(f, columnaOrdenada), prefijo, corte);
     });
     return {size_t(desde - ordenadas.begin()), size_t(hasta - ordenadas.begin())};
 }
@@ -350,7 +399,7 @@ void ModeloGrid::mostrarEmpiezan(int columna, const QString &prefijo, double alt
             ordenarColumna(columna);
         const auto [desde, hasta] = rangoEmpiezan(prefijo);
         // A prefix of more UTF-16 units than the cut may hold more code points than it.
-        const bool largo = prefijo.size() > Corte;
+        const bool largo = prefijo.size() > corte;
         for (size_t i = desde; i < hasta; ++i) {
             const int f = ordenadas[i];
             muestra[size_t(f)] = !largo || Empieza(texto(f, columna), prefijo);

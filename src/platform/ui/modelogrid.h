@@ -123,10 +123,14 @@ class ModeloGrid : public QAbstractTableModel {
     /// (-1: none kept; the texts or rows changed since).
     std::vector<int> ordenadas;
     int columnaOrdenada = -1;
+    /// How many folded code points of each text the order looks at; a longer prefix is
+    /// checked row by row within its range.
+    int corte = 1;
     /// The sort under way on another thread, of column `columnaEnCurso` (-1: none, or its
     /// result is out of date).
     std::future<std::vector<int>> ordenEnCurso;
     int columnaEnCurso = -1;
+    int corteEnCurso = 1;
     double alturaDefecto = 240;
     double titulo = -1;
 
