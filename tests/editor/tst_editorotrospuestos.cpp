@@ -263,6 +263,24 @@ class TstEditorOtrosPuestos : public QObject {
         }
     }
 
+    void propioPrecioSinPregunta() {
+        // The grid shows a price as the operator typed it ("12.50"), the database gives it
+        // back its own way ("12,5"): the same amount, and this terminal's own price, so the
+        // next save asks nothing.
+        TiendaPrueba t;
+        t.Producto(1, "A1", "Abrigo", 30);
+        t.Lista(1, "General");
+        FrmTarifas &e = Abierta(t);
+        RespuestasMensajes cajas;
+        QVERIFY(ClicProducto(e, "1"));
+        Teclear(e.txt_NuevoPrecio, "12.50");
+        QCOMPARE(Precios(e), QStringList("1|12.50"));
+        QVERIFY(ClicProducto(e, "1"));
+        Teclear(e.txt_NuevoPrecio, "33");
+        QCOMPARE(cajas.Mostrados(), QStringList());
+        QCOMPARE(t.Valor("select precio from detalle_precio").toDouble(), 33.0);
+    }
+
     void codigoFueraDeMargen() {
         // A product numbered beyond 32 bits (a catalogue filled by another program) can't go
         // into a list: the message blames the code, not the price, and nothing is stored.
