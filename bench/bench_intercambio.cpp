@@ -70,7 +70,7 @@ void Ejecutar(ADODB::Connection &conexion, const QString &sql) {
     QSqlQuery q(conexion.Base());
     if (!q.exec(sql))
         throw std::runtime_error(
-            (q.lastError().text() + QStringLiteral(" in ") + sql).toStdString());
+            QString(q.lastError().text() + QStringLiteral(" in ") + sql).toStdString());
 }
 
 qint64 Contar(ADODB::Connection &conexion, const QString &sql) {

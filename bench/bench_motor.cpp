@@ -45,7 +45,7 @@ QSqlQuery Ejecutar(QSqlDatabase base, const QString &sql) {
     QSqlQuery q(base);
     if (!q.exec(sql))
         throw std::runtime_error(
-            (q.lastError().text() + QStringLiteral(" in ") + sql).toStdString());
+            QString(q.lastError().text() + QStringLiteral(" in ") + sql).toStdString());
     return q;
 }
 
