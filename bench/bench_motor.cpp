@@ -111,12 +111,14 @@ void Llenar(QSqlDatabase base, bool postgresql, int porLista) {
                            .arg(lista));
         // Prices of two decimals, 0,10 to 99,99 (so that + 10 % changes each), in a different
         // order in each list.
-        Ejecutar(base, QStringLiteral("insert into detalle_precio (identificador, producto, "
-                                      "precio) select %1, i, ((i * %2) % 9990 + 10) / 100.0 from "
-                                      "(%3) s")
-                           .arg(lista)
-                           .arg(7919 + lista * 104729)
-                           .arg(serie));
+        Ejecutar(base,
+                 QStringLiteral(
+                     "insert into detalle_precio (identificador, producto, "
+                     "precio) select %1, i, ((cast(i as bigint) * %2) % 9990 + 10) / 100.0 from "
+                     "(%3) s")
+                     .arg(lista)
+                     .arg(7919 + lista * 104729)
+                     .arg(serie));
     }
     Ejecutar(base, QStringLiteral("commit"));
     Ejecutar(base, QStringLiteral("analyze"));

@@ -64,12 +64,8 @@ qint64 CambiarPorValores(const ContextoMotor &contexto, const PeticionCambio &pe
     if (mapa.empty())
         return 0;
 
-    SQLMotor::Ejecutar(conexion,
-                       lite ? QStringLiteral("create temp table if not exists motor_mapa (viejo "
-                                             "numeric primary key, nuevo numeric)")
-                            : QStringLiteral("create temporary table if not exists motor_mapa "
-                                             "(viejo numeric primary key, nuevo numeric)"));
-    SQLMotor::Ejecutar(conexion, QStringLiteral("delete from motor_mapa"));
+    SQLMotor::TemporalVacia(conexion, QStringLiteral("motor_mapa"),
+                            QStringLiteral("viejo numeric primary key, nuevo numeric"));
     SQLMotor::InsertarPorLotes(
         conexion, QStringLiteral("insert into motor_mapa (viejo, nuevo) values "), 2, mapa);
     // The list's rows, read through its index, drive each statement; each finds its new price

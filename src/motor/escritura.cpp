@@ -7,19 +7,13 @@ namespace {
 void PrepararTemporales(ADODB::Connection &conexion, Motor motor) {
     // Made once for the connection's life, emptied for each use: their rows never outlive the
     // unit that wrote them, as every use starts by emptying them.
-    const bool lite = motor == Motor::SQLite;
-    SQLMotor::Ejecutar(
-        conexion, lite ? QStringLiteral("create temp table if not exists motor_filas "
-                                        "(clave integer primary key, nuevo numeric, baja integer)")
-                       : QStringLiteral("create temporary table if not exists motor_filas "
-                                        "(clave tid, nuevo numeric, baja integer)"));
-    SQLMotor::Ejecutar(conexion,
-                       lite ? QStringLiteral("create temp table if not exists motor_altas "
-                                             "(producto integer, variante text, nuevo numeric)")
-                            : QStringLiteral("create temporary table if not exists motor_altas "
-                                             "(producto integer, variante text, nuevo numeric)"));
-    SQLMotor::Ejecutar(conexion, QStringLiteral("delete from motor_filas"));
-    SQLMotor::Ejecutar(conexion, QStringLiteral("delete from motor_altas"));
+    SQLMotor::TemporalVacia(conexion, QStringLiteral("motor_filas"),
+                            motor == Motor::SQLite
+                                ? QStringLiteral("clave integer primary key, nuevo numeric, "
+                                                 "baja integer")
+                                : QStringLiteral("clave tid, nuevo numeric, baja integer"));
+    SQLMotor::TemporalVacia(conexion, QStringLiteral("motor_altas"),
+                            QStringLiteral("producto integer, variante text, nuevo numeric"));
 }
 
 } // namespace

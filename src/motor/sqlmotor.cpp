@@ -98,6 +98,19 @@ bool BloquearLista(ADODB::Connection &conexion, qint32 lista) {
     return viva;
 }
 
+void TemporalVacia(ADODB::Connection &conexion, const QString &nombre, const QString &columnas) {
+    bool falta = true;
+    if (De(conexion) == Motor::PostgreSQL) {
+        QSqlQuery q = Ejecutar(conexion, QStringLiteral("select to_regclass(?) is null"),
+                               {QString(QStringLiteral("pg_temp.") + nombre)});
+        falta = q.next() && q.value(0).toBool();
+    }
+    if (falta)
+        Ejecutar(conexion, QStringLiteral("create temporary table if not exists ") + nombre +
+                               QStringLiteral(" (") + columnas + QLatin1Char(')'));
+    Ejecutar(conexion, QStringLiteral("delete from ") + nombre);
+}
+
 bool ExisteLista(ADODB::Connection &conexion, qint32 lista) {
     ADODB::Recordset rs;
     rs.Open(QStringLiteral("select identificador from cabecera_precio where identificador = ?"),
