@@ -1,6 +1,8 @@
 // Deleting the open price list: its header, its prices and the relations that apply it.
 #include "frmtarifas.h"
 
+#include "codigo.h"
+
 #include "platform/datos/transaccion.h"
 #include "platform/ui/mensajes.h"
 #include "session/sesionsuite.h"
@@ -22,17 +24,19 @@ void FrmTarifas::cmdEliminar_Click() {
         if (!ListaSigueViva())
             return; // deleted by another terminal: the editor has closed
         SvcRegistros registros;
+        const QVariantList codigo{*CodigoDeTexto(lista)}; // a live list's: a code
         registros.BorrarRegistro(conexion, QStringLiteral("cabecera_precio"),
                                  SesionSuite.nombretienda, SesionSuite.multitienda,
-                                 QStringLiteral("identificador=") + lista);
+                                 {QStringLiteral("identificador = ?"), codigo});
         registros.BorrarRegistro(conexion, QStringLiteral("detalle_precio"),
                                  SesionSuite.nombretienda, SesionSuite.multitienda,
-                                 QStringLiteral("identificador=") + lista);
+                                 {QStringLiteral("identificador = ?"), codigo});
         // Only the relations that apply this list; other kinds of relation may carry the same
         // number in datoN.
-        registros.BorrarRegistro(conexion, QStringLiteral("relaciones_fijas"),
-                                 SesionSuite.nombretienda, SesionSuite.multitienda,
-                                 QStringLiteral("indice='TarifaAplicada' and datoN = ") + lista);
+        registros.BorrarRegistro(
+            conexion, QStringLiteral("relaciones_fijas"), SesionSuite.nombretienda,
+            SesionSuite.multitienda,
+            {QStringLiteral("indice = 'TarifaAplicada' and datoN = ?"), codigo});
         unidad.Commit();
     }
     // The register lists what remains once this modal show returns.

@@ -2,6 +2,7 @@
 // gives way to the new one, in the database and in grid_Pseleccionados.
 #include "frmtarifas.h"
 
+#include "codigo.h"
 #include "columnas.h"
 
 #include "platform/datos/transaccion.h"
@@ -14,25 +15,10 @@ namespace {
 
 const QString Tabla = QStringLiteral("detalle_precio");
 
-/// Whether `texto` is a whole number: the list's and the product's codes stand bare in the
-/// criterion, so anything else must never reach it.
-bool EsCodigo(const QString &texto) {
-    bool ok = false;
-    texto.toLongLong(&ok);
-    return ok;
-}
-
-/// A variant code between apostrophes, as the criterion compares a text column. The code
-/// comes from the catalogue, and an apostrophe in it is doubled so it stays one character.
-QString Literal(QString texto) {
-    return QLatin1Char('\'') + texto.replace(QLatin1Char('\''), QStringLiteral("''")) +
-           QLatin1Char('\'');
-}
-
 /// The delete of the old row and the insert of the new one, as one unit. A field list the
 /// record writer can't read (a typing slip in the price) is told to the operator before the
 /// unit starts, so nothing is written: the answer is false, as when the list is gone.
-bool Grabar(FrmTarifas &f, const QString &criterio, const QString &campos) {
+bool Grabar(FrmTarifas &f, const Criterio &criterio, const QString &campos) {
     SvcRegistros registros;
     const QString motivo = registros.ComprobarCampos(Tabla, campos);
     if (!motivo.isEmpty()) {
@@ -56,7 +42,7 @@ bool Grabar(FrmTarifas &f, const QString &criterio, const QString &campos) {
 /// The product in the panel has a code (a click on an empty row opens nothing, yet the
 /// labels start from their design texts).
 bool HayProducto(FrmTarifas &f) {
-    if (EsCodigo(f.lblCodProducto->Caption()) && EsCodigo(f.lblCodigo->Caption()))
+    if (CodigoDeTexto(f.lblCodProducto->Caption()) && CodigoDeTexto(f.lblCodigo->Caption()))
         return true;
     MsgBoxInformacion(QStringLiteral("Elija primero un producto de la lista."));
     return false;
@@ -87,11 +73,12 @@ bool FrmTarifas::GuardarBDProd() {
         return false;
     const QString lista = lblCodigo->Caption();
     const QString producto = lblCodProducto->Caption();
-    return Grabar(
-        *this,
-        QStringLiteral("identificador=") + lista + QStringLiteral(" and producto=") + producto,
-        QStringLiteral("identificador=") + lista + QStringLiteral("|producto=") + producto +
-            QStringLiteral("|precio=") + txt_NuevoPrecio->Text() + QStringLiteral("|"));
+    return Grabar(*this,
+                  {QStringLiteral("identificador = ? and producto = ?"),
+                   {*CodigoDeTexto(lista), *CodigoDeTexto(producto)}},
+                  QStringLiteral("identificador=") + lista + QStringLiteral("|producto=") +
+                      producto + QStringLiteral("|precio=") + txt_NuevoPrecio->Text() +
+                      QStringLiteral("|"));
 }
 
 bool FrmTarifas::GuardarBDProd_textil() {
@@ -110,8 +97,8 @@ bool FrmTarifas::GuardarBDProd_textil() {
         return false;
     }
     return Grabar(*this,
-                  QStringLiteral("identificador=") + lista + QStringLiteral(" and producto=") +
-                      producto + QStringLiteral(" and CodProductoTextil=") + Literal(variante),
+                  {QStringLiteral("identificador = ? and producto = ? and CodProductoTextil = ?"),
+                   {*CodigoDeTexto(lista), *CodigoDeTexto(producto), variante}},
                   QStringLiteral("identificador=") + lista + QStringLiteral("|producto=") +
                       producto + QStringLiteral("|precio=") + txt_NuevoPrecio->Text() +
                       QStringLiteral("|CodProductoTextil=") + variante + QStringLiteral("|"));

@@ -2,6 +2,8 @@
 // the list it writes to is still there, and holds it until its unit of work ends.
 #include "frmtarifas.h"
 
+#include "codigo.h"
+
 #include "platform/datos/recordset.h"
 #include "platform/ui/mensajes.h"
 #include "session/sesionsuite.h"
@@ -13,9 +15,8 @@ bool FrmTarifas::ListaSigueViva() {
     // The editor's own label: after the load the list in hand is the one handed over to it.
     const QString lista = lblCodigo->Caption();
     bool viva = false;
-    bool esNumero = false;
-    const qlonglong codigo = lista.toLongLong(&esNumero);
-    if (esNumero) {
+    const std::optional<qint64> codigo = CodigoDeTexto(lista);
+    if (codigo) {
         // On a server another terminal's save, period change or delete of this list waits on
         // the header's row until this unit ends. SQLite has no row locks: the unit already
         // holds the whole database's write lock (begin immediate).
@@ -24,7 +25,7 @@ bool FrmTarifas::ListaSigueViva() {
         rs.Open(
             QStringLiteral("Select identificador from cabecera_precio where identificador = ?") +
                 (servidor ? QStringLiteral(" for update") : QString()),
-            {codigo}, conexion);
+            {*codigo}, conexion);
         viva = rs.RecordCount() > 0;
         rs.Close();
     }

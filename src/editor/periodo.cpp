@@ -2,6 +2,8 @@
 // store the period shown or put the stored one back.
 #include "frmtarifas.h"
 
+#include "codigo.h"
+
 #include "platform/datos/regional.h"
 #include "platform/datos/transaccion.h"
 #include "session/sesionsuite.h"
@@ -55,17 +57,17 @@ void FrmTarifas::cambiarFecha() {
     const QString textoHasta = FechaATexto(hasta->Value());
     const QString campos = QStringLiteral("preciovalidodesde=") + textoDesde + QStringLiteral("|") +
                            QStringLiteral("preciovalidohasta=") + textoHasta + QStringLiteral("|");
-    const QString criterio = QStringLiteral("identificador=") + lblCodigo->Caption();
 
     ADODB::Connection &conexion = *SesionSuite.Conexion;
     ADODB::Transaccion unidad(conexion);
-    // The list's code goes into the criterion only once it is known to be a live list's.
+    // The list's code is read once it is known to be a live list's, and so a code.
     if (!ListaSigueViva())
         return;
     SvcRegistros registros;
-    registros.ModificarRegistro(conexion, QStringLiteral("cabecera_precio"), campos,
-                                SesionSuite.nombretienda, SesionSuite.multitienda, criterio, 0, {},
-                                {}, {});
+    registros.ModificarRegistro(
+        conexion, QStringLiteral("cabecera_precio"), campos, SesionSuite.nombretienda,
+        SesionSuite.multitienda,
+        {QStringLiteral("identificador = ?"), {*CodigoDeTexto(lblCodigo->Caption())}});
     unidad.Commit();
     lblDesde->setCaption(textoDesde);
     lblHasta->setCaption(textoHasta);
