@@ -1,8 +1,8 @@
 // The program's writes (a price saved, a period accepted, a list deleted) against hostile data
 // and Nulls, on the database of the run. No case may end the program or show the error report.
 #include "apoyo/ejecucion.h"
+#include "apoyo/respuestas.h"
 #include "apoyo/tiendaprueba.h"
-#include "platform/ui/mensajes.h"
 #include "suite/datos/svcopciones.h"
 
 class TstFiabilidad : public QObject {
@@ -50,7 +50,8 @@ class TstFiabilidad : public QObject {
         tienda.Precio(2, 1, 7, texto);
         RespuestasMensajes cajas;
         const QStringList antes = tienda.Volcado(), sinLista1 = tienda.Volcado(1);
-        QCOMPARE(tienda.Registro().grid_precios->TextMatrix(FilaRegistro(1), 0), texto);
+        QCOMPARE(tienda.Registro().grid_precios->TextMatrix(FilaRegistro(1), ColListas::Nombre),
+                 texto);
 
         const auto guardar = [&](FrmTarifas &e) {
             QCOMPARE(e.Label5->Caption(), texto);
