@@ -11,6 +11,7 @@
 #include "session/principal.h"
 #include "session/sesionsuite.h"
 #include "session/vida.h"
+#include "suite/datos/svcopciones.h"
 
 #include <QApplication>
 #include <QSqlQuery>
@@ -155,8 +156,8 @@ class TiendaPrueba {
                  {tipoNegocio});
         SesionSuite.TipoNegocio = tipoNegocio;
         SesionSuite.NumDecimales = 2;
-        SesionSuite.AnchoDiseno = 15360;
-        SesionSuite.AltoDiseno = 11085;
+        SesionSuite.AnchoDiseno = AnchoDisenoTwips;
+        SesionSuite.AltoDiseno = AltoDisenoTwips;
         SesionSuite.AnchoPantalla = SesionSuite.AnchoDiseno;
         SesionSuite.AltoPantalla = SesionSuite.AltoDiseno;
     }

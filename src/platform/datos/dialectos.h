@@ -9,7 +9,6 @@
 /// as ISO text "yyyy-MM-dd"), a decimal or a Boolean (stored as 0/1) from its raw value.
 class DialectoSQLite : public Dialecto {
   public:
-    QString Nombre() const override { return QStringLiteral("SQLite"); }
     QVariant Normalizar(const QVariant &valor, const QString &tipoDeclarado) const override;
     QString TipoSQL(TipoColumna tipo) const override;
 
@@ -25,7 +24,6 @@ class DialectoSQLite : public Dialecto {
 /// PostgreSQL, through Qt's QPSQL driver. `tipoDeclarado` is the name of the column's Qt type.
 class DialectoPostgreSQL : public Dialecto {
   public:
-    QString Nombre() const override { return QStringLiteral("PostgreSQL"); }
     QVariant Normalizar(const QVariant &valor, const QString &tipoDeclarado) const override;
 };
 
@@ -33,6 +31,5 @@ class DialectoPostgreSQL : public Dialecto {
 /// values as the driver gives them.
 class DialectoODBC : public Dialecto {
   public:
-    QString Nombre() const override { return QStringLiteral("ODBC"); }
     QString TipoSQL(TipoColumna tipo) const override;
 };

@@ -695,8 +695,4 @@ ModeloGrid *Grid::modelo() const {
     return m;
 }
 
-void Grid::aplicarGeometria() {
-    Control::aplicarGeometria();
-}
-
 #include "grid.moc"
