@@ -130,10 +130,14 @@ inline bool GuardarPrecio(FrmTarifas &e, const QString &codigo, const QString &p
         if (textil && g.TextMatrix(f, ColTallaColor::CodigoHijo) != hijo)
             continue;
         const auto celda = [&](int c) { return g.TextMatrix(f, c); };
+        namespace C = ColTallaColor;
         if (textil)
-            e.CargarDatosProd(celda(2), celda(0), celda(1), celda(6), celda(3), celda(4), celda(5));
+            e.CargarDatosProd(celda(C::Codigo), celda(C::CodigoTienda), celda(C::Nombre),
+                              celda(C::Precio), celda(C::CodigoHijo), celda(C::Talla),
+                              celda(C::Color));
         else
-            e.CargarDatosProd(celda(2), celda(0), celda(1), celda(3), {}, {}, {});
+            e.CargarDatosProd(celda(ColLlano::Codigo), celda(ColLlano::CodigoTienda),
+                              celda(ColLlano::Nombre), celda(ColLlano::Precio), {}, {}, {});
         e.txt_NuevoPrecio->setText(precio);
         QTest::mouseClick(e.cmdAceptar->widget(), Qt::LeftButton);
         return true;
