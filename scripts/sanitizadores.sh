@@ -2,8 +2,8 @@
 # Builds the program and its tests with AddressSanitizer and UndefinedBehaviorSanitizer, in a
 # folder of their own (build-sanitizadores; the benchmarks are left out), and runs the tests on
 # SQLite. A read out of bounds, a use after free, a leak of the program's own or undefined
-# behaviour fails the test where it happens. Qt's and the system libraries' own leaks at exit
-# are left out by scripts/sanitizadores/lsan.supp, which says why for each.
+# behaviour fails the test where it happens. Leaks of libraries the program doesn't own are
+# left out by scripts/sanitizadores/lsan.supp, which says why for each (none so far).
 set -euo pipefail
 raiz="$(cd "$(dirname "$0")/.." && pwd)"
 build="$raiz/build-sanitizadores"
@@ -19,4 +19,12 @@ export UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1"
 cd "$build"
 echo
 echo "=== Pruebas en SQLite, con AddressSanitizer y UndefinedBehaviorSanitizer ==="
-ctest --output-on-failure -j"$(nproc)" -L '^sqlite$'
+resultado=0
+ctest --output-on-failure -j"$(nproc)" -L '^sqlite$' -E '^tst_odbc$' || resultado=1
+# The ODBC test goes through unixODBC, which loads the data source's driver and unloads it
+# before the process ends: what the driver leaves allocated then points into no library, and
+# LeakSanitizer can't tell it from the program's own. That one test runs without the leak
+# check; every other check stays on.
+ASAN_OPTIONS="${ASAN_OPTIONS/detect_leaks=1/detect_leaks=0}" \
+  ctest --output-on-failure -L '^sqlite$' -R '^tst_odbc$' || resultado=1
+exit $resultado

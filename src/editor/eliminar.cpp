@@ -1,6 +1,7 @@
 // Deleting the open price list: its header, its prices and the relations that apply it.
 #include "frmtarifas.h"
 
+#include "codigo.h"
 #include "contextosesion.h"
 #include "motor/historial.h"
 #include "platform/datos/transaccion.h"
@@ -17,8 +18,8 @@ void FrmTarifas::cmdEliminar_Click() {
 
     ADODB::Connection &conexion = *SesionSuite.Conexion;
     const QString lista = lblCodigo->Caption();
-    bool esNumero = false;
-    lista.toLongLong(&esNumero);
+    const std::optional<qint64> codigoLista = CodigoDeTexto(lista);
+    const bool esNumero = codigoLista.has_value();
     bool viva = false;
     if (esNumero) {
         // The three deletes are one unit: a refusal of any leaves the list whole, and the
@@ -28,19 +29,21 @@ void FrmTarifas::cmdEliminar_Click() {
         ADODB::Transaccion unidad(conexion);
         viva = ListaSigueViva();
         // The prices that go are the list's history, in the same unit.
-        RegistrarBorradoLista(ContextoSesion(), lista.toInt(), Label5->Caption());
+        RegistrarBorradoLista(ContextoSesion(), static_cast<qint32>(*codigoLista), Label5->Caption());
         SvcRegistros registros;
+        const QVariantList codigo{*codigoLista};
         registros.BorrarRegistro(conexion, QStringLiteral("cabecera_precio"),
                                  SesionSuite.nombretienda, SesionSuite.multitienda,
-                                 QStringLiteral("identificador=") + lista);
+                                 {QStringLiteral("identificador = ?"), codigo});
         registros.BorrarRegistro(conexion, QStringLiteral("detalle_precio"),
                                  SesionSuite.nombretienda, SesionSuite.multitienda,
-                                 QStringLiteral("identificador=") + lista);
+                                 {QStringLiteral("identificador = ?"), codigo});
         // Only the relations that apply this list; other kinds of relation may carry the same
         // number in datoN.
-        registros.BorrarRegistro(conexion, QStringLiteral("relaciones_fijas"),
-                                 SesionSuite.nombretienda, SesionSuite.multitienda,
-                                 QStringLiteral("indice='TarifaAplicada' and datoN = ") + lista);
+        registros.BorrarRegistro(
+            conexion, QStringLiteral("relaciones_fijas"), SesionSuite.nombretienda,
+            SesionSuite.multitienda,
+            {QStringLiteral("indice = 'TarifaAplicada' and datoN = ?"), codigo});
         unidad.Commit();
     }
     // Told once the unit has ended, never while it holds the list.

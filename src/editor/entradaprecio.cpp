@@ -2,6 +2,7 @@
 // standard price, the operator types the new one, and Accept saves it or Cancel drops it.
 #include "frmtarifas.h"
 
+#include "codigo.h"
 #include "columnas.h"
 
 #include "platform/datos/recordset.h"
@@ -66,12 +67,11 @@ void FrmTarifas::CargarDatosProd(const QString &codProd, const QString &codCli,
 }
 
 void FrmTarifas::CargarProductoXcodigo(const QString &cod) {
-    bool esNumero = false;
-    const qlonglong codigo = cod.toLongLong(&esNumero);
-    if (!esNumero)
+    const std::optional<qint64> codigo = CodigoDeTexto(cod);
+    if (!codigo)
         return; // no product bears such a code
     ADODB::Recordset rs;
-    rs.Open(QStringLiteral("Select * from productos where codigo = ?"), {codigo},
+    rs.Open(QStringLiteral("Select * from productos where codigo = ?"), {*codigo},
             *SesionSuite.Conexion, ADODB::adOpenStatic, ADODB::adLockOptimistic,
             ADODB::adCmdUnspecified);
     if (rs.RecordCount() > 0) {

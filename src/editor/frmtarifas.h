@@ -5,6 +5,7 @@
 #include "platform/ui/grid.h"
 
 class MenuGrid;
+struct Criterio;
 
 #include <QHash>
 #include <QString>
@@ -188,7 +189,7 @@ class FrmTarifas : public Form {
     void RecordarPrecioMostrado();
     /// Inside a save's unit: the price stored in the list for the row of `criterio` (the
     /// delete's criterion of the save), as text; none when there is no such row.
-    std::optional<QString> PrecioGuardado(const QString &criterio);
+    std::optional<QString> PrecioGuardado(const Criterio &criterio);
     /// After a save found `guardado` where the screen showed another price, and with its unit
     /// ended: asks whether to save the typed price over it, naming both. Whatever the answer,
     /// the stored price becomes the one shown; on No the list's prices are read again.

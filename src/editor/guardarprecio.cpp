@@ -2,6 +2,7 @@
 // gives way to the new one, in the database and in grid_Pseleccionados.
 #include "frmtarifas.h"
 
+#include "codigo.h"
 #include "columnas.h"
 #include "contextosesion.h"
 
@@ -18,25 +19,10 @@ namespace {
 
 const QString Tabla = QStringLiteral("detalle_precio");
 
-/// Whether `texto` is a whole number: the list's and the product's codes stand bare in the
-/// criterion, so anything else must never reach it.
-bool EsCodigo(const QString &texto) {
-    bool ok = false;
-    texto.toLongLong(&ok);
-    return ok;
-}
-
-/// A variant code between apostrophes, as the criterion compares a text column. The code
-/// comes from the catalogue, and an apostrophe in it is doubled so it stays one character.
-QString Literal(QString texto) {
-    return QLatin1Char('\'') + texto.replace(QLatin1Char('\''), QStringLiteral("''")) +
-           QLatin1Char('\'');
-}
-
 /// The delete of the old row and the insert of the new one, as one unit. A field list the
 /// record writer can't read (a typing slip in the price) is told to the operator before the
 /// unit starts, so nothing is written: the answer is false, as when the list is gone.
-bool Grabar(FrmTarifas &f, const QString &criterio, const QString &campos) {
+bool Grabar(FrmTarifas &f, const Criterio &criterio, const QString &campos) {
     SvcRegistros registros;
     const QString motivo = registros.ComprobarCampos(Tabla, campos);
     if (!motivo.isEmpty()) {
@@ -93,16 +79,16 @@ bool Grabar(FrmTarifas &f, const QString &criterio, const QString &campos) {
 /// The product in the panel has a code (a click on an empty row opens nothing, yet the
 /// labels start from their design texts).
 bool HayProducto(FrmTarifas &f) {
-    if (!EsCodigo(f.lblCodProducto->Caption()) || !EsCodigo(f.lblCodigo->Caption())) {
+    const std::optional<qint64> codigo = CodigoDeTexto(f.lblCodProducto->Caption());
+    if (!codigo || !CodigoDeTexto(f.lblCodigo->Caption())) {
         MsgBoxInformacion(QStringLiteral("Elija primero un producto de la lista."));
         return false;
     }
     // A list keeps a product's code in a 32-bit column: a catalogue that numbers beyond it
     // (possible in a file the suite's other programs filled) can't be priced in a list, and
     // that is the code's fault, not the typed price's.
-    const qlonglong codigo = f.lblCodProducto->Caption().toLongLong();
-    if (codigo < std::numeric_limits<qint32>::min() ||
-        codigo > std::numeric_limits<qint32>::max()) {
+    if (*codigo < std::numeric_limits<qint32>::min() ||
+        *codigo > std::numeric_limits<qint32>::max()) {
         MsgBoxInformacion(
             QStringLiteral("\"%1\" no se puede poner en una tarifa: su código interno, %2, está "
                            "fuera del margen de códigos que guarda una tarifa (de %3 a %4). "
@@ -140,11 +126,12 @@ bool FrmTarifas::GuardarBDProd() {
         return false;
     const QString lista = lblCodigo->Caption();
     const QString producto = lblCodProducto->Caption();
-    return Grabar(
-        *this,
-        QStringLiteral("identificador=") + lista + QStringLiteral(" and producto=") + producto,
-        QStringLiteral("identificador=") + lista + QStringLiteral("|producto=") + producto +
-            QStringLiteral("|precio=") + txt_NuevoPrecio->Text() + QStringLiteral("|"));
+    return Grabar(*this,
+                  {QStringLiteral("identificador = ? and producto = ?"),
+                   {*CodigoDeTexto(lista), *CodigoDeTexto(producto)}},
+                  QStringLiteral("identificador=") + lista + QStringLiteral("|producto=") +
+                      producto + QStringLiteral("|precio=") + txt_NuevoPrecio->Text() +
+                      QStringLiteral("|"));
 }
 
 bool FrmTarifas::GuardarBDProd_textil() {
@@ -163,8 +150,8 @@ bool FrmTarifas::GuardarBDProd_textil() {
         return false;
     }
     return Grabar(*this,
-                  QStringLiteral("identificador=") + lista + QStringLiteral(" and producto=") +
-                      producto + QStringLiteral(" and CodProductoTextil=") + Literal(variante),
+                  {QStringLiteral("identificador = ? and producto = ? and CodProductoTextil = ?"),
+                   {*CodigoDeTexto(lista), *CodigoDeTexto(producto), variante}},
                   QStringLiteral("identificador=") + lista + QStringLiteral("|producto=") +
                       producto + QStringLiteral("|precio=") + txt_NuevoPrecio->Text() +
                       QStringLiteral("|CodProductoTextil=") + variante + QStringLiteral("|"));

@@ -1,7 +1,7 @@
 // Which price list the editor is on, while it loads.
 #include "frmtarifas.h"
 
-#include <QRegularExpression>
+#include "codigo.h"
 
 QString FrmTarifas::CodigoListaAbierta() {
     // The register writes the code into its own label before it touches the editor, and the
@@ -12,6 +12,5 @@ QString FrmTarifas::CodigoListaAbierta() {
     const QString codigo = registro->control<Label>(QStringLiteral("lblCodigo"))->Caption();
     // The code goes into the statements as it stands: only a whole number may, and no list
     // has any other code.
-    static const QRegularExpression numero(QStringLiteral("^-?[0-9]{1,18}$"));
-    return numero.match(codigo).hasMatch() ? codigo : QString();
+    return CodigoDeTexto(codigo) ? codigo : QString();
 }

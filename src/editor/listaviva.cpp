@@ -4,6 +4,8 @@
 // operator while the unit holds the list (on SQLite, the whole file) against the others.
 #include "frmtarifas.h"
 
+#include "codigo.h"
+
 #include "platform/datos/recordset.h"
 #include "platform/ui/mensajes.h"
 #include "session/sesionsuite.h"
@@ -11,16 +13,15 @@
 bool FrmTarifas::ListaSigueViva() {
     ADODB::Connection &conexion = *SesionSuite.Conexion;
     // The editor's own label: after the load the list in hand is the one handed over to it.
-    bool esNumero = false;
-    const qlonglong codigo = lblCodigo->Caption().toLongLong(&esNumero);
-    if (!esNumero)
+    const std::optional<qint64> codigo = CodigoDeTexto(lblCodigo->Caption());
+    if (!codigo)
         return false; // no list bears such a code, and it never reaches a statement
     // Held until the unit ends: another terminal's save, period change or delete of this list
     // waits for it (where the unit doesn't already hold the whole database).
     ADODB::Recordset rs;
     rs.Open(conexion.dialecto().BloquearFilas(QStringLiteral(
                 "Select identificador from cabecera_precio where identificador = ?")),
-            {codigo}, conexion);
+            {*codigo}, conexion);
     return rs.RecordCount() > 0;
 }
 

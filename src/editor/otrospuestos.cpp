@@ -11,6 +11,7 @@
 #include "platform/ui/controles.h"
 #include "platform/ui/mensajes.h"
 #include "session/sesionsuite.h"
+#include "suite/datos/svcregistros.h"
 
 #include <QRegularExpression>
 #include <QScopedValueRollback>
@@ -66,10 +67,10 @@ void FrmTarifas::RecordarPrecioMostrado() {
         estado.precioMostrado.reset();
 }
 
-std::optional<QString> FrmTarifas::PrecioGuardado(const QString &criterio) {
+std::optional<QString> FrmTarifas::PrecioGuardado(const Criterio &criterio) {
     ADODB::Recordset rs;
-    rs.Open(QStringLiteral("Select precio from detalle_precio where ") + criterio,
-            *SesionSuite.Conexion);
+    rs.Open(QStringLiteral("Select precio from detalle_precio where ") + criterio.texto,
+            criterio.valores, *SesionSuite.Conexion);
     std::optional<QString> precio;
     if (rs.RecordCount() > 0)
         precio = rs.Fields(QStringLiteral("precio")).Texto();

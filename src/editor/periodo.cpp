@@ -2,6 +2,8 @@
 // store the period shown or put the stored one back.
 #include "frmtarifas.h"
 
+#include "codigo.h"
+
 #include "platform/datos/regional.h"
 #include "platform/datos/transaccion.h"
 #include "session/sesionsuite.h"
@@ -55,7 +57,6 @@ void FrmTarifas::cambiarFecha() {
     const QString textoHasta = FechaATexto(hasta->Value());
     const QString campos = QStringLiteral("preciovalidodesde=") + textoDesde + QStringLiteral("|") +
                            QStringLiteral("preciovalidohasta=") + textoHasta + QStringLiteral("|");
-    const QString criterio = QStringLiteral("identificador=") + lblCodigo->Caption();
 
     ADODB::Connection &conexion = *SesionSuite.Conexion;
     bool viva = false;
@@ -65,9 +66,10 @@ void FrmTarifas::cambiarFecha() {
         viva = ListaSigueViva();
         if (viva) {
             SvcRegistros registros;
-            registros.ModificarRegistro(conexion, QStringLiteral("cabecera_precio"), campos,
-                                        SesionSuite.nombretienda, SesionSuite.multitienda, criterio,
-                                        0, {}, {}, {});
+            registros.ModificarRegistro(
+                conexion, QStringLiteral("cabecera_precio"), campos, SesionSuite.nombretienda,
+                SesionSuite.multitienda,
+                {QStringLiteral("identificador = ?"), {*CodigoDeTexto(lblCodigo->Caption())}});
             unidad.Commit();
         }
     }

@@ -2,29 +2,13 @@
 // of a stored variant.
 #include "frmtarifas.h"
 
+#include "codigo.h"
 #include "columnas.h"
 #include "listado.h"
 
 #include <cmath>
 
 namespace {
-
-/// Whether `texto` is a product code as the statements take it (decimal digits, perhaps a
-/// minus sign), and which. Asked once per row of a listing, so it reads the characters itself.
-bool EsCodigoProducto(QStringView texto, qint64 &codigo) {
-    const bool negativo = texto.startsWith(u'-');
-    const QStringView digitos = negativo ? texto.mid(1) : texto;
-    if (digitos.isEmpty() || digitos.size() > 18)
-        return false;
-    qint64 n = 0;
-    for (const QChar c : digitos) {
-        if (c < u'0' || c > u'9')
-            return false;
-        n = n * 10 + (c.unicode() - u'0');
-    }
-    codigo = negativo ? -n : n;
-    return true;
-}
 
 /// A stored parent code as the database compares it with a whole number: a whole value
 /// matches, anything else (a fraction, a text that isn't a number) matches no code.
@@ -41,8 +25,11 @@ bool CodigoGuardado(const QVariant &valor, qint64 &codigo) {
         codigo = qint64(d);
         return true;
     }
-    case QMetaType::QString:
-        return EsCodigoProducto(valor.toString().trimmed(), codigo);
+    case QMetaType::QString: {
+        const std::optional<qint64> leido = CodigoDeTexto(valor.toString().trimmed());
+        codigo = leido.value_or(0);
+        return leido.has_value();
+    }
     default:
         return false;
     }
@@ -145,11 +132,11 @@ QString FrmTarifas::obtenerTallaYColor(const QString &codProd, const QString &co
     QString talla;
     color.clear();
     codCliente.clear();
-    // The product's code stands bare in the statement: anything but a number would break
-    // it, and no variant can belong to it anyway.
-    qint64 padre = 0;
-    if (!EsCodigoProducto(codProd, padre))
+    // A product's code is a number: no variant belongs to any other text.
+    const std::optional<qint64> codigoPadre = CodigoDeTexto(codProd);
+    if (!codigoPadre)
         return talla;
+    const qint64 padre = *codigoPadre;
 
     if (variantesDeLista) {
         if (!variantesDeLista->leidas)
@@ -163,14 +150,13 @@ QString FrmTarifas::obtenerTallaYColor(const QString &codProd, const QString &co
         return talla;
     }
 
-    // The variant's code comes from the database, yet it is bound rather than written between
-    // apostrophes: a code holding one must not break the statement.
+    // Both codes are bound: a variant's code holding an apostrophe stays one character.
     // An empty code is compared as the empty text, not as Null.
     const QString hijo = codHijo.isNull() ? QStringLiteral("") : codHijo;
     ADODB::Recordset rs;
-    rs.Open(consultaVariantes + QStringLiteral("productostextil.codigopadre= ") + codProd +
-                QStringLiteral(" and productostextil.codigohijo= ?"),
-            {hijo}, *SesionSuite.Conexion, ADODB::adOpenStatic, ADODB::adLockOptimistic,
+    rs.Open(consultaVariantes +
+                QStringLiteral("productostextil.codigopadre= ? and productostextil.codigohijo= ?"),
+            {padre, hijo}, *SesionSuite.Conexion, ADODB::adOpenStatic, ADODB::adLockOptimistic,
             ADODB::adCmdUnspecified);
     if (rs.RecordCount() > 0) {
         // The first record answers; any further one is ignored.

@@ -1,5 +1,6 @@
 #include "principal.h"
 
+#include "platform/datos/cadenaconexion.h"
 #include "platform/datos/errorbd.h"
 #include "platform/datos/recordset.h"
 #include "platform/datos/sistema.h"
@@ -22,7 +23,7 @@ namespace {
 
 /// The data source that names this terminal. Its one table, listadostemporal, is read at
 /// start-up and never again.
-const QString origenTerminal = QStringLiteral("dsn=Corvanta");
+const QString origenTerminal = QStringLiteral("dsn=") + OrigenTerminal;
 
 /// A value of the terminal's table, over a connection that lives only for this call.
 QString LeerListadoTemporal(const QString &columna) {
@@ -66,10 +67,6 @@ QString LeerList1() {
     return LeerListadoTemporal(QStringLiteral("list1"));
 }
 
-int ExisteFichero(const QString &ruta) {
-    return ::ExisteFichero(ruta);
-}
-
 void CargarSesion() {
     ADODB::Connection &conexion = *SesionSuite.Conexion;
     SesionSuite.list2 = LeerList2();
@@ -79,8 +76,8 @@ void CargarSesion() {
     SesionSuite.EstiloAspecto = svcOpciones().LeerEstiloAspecto(conexion);
     SesionSuite.AnchoPantalla = svcOpciones().LeerAnchoPantalla(conexion);
     SesionSuite.AltoPantalla = svcOpciones().LeerAltoPantalla(conexion);
-    SesionSuite.AnchoDiseno = 15360.0;
-    SesionSuite.AltoDiseno = 11085.0;
+    SesionSuite.AnchoDiseno = AnchoDisenoTwips;
+    SesionSuite.AltoDiseno = AltoDisenoTwips;
     SesionSuite.IndicadorOpciones = svcOpciones().LeerIndicadorOpciones(conexion);
     SesionSuite.RutaBandera = LeerBandera();
     SesionSuite.NombreRegional = LeerNombreRegional();
@@ -149,7 +146,7 @@ QString LeerBandera() {
     rs.Open(QStringLiteral("Select bandera from configuracionregional"), *SesionSuite.Conexion);
     if (rs.RecordCount() > 0) {
         const QString ruta = rs.Fields(QStringLiteral("Bandera")).Texto();
-        if (Principal::ExisteFichero(ruta) != 0)
+        if (ExisteFichero(ruta) != 0)
             resultado = ruta;
     }
     rs.Close();

@@ -23,8 +23,6 @@ QString LeerList2();
 QString LeerBandera();
 QString LeerNombreRegional();
 QString NombreEmpleado();
-/// The length of the name found when a plain file exists at `ruta`, else 0.
-int ExisteFichero(const QString &ruta);
 
 SvcConexion &svcConexion();
 SvcOpciones &svcOpciones();

@@ -3,12 +3,15 @@
 // The shop every editor and register test starts from. It lives whole in this header, so that
 // a test folder needs no library of its own to use it.
 #include "apoyo/basedatosprueba.h"
+#include "editor/columnas.h"
 #include "editor/frmtarifas.h"
 #include "platform/ui/modelogrid.h"
+#include "register/columnaslistas.h"
 #include "register/frmlistas.h"
 #include "session/principal.h"
 #include "session/sesionsuite.h"
 #include "session/vida.h"
+#include "suite/datos/svcopciones.h"
 
 #include <QApplication>
 #include <QSqlQuery>
@@ -39,7 +42,8 @@ inline QList<int> FilasCon(const Grid &g, int columna, const QString &valor) {
 
 /// The register's row of list `lista`, -1 when it is not listed.
 inline int FilaRegistro(int lista) {
-    const QList<int> filas = FilasCon(*frmListas().grid_precios, 3, QString::number(lista));
+    const QList<int> filas =
+        FilasCon(*frmListas().grid_precios, ColListas::Codigo, QString::number(lista));
     return filas.isEmpty() ? -1 : filas.first();
 }
 
@@ -99,7 +103,8 @@ inline bool ClicProducto(FrmTarifas &e, const QString &codigo, const QString &hi
     QTableView *v = g.vista();
     for (int r = 0; r < v->model()->rowCount(); ++r) {
         const int fila = g.modelo()->filaDeGrid(r);
-        if (g.TextMatrix(fila, 2) == codigo && (hijo.isEmpty() || g.TextMatrix(fila, 3) == hijo)) {
+        if (g.TextMatrix(fila, ColTallaColor::Codigo) == codigo &&
+            (hijo.isEmpty() || g.TextMatrix(fila, ColTallaColor::CodigoHijo) == hijo)) {
             QTest::mouseClick(v->viewport(), Qt::LeftButton, {},
                               v->visualRect(v->model()->index(r, 1)).center());
             return true;
@@ -120,15 +125,19 @@ inline bool GuardarPrecio(FrmTarifas &e, const QString &codigo, const QString &p
                           const QString &hijo = {}) {
     const bool textil = ModoTallaColor();
     const Grid &g = textil ? *e.grid_productos_textil : *e.grid_productos;
-    const QList<int> filas = FilasCon(g, 2, codigo);
+    const QList<int> filas = FilasCon(g, ColTallaColor::Codigo, codigo);
     for (const int f : filas) {
-        if (textil && g.TextMatrix(f, 3) != hijo)
+        if (textil && g.TextMatrix(f, ColTallaColor::CodigoHijo) != hijo)
             continue;
         const auto celda = [&](int c) { return g.TextMatrix(f, c); };
+        namespace C = ColTallaColor;
         if (textil)
-            e.CargarDatosProd(celda(2), celda(0), celda(1), celda(6), celda(3), celda(4), celda(5));
+            e.CargarDatosProd(celda(C::Codigo), celda(C::CodigoTienda), celda(C::Nombre),
+                              celda(C::Precio), celda(C::CodigoHijo), celda(C::Talla),
+                              celda(C::Color));
         else
-            e.CargarDatosProd(celda(2), celda(0), celda(1), celda(3), {}, {}, {});
+            e.CargarDatosProd(celda(ColLlano::Codigo), celda(ColLlano::CodigoTienda),
+                              celda(ColLlano::Nombre), celda(ColLlano::Precio), {}, {}, {});
         e.txt_NuevoPrecio->setText(precio);
         QTest::mouseClick(e.cmdAceptar->widget(), Qt::LeftButton);
         return true;
@@ -151,8 +160,8 @@ class TiendaPrueba {
                  {tipoNegocio});
         SesionSuite.TipoNegocio = tipoNegocio;
         SesionSuite.NumDecimales = 2;
-        SesionSuite.AnchoDiseno = 15360;
-        SesionSuite.AltoDiseno = 11085;
+        SesionSuite.AnchoDiseno = AnchoDisenoTwips;
+        SesionSuite.AltoDiseno = AltoDisenoTwips;
         SesionSuite.AnchoPantalla = SesionSuite.AnchoDiseno;
         SesionSuite.AltoPantalla = SesionSuite.AltoDiseno;
     }
@@ -221,7 +230,8 @@ class TiendaPrueba {
         for (const char *tabla : {"cabecera_precio", "detalle_precio", "relaciones_fijas"}) {
             QSqlQuery q(base->Conexion().Base());
             if (!q.exec(QStringLiteral("select * from ") + tabla))
-                qWarning("Could not dump %s", tabla);
+                QTest::qFail(qPrintable(QStringLiteral("Could not dump ") + tabla), __FILE__,
+                             __LINE__);
             while (q.next()) {
                 QStringList campos{QLatin1String(tabla)};
                 for (int c = 0; c < q.record().count(); ++c)
@@ -242,7 +252,7 @@ class TiendaPrueba {
         if (!registro.ventana()->isVisible()) {
             registro.ventana()->show();
             if (!QTest::qWaitForWindowExposed(registro.ventana()))
-                qWarning("The register's window was not exposed");
+                QTest::qFail("The register's window was not exposed", __FILE__, __LINE__);
         }
         QApplication::setActiveWindow(registro.ventana());
         return registro;
@@ -269,9 +279,9 @@ class TiendaPrueba {
         e.lblCodigo->setCaption(QString::number(lista));
         e.ventana()->show();
         if (!QTest::qWaitForWindowExposed(e.ventana()))
-            qWarning("The editor was not exposed");
+            QTest::qFail("The editor was not exposed", __FILE__, __LINE__);
         if (!QTest::qWaitFor([&] { return !e.tmrRegresaLista->Enabled(); }, 5000))
-            qWarning("The catalogue never slid into place");
+            QTest::qFail("The catalogue never slid into place", __FILE__, __LINE__);
         return e;
     }
 

@@ -6,7 +6,7 @@
 #include "dialogos/menus.h"
 #include "editor/columnas.h"
 #include "motor/importe.h"
-#include "platform/ui/mensajes.h"
+#include "apoyo/respuestas.h"
 
 #include <QComboBox>
 #include <QLabel>

@@ -4,7 +4,7 @@
 #include "apoyo/tiendaprueba.h"
 #include "dialogos/menus.h"
 #include "editor/columnas.h"
-#include "platform/ui/mensajes.h"
+#include "apoyo/respuestas.h"
 
 namespace {
 

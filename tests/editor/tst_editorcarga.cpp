@@ -4,6 +4,7 @@
 // with the size and colour of each stored variant.
 #include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
+#include "editor/columnas.h"
 
 namespace {
 
@@ -82,8 +83,10 @@ class TstEditorCarga : public QObject {
         // The mode's catalogue is filled and shown; the other one stays empty.
         QCOMPARE(e.frResultado->Visible(), tallaColor);
         const QString camisa = "Camisa";
-        QCOMPARE(e.grid_productos_textil->TextMatrix(1, 1), tallaColor ? camisa : QString());
-        QCOMPARE(e.grid_productos->TextMatrix(1, 1), tallaColor ? QString() : camisa);
+        QCOMPARE(e.grid_productos_textil->TextMatrix(1, ColTallaColor::Nombre),
+                 tallaColor ? camisa : QString());
+        QCOMPARE(e.grid_productos->TextMatrix(1, ColLlano::Nombre),
+                 tallaColor ? QString() : camisa);
         QCOMPARE(Filas(*e.grid_Pseleccionados),
                  QStringList{tallaColor ? QStringLiteral("C1|Camisa|1|-1|||11|")
                                         : QStringLiteral("C1|Camisa|1|11|")});
@@ -129,7 +132,7 @@ class TstEditorCarga : public QObject {
         frmListas().lblCodigo->setCaption(codigo);
         FrmTarifas &e = frmTarifas();
         e.Load();
-        QCOMPARE(e.grid_productos->TextMatrix(1, 1), QStringLiteral("Camisa"));
+        QCOMPARE(e.grid_productos->TextMatrix(1, ColLlano::Nombre), QStringLiteral("Camisa"));
         QCOMPARE(Filas(*e.grid_Pseleccionados), QStringList{"||||"});
         QCOMPARE(tienda.Valor("select count(*) from detalle_precio").toInt(), 1);
     }
@@ -206,10 +209,12 @@ class TstEditorCarga : public QObject {
         // out and sorts by name.
         QCOMPARE(g.Rows(), textil ? 10 : 9);
         if (!textil)
-            QCOMPARE(g.TextMatrix(1, 1) + g.TextMatrix(2, 1) + g.TextMatrix(3, 1) +
-                         g.TextMatrix(4, 1) + g.TextMatrix(8, 1),
+            QCOMPARE(g.TextMatrix(1, ColLlano::Nombre) + g.TextMatrix(2, ColLlano::Nombre) +
+                         g.TextMatrix(3, ColLlano::Nombre) + g.TextMatrix(4, ColLlano::Nombre) +
+                         g.TextMatrix(8, ColLlano::Nombre),
                      QStringLiteral("AlfaAlfaZetaZeta"));
-        const QList<int> filas = FilasCon(g, textil ? 6 : 3, precio);
+        const QList<int> filas =
+            FilasCon(g, textil ? int(ColTallaColor::Precio) : int(ColLlano::Precio), precio);
         QCOMPARE(filas.size(), 1);
         QCOMPARE(Fila(g, filas.first()).join('|'), fila);
     }

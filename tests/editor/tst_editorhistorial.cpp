@@ -4,7 +4,7 @@
 #include "apoyo/tiendaprueba.h"
 #include "editor/contextosesion.h"
 #include "motor/historial.h"
-#include "platform/ui/mensajes.h"
+#include "apoyo/respuestas.h"
 
 class TstEditorHistorial : public QObject {
     Q_OBJECT

@@ -1,11 +1,12 @@
 // The editor's writes to the open list as a whole: its validity period (when the two buttons
 // show, what Accept stores and Cancel puts back) and its deletion; and what a write does when
 // another terminal has deleted the list, or is deleting it, or prices the same product at once.
+#include "apoyo/bloqueo.h"
 #include "apoyo/ejecucion.h"
+#include "apoyo/respuestas.h"
 #include "apoyo/tiendaprueba.h"
 #include "platform/datos/regional.h"
 #include "platform/datos/transaccion.h"
-#include "platform/ui/mensajes.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -31,7 +32,7 @@ QString Guardado(TiendaPrueba &t) {
 bool Visibles(const FrmTarifas &e) {
     // The two are always shown and hidden together.
     if (e.cmdAceptarFecha->Visible() != e.cmdCancelarFecha->Visible())
-        qWarning("Accept and Cancel differ in visibility");
+        QTest::qFail("Accept and Cancel differ in visibility", __FILE__, __LINE__);
     return e.cmdAceptarFecha->Visible();
 }
 
@@ -49,10 +50,11 @@ void Tienda(TiendaPrueba &t, const QString &nombre = QStringLiteral("General")) 
 }
 
 /// Runs `sentencias` on a connection of its own, in a thread of its own, as one unit of
-/// another terminal: `listo` is set once they have run, and the unit is committed `espera`
-/// later, so that meanwhile it is in progress. `error` gets the text of a failure.
+/// another terminal: `listo` is set once they have run. With a `vigia`, the unit is committed
+/// only once the program's write waits for it (its failure to wait is the `error`);
+/// without, at once. `error` gets the text of a failure.
 void OtroPuesto(const QString &cadena, QStringList sentencias, std::promise<void> &listo,
-                std::chrono::milliseconds espera, QString &error) {
+                VigiaBloqueo *vigia, QString &error) {
     try {
         ADODB::Connection otra;
         otra.Open(cadena);
@@ -64,7 +66,8 @@ void OtroPuesto(const QString &cadena, QStringList sentencias, std::promise<void
                     throw ErrorBD(q.lastError().text());
             }
             listo.set_value();
-            std::this_thread::sleep_for(espera);
+            if (vigia && !vigia->Esperar(otra, std::chrono::seconds(30)))
+                error = QStringLiteral("the program's write never waited for this unit");
             unidad.Commit();
         }
         otra.Close();
@@ -271,10 +274,13 @@ class TstEditorLista : public QObject {
         QString errorOtro;
         std::thread otro;
         bool abierto = false;
+        std::unique_ptr<VigiaBloqueo> vigia;
         QVERIFY(tienda.AbrirEditor(1, [&](FrmTarifas &e) {
+            if (enCurso)
+                vigia = std::make_unique<VigiaBloqueo>(*SesionSuite.Conexion);
             std::promise<void> listo;
             otro = std::thread(OtroPuesto, tienda.db().Cadena(), sentencias, std::ref(listo),
-                               std::chrono::milliseconds(enCurso ? 700 : 0), std::ref(errorOtro));
+                               vigia.get(), std::ref(errorOtro));
             listo.get_future().wait();
             if (!enCurso)
                 otro.join();
@@ -290,6 +296,7 @@ class TstEditorLista : public QObject {
         }));
         if (otro.joinable())
             otro.join();
+        vigia.reset();
         QCOMPARE(errorOtro, QString());
         QCOMPARE(abierto, !borrada);
         if (!borrada) {

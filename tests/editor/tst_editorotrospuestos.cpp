@@ -6,7 +6,7 @@
 #include "apoyo/tiendaprueba.h"
 #include "platform/datos/regional.h"
 #include "platform/datos/transaccion.h"
-#include "platform/ui/mensajes.h"
+#include "apoyo/respuestas.h"
 #include "platform/ui/traduccionqt.h"
 #include "suite/datos/svcregistros.h"
 

@@ -4,8 +4,9 @@
 // by a code (shop code or extra code, typed text always bound) and by the start of its name,
 // which hides the other rows of the catalogue; in both modes.
 #include "apoyo/ejecucion.h"
+#include "apoyo/respuestas.h"
 #include "apoyo/tiendaprueba.h"
-#include "platform/ui/mensajes.h"
+#include "editor/columnas.h"
 
 namespace {
 
@@ -22,7 +23,7 @@ QStringList AlaVista(const Grid &g) {
     QStringList nombres;
     for (int f = 1; f < g.Rows(); ++f)
         if (g.RowHeight(f) > 0)
-            nombres << g.TextMatrix(f, 1);
+            nombres << g.TextMatrix(f, ColLlano::Nombre);
     nombres.sort();
     return nombres;
 }
@@ -118,8 +119,8 @@ class TstEditorPrecio : public QObject {
         const int n = int(caso.filas.size());
         g.setRows(n + 1);
         for (int f = 1; f <= n; ++f) {
-            g.setTextMatrix(f, 2, caso.filas[f - 1].section('|', 0, 0));
-            g.setTextMatrix(f, 3, caso.filas[f - 1].section('|', 1));
+            g.setTextMatrix(f, ColLlano::Codigo, caso.filas[f - 1].section('|', 0, 0));
+            g.setTextMatrix(f, ColTallaColor::CodigoHijo, caso.filas[f - 1].section('|', 1));
         }
         QCOMPARE(caso.textil ? e.ObtenerFila_textil(caso.producto, caso.hijo)
                              : e.ObtenerFila(caso.producto),
@@ -131,7 +132,9 @@ class TstEditorPrecio : public QObject {
         caso.textil ? e.AñadirGridProd_textil() : e.AñadirGridProd();
         const int escrita = std::min(caso.esperada, n + 1);
         QCOMPARE(g.Rows(), std::max(n + 1, escrita + 1));
-        QCOMPARE(g.TextMatrix(escrita, 2) + '|' + g.TextMatrix(escrita, caso.textil ? 6 : 3),
+        QCOMPARE(g.TextMatrix(escrita, ColLlano::Codigo) + '|' +
+                     g.TextMatrix(escrita,
+                                  caso.textil ? int(ColTallaColor::Precio) : int(ColLlano::Precio)),
                  caso.producto + "|3");
     }
 
@@ -165,7 +168,7 @@ class TstEditorPrecio : public QObject {
         QCOMPARE(Guardado(t, 1), vale ? guardado : 5.0);
         // Stored as typed; or told, with the text to mend still in the open panel, and the old
         // price kept in the grid.
-        QCOMPARE(e.grid_Pseleccionados->TextMatrix(1, 3), vale ? tecleado : "5");
+        QCOMPARE(e.grid_Pseleccionados->TextMatrix(1, ColLlano::Precio), vale ? tecleado : "5");
         QCOMPARE(e.frCambio->Visible(), !vale);
         QCOMPARE(cajas.Mostrados().size(), vale ? 0 : 1);
         if (vale)
@@ -192,7 +195,7 @@ class TstEditorPrecio : public QObject {
                  qPrintable(cajas.Mostrados().at(0)));
         QCOMPARE(Filas(t), 1);
         QCOMPARE(Guardado(t, 1), 5.0);
-        QCOMPARE(e.grid_Pseleccionados->TextMatrix(1, 3), QStringLiteral("5"));
+        QCOMPARE(e.grid_Pseleccionados->TextMatrix(1, ColLlano::Precio), QStringLiteral("5"));
         // The next price goes through as usual.
         e.txt_NuevoPrecio->setText(QString());
         Teclear(e.txt_NuevoPrecio, "8");
@@ -310,7 +313,8 @@ class TstEditorPrecio : public QObject {
             if (tipoNegocio.isEmpty())
                 QCOMPARE(e.ct_buscar_c->SelLength(), texto.size());
             for (int f = 1; f < g.Rows(); ++f)
-                QCOMPARE(g.RowHeight(f) > 0, tipoNegocio.isEmpty() || g.TextMatrix(f, 2) == "2");
+                QCOMPARE(g.RowHeight(f) > 0,
+                         tipoNegocio.isEmpty() || g.TextMatrix(f, ColTallaColor::Codigo) == "2");
             e.ct_buscar_c->setText(QString());
             QCOMPARE(g.vista()->model()->rowCount(), tipoNegocio.isEmpty() ? 1 : 4);
         }

@@ -5,6 +5,7 @@
 #include "apoyo/basedatosprueba.h"
 #include "apoyo/ejecucion.h"
 #include "apoyo/errores.h"
+#include "apoyo/respuestas.h"
 #include "platform/datos/aperturasqlite.h"
 #include "platform/datos/espera.h"
 #include "platform/datos/recordset.h"

@@ -1,8 +1,8 @@
 // The program's writes (a price saved, a period accepted, a list deleted) against hostile data
 // and Nulls, on the database of the run. No case may end the program or show the error report.
 #include "apoyo/ejecucion.h"
+#include "apoyo/respuestas.h"
 #include "apoyo/tiendaprueba.h"
-#include "platform/ui/mensajes.h"
 #include "suite/datos/svcopciones.h"
 
 class TstFiabilidad : public QObject {
@@ -48,9 +48,12 @@ class TstFiabilidad : public QObject {
         tienda.Lista(1, texto, QDate(1601, 1, 1), QDate(9999, 12, 31));
         tienda.Lista(2, QStringLiteral("Otra"));
         tienda.Precio(2, 1, 7, texto);
+        if (textil) // another variant's price in the list, which the save leaves alone
+            tienda.Precio(1, 1, 3, QStringLiteral("hermana"));
         RespuestasMensajes cajas;
         const QStringList antes = tienda.Volcado(), sinLista1 = tienda.Volcado(1);
-        QCOMPARE(tienda.Registro().grid_precios->TextMatrix(FilaRegistro(1), 0), texto);
+        QCOMPARE(tienda.Registro().grid_precios->TextMatrix(FilaRegistro(1), ColListas::Nombre),
+                 texto);
 
         const auto guardar = [&](FrmTarifas &e) {
             QCOMPARE(e.Label5->Caption(), texto);
@@ -61,7 +64,11 @@ class TstFiabilidad : public QObject {
                                    "carácter \"|\". Corrija el código en el catálogo.";
             QCOMPARE(cajas.Mostrados(), refusado ? QStringList{motivo} : QStringList());
             // The row shows the product as the catalogue does, with the price as typed.
-            const QList<int> filas = FilasCon(*e.grid_Pseleccionados, 2, "1");
+            QList<int> filas = FilasCon(*e.grid_Pseleccionados, ColLlano::Codigo, "1");
+            filas.removeIf([&](int f) {
+                return textil &&
+                       e.grid_Pseleccionados->TextMatrix(f, ColTallaColor::CodigoHijo) != texto;
+            });
             QCOMPARE(filas.size(), refusado ? 0 : 1);
             const QStringList esperada =
                 textil ? QStringList{texto, texto, "1", texto, texto, texto, "12,5", ""}

@@ -1,10 +1,10 @@
 // The single controls, driven as an operator would: keys, dates, the help page and the
 // message boxes.
 #include "apoyo/ejecucion.h"
+#include "apoyo/respuestas.h"
 #include "platform/datos/regional.h"
 #include "platform/ui/controles.h"
 #include "platform/ui/dtpicker.h"
-#include "platform/ui/mensajes.h"
 #include "platform/ui/visorayuda.h"
 
 #include <QDateEdit>

@@ -1,10 +1,10 @@
 // The screen builder: a small design table of its own turned into a window.
 #include "apoyo/ejecucion.h"
+#include "apoyo/respuestas.h"
 #include "platform/datos/errorbd.h"
 #include "platform/ui/dtpicker.h"
 #include "platform/ui/form.h"
 #include "platform/ui/grid.h"
-#include "platform/ui/mensajes.h"
 #include "platform/ui/twips.h"
 #include "platform/ui/visorayuda.h"
 

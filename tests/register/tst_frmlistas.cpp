@@ -2,10 +2,10 @@
 // price list: the next code, the checks of the panel, what is stored and shown, a double click
 // while the panel is open, two terminals taking the same code, and a database that refuses the row.
 #include "apoyo/ejecucion.h"
+#include "apoyo/respuestas.h"
 #include "apoyo/tiendaprueba.h"
 #include "platform/datos/regional.h"
 #include "platform/datos/sistema.h"
-#include "platform/ui/mensajes.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -44,7 +44,7 @@ QString Abierta(FrmTarifas &e) {
                        e.desde->Value().toString(Qt::ISODate),
                        e.hasta->Value().toString(Qt::ISODate),
                        QString::number(g.Rows()),
-                       g.TextMatrix(1, 1)}
+                       g.TextMatrix(1, ColLlano::Nombre)}
         .join('|');
 }
 
@@ -218,7 +218,7 @@ class TstFrmListas : public QObject {
                                "cabecera_precio where identificador = 5"),
                  QVariant(Hoy().toString(Qt::ISODate) + desde.toString(Qt::ISODate) +
                           hasta.toString(Qt::ISODate)));
-        QCOMPARE(f.grid_precios->TextMatrix(FilaRegistro(5), 0), nombre);
+        QCOMPARE(f.grid_precios->TextMatrix(FilaRegistro(5), ColListas::Nombre), nombre);
     }
 
     void dobleClicConPanelAbierto() {

@@ -31,6 +31,12 @@ class TstSvcRegistros : public QObject {
     void Borrar(const QString &tabla, const QString &criterio) {
         SvcRegistros().BorrarRegistro(db->Conexion(), tabla, tienda, false, criterio);
     }
+    void Modificar(const QString &tabla, const QString &campos, const Criterio &criterio) {
+        SvcRegistros().ModificarRegistro(db->Conexion(), tabla, campos, tienda, false, criterio);
+    }
+    void Borrar(const QString &tabla, const Criterio &criterio) {
+        SvcRegistros().BorrarRegistro(db->Conexion(), tabla, tienda, false, criterio);
+    }
 
     /// Every row of a table in the order of its columns, read without the code under test: texts
     /// (and dates, which SQLite keeps as text) in quotes, so that a number stored as text shows;
@@ -177,16 +183,30 @@ class TstSvcRegistros : public QObject {
         caso("update with a wrong criterion", "m", "cabecera_precio", "descripcion=O|",
              "syntax error", "identificador = = 1");
         caso("delete without criterion", "b", "detalle_precio", "", "Falta el criterio", {});
+        // A criterion with its values apart ("B", "M"): as many values as it has ?s.
+        caso("more values than marks", "B", "detalle_precio", "", "pide 1 valores y lleva 2",
+             "identificador = ?");
+        caso("fewer values than marks", "M", "cabecera_precio", "descripcion=O|",
+             "pide 3 valores y lleva 2", "identificador = ? or identificador = ? or daton = ?");
+        caso("a mark between apostrophes is text", "B", "detalle_precio", "",
+             "pide 0 valores y lleva 2", "codproductotextil = '?' and 'a''?' = '?'");
+        caso("bound but empty", "B", "detalle_precio", "", "Falta el criterio", " ");
     }
     void rechazos() {
         const auto [operacion, tabla, campos, motivo, criterio] =
             Pruebas::Fila<QString, QString, QString, QString, QString>();
         const QString antes = Todo();
+        // The bound rows give two values: 1 and 2.
+        const Criterio conValores{criterio, {1, 2}};
         const QString error = ErrorDe([&] {
             if (operacion == "i")
                 Insertar(tabla, campos);
             else if (operacion == "m")
                 Modificar(tabla, campos, criterio);
+            else if (operacion == "M")
+                Modificar(tabla, campos, conValores);
+            else if (operacion == "B")
+                Borrar(tabla, conValores);
             else
                 Borrar(tabla, criterio);
         });
@@ -206,6 +226,35 @@ class TstSvcRegistros : public QObject {
         Modificar("cabecera_precio", "Descripcion=Otra|", "descripcion='L''Hospitalet 50%'");
         QCOMPARE(db->Valor("select descripcion from cabecera_precio where identificador = 1"),
                  QVariant("Otra"));
+    }
+
+    // A criterion's values are bound, whatever they hold: a value is never read as SQL, and a
+    // ? inside a text of the criterion is a character, not a value.
+    void conValores_data() {
+        // The table, fields ("" for a delete), criterion, its values, and the table afterwards.
+        const auto caso = Pruebas::Tabla<QString, QString, QString, QVariantList, QString>();
+        const QString precios = "detalle_precio|identificador, producto, precio, codproductotextil";
+        caso("one variant's price", precios, "",
+             "identificador = ? and producto = ? and CodProductoTextil = ?", {1, 11, "0201"},
+             "1;10;9.95;null / 2;10;8;null");
+        caso("a value that reads as SQL is only text", precios, "", "CodProductoTextil = ?",
+             {"0201' or '1'='1"}, "1;10;9.95;null / 1;11;3;'0201' / 2;10;8;null");
+        caso("a mark between apostrophes", precios, "",
+             "(codproductotextil = '?' or identificador = ?) and producto = ?", {2, 10},
+             "1;10;9.95;null / 1;11;3;'0201'");
+        caso("update: the fields' values, then the criterion's",
+             "cabecera_precio|identificador, descripcion", "Descripcion=L'Hospitalet ? 50%|",
+             "identificador = ? and descripcion = ?", {2, "Otra"},
+             "1;'Tarifa general' / 2;'L'Hospitalet ? 50%'");
+    }
+    void conValores() {
+        const auto [tabla, campos, texto, valores, despues] =
+            Pruebas::Fila<QString, QString, QString, QVariantList, QString>();
+        if (campos.isEmpty())
+            Borrar(tabla.section('|', 0, 0), Criterio{texto, valores});
+        else
+            Modificar(tabla.section('|', 0, 0), campos, Criterio{texto, valores});
+        QCOMPARE(Volcado(tabla.section('|', 0, 0), tabla.section('|', 1)), despues);
     }
 
     void borrar() {

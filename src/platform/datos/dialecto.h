@@ -16,7 +16,6 @@ class QSqlDatabase;
 class Dialecto {
   public:
     virtual ~Dialecto() = default;
-    virtual QString Nombre() const = 0;
 
     /// The statement as this database must run it, with the same rows as a result.
     /// The suite's statements were written for a database on which "col <> null" is true

@@ -9,7 +9,6 @@
 /// as ISO text "yyyy-MM-dd"), a decimal or a Boolean (stored as 0/1) from its raw value.
 class DialectoSQLite : public Dialecto {
   public:
-    QString Nombre() const override { return QStringLiteral("SQLite"); }
     QVariant Normalizar(const QVariant &valor, const QString &tipoDeclarado) const override;
     QString TipoSQL(TipoColumna tipo) const override;
     QString ParecidoSinMayusculas(const QString &columna) const override;
@@ -33,7 +32,6 @@ class DialectoSQLite : public Dialecto {
 /// PostgreSQL, through Qt's QPSQL driver. `tipoDeclarado` is the name of the column's Qt type.
 class DialectoPostgreSQL : public Dialecto {
   public:
-    QString Nombre() const override { return QStringLiteral("PostgreSQL"); }
     QVariant Normalizar(const QVariant &valor, const QString &tipoDeclarado) const override;
     QString ParecidoSinMayusculas(const QString &columna) const override;
     QString PatronParecido(const QString &texto) const override;
@@ -49,7 +47,6 @@ class DialectoPostgreSQL : public Dialecto {
 /// values as the driver gives them.
 class DialectoODBC : public Dialecto {
   public:
-    QString Nombre() const override { return QStringLiteral("ODBC"); }
     QString TipoSQL(TipoColumna tipo) const override;
     /// A PostgreSQL or SQLite database behind the source is searched as when reached directly.
     QString ParecidoSinMayusculas(const QString &columna) const override;

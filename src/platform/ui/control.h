@@ -65,7 +65,7 @@ class Control : public QObject {
     /// Sets the widget; the control's subclass creates it, inside the container's widget.
     void ponerWidget(QWidget *widget);
     QWidget *widgetContenedor() const;
-    virtual void aplicarGeometria();
+    void aplicarGeometria();
 
   private:
     Control *contenedor;

@@ -705,8 +705,4 @@ ModeloGrid *Grid::modelo() const {
     return m;
 }
 
-void Grid::aplicarGeometria() {
-    Control::aplicarGeometria();
-}
-
 #include "grid.moc"

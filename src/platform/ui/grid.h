@@ -120,9 +120,6 @@ class Grid : public Control {
     void Click();
     void DblClick();
 
-  protected:
-    void aplicarGeometria() override;
-
   private:
     [[noreturn]] void fueraDeRango(const QString &que) const;
     [[noreturn]] void fueraDeRango(const char *miembro, int indice) const;

@@ -3,7 +3,6 @@
 #include "form.h"
 #include "indicadorespera.h"
 #include "mensajes.h"
-#include "mensajesprueba.h"
 
 #include <QGuiApplication>
 
@@ -38,8 +37,8 @@ void MostrarError(const QString &texto) {
     // the record: the box would wait for ever.
     const bool sinPantalla = QGuiApplication::platformName() == QLatin1String("offscreen") ||
                              QGuiApplication::platformName() == QLatin1String("minimal");
-    if (mensajes_prueba::Interceptando())
-        mensajes_prueba::Registrar(texto);
+    if (Contestador *c = ContestadorMensajes())
+        c->Contestar(texto, {});
     else if (!sinPantalla && qobject_cast<QApplication *>(QCoreApplication::instance()))
         MsgBoxError(texto);
 }

@@ -1,34 +1,14 @@
 #include "mensajes.h"
 
-#include "mensajesprueba.h"
-
-#include "platform/datos/conexion.h"
-
 #include <QAbstractButton>
 #include <QApplication>
 #include <QMessageBox>
-#include <QQueue>
 
 namespace {
-
-struct Intercepcion {
-    int activas = 0;
-    QStringList mostrados;
-    QStringList titulos;
-    QQueue<bool> respuestas;
-    int enUnidad = 0;
-};
-
-Intercepcion &intercepcion() {
-    static Intercepcion i;
-    return i;
-}
 
 QMessageBox::StandardButton mostrar(QMessageBox::Icon icono, const QString &titulo,
                                     const QString &texto, QMessageBox::StandardButtons botones,
                                     QMessageBox::StandardButton porOmision) {
-    if (ADODB::Connection::HayUnidadAbierta())
-        qWarning("Se muestra un mensaje con una unidad de trabajo abierta: %s", qPrintable(texto));
     QMessageBox caja(icono, titulo.isEmpty() ? QApplication::applicationDisplayName() : titulo,
                      texto, botones, QApplication::activeWindow());
     caja.setDefaultButton(porOmision);
@@ -46,31 +26,14 @@ QMessageBox::StandardButton mostrar(QMessageBox::Icon icono, const QString &titu
 
 } // namespace
 
-namespace mensajes_prueba {
-
-bool Interceptando() {
-    return intercepcion().activas > 0;
+Contestador *&ContestadorMensajes() {
+    static Contestador *instalado = nullptr;
+    return instalado;
 }
-
-void Registrar(const QString &texto, const QString &titulo) {
-    // A box while a unit of work is open keeps the unit's locks (on SQLite, the whole file)
-    // from every other terminal for as long as the operator takes: a fault of the program,
-    // which a test must see.
-    if (ADODB::Connection::HayUnidadAbierta()) {
-        ++intercepcion().enUnidad;
-        intercepcion().mostrados.append(MarcaDentroDeUnidad + texto);
-        intercepcion().titulos.append(titulo);
-        return;
-    }
-    intercepcion().mostrados.append(texto);
-    intercepcion().titulos.append(titulo);
-}
-
-} // namespace mensajes_prueba
 
 void MsgBoxInformacion(const QString &texto) {
-    if (mensajes_prueba::Interceptando()) {
-        mensajes_prueba::Registrar(texto);
+    if (Contestador *c = ContestadorMensajes()) {
+        c->Contestar(texto, {});
         return;
     }
     mostrar(QMessageBox::Information, {}, texto, QMessageBox::Ok, QMessageBox::Ok);
@@ -81,43 +44,10 @@ void MsgBoxError(const QString &texto) {
 }
 
 bool MsgBoxPregunta(const QString &texto, const QString &titulo, IconoPregunta icono) {
-    if (mensajes_prueba::Interceptando()) {
-        mensajes_prueba::Registrar(texto, titulo);
-        Intercepcion &i = intercepcion();
-        return i.respuestas.isEmpty() ? true : i.respuestas.dequeue();
-    }
+    if (Contestador *c = ContestadorMensajes())
+        return c->Contestar(texto, titulo);
     const QMessageBox::Icon dibujo =
         icono == IconoPregunta::Ninguno ? QMessageBox::NoIcon : QMessageBox::Question;
     return mostrar(dibujo, titulo, texto, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) ==
            QMessageBox::Yes;
-}
-
-RespuestasMensajes::RespuestasMensajes() {
-    Intercepcion &i = intercepcion();
-    if (i.activas++ == 0) {
-        i.enUnidad = 0;
-        i.mostrados.clear();
-        i.titulos.clear();
-        i.respuestas.clear();
-    }
-}
-
-RespuestasMensajes::~RespuestasMensajes() {
-    --intercepcion().activas;
-}
-
-void RespuestasMensajes::Responder(bool si) {
-    intercepcion().respuestas.enqueue(si);
-}
-
-QStringList RespuestasMensajes::Mostrados() const {
-    return intercepcion().mostrados;
-}
-
-QStringList RespuestasMensajes::Titulos() const {
-    return intercepcion().titulos;
-}
-
-int RespuestasMensajes::DentroDeUnidad() const {
-    return intercepcion().enUnidad;
 }

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
 
 /// Message boxes, titled with the program's title (QApplication::applicationDisplayName).
-/// Tests can answer them: see RespuestasMensajes.
+/// While a Contestador is installed, it answers them instead of the operator.
 
 /// An information box with the one button OK.
 void MsgBoxInformacion(const QString &texto);
@@ -20,21 +19,13 @@ enum class IconoPregunta { Pregunta, Ninguno };
 bool MsgBoxPregunta(const QString &texto, const QString &titulo = {},
                     IconoPregunta icono = IconoPregunta::Pregunta);
 
-/// For tests: while one of these lives, boxes are not shown; each is recorded and answered
-/// from the queue (Yes when it runs dry). A box (or an error report) asked for while a unit of
-/// work is open is recorded with MarcaDentroDeUnidad before its text, so that no comparison
-/// of the texts passes, and counted.
-class RespuestasMensajes {
+/// Who answers the boxes in the operator's place (the tests' RespuestasMensajes): while one is
+/// installed, no box is shown; every one, the error report's included, goes to Contestar with
+/// its title (empty for the program's own), and a question gets its answer (true for Yes).
+class Contestador {
   public:
-    RespuestasMensajes();
-    ~RespuestasMensajes();
-    void Responder(bool si);
-    QStringList Mostrados() const;
-    /// The title of each box recorded, in the same order: empty for the program's own title.
-    QStringList Titulos() const;
-    /// How many of the boxes recorded were asked for inside a unit of work.
-    int DentroDeUnidad() const;
+    virtual ~Contestador() = default;
+    virtual bool Contestar(const QString &texto, const QString &titulo) = 0;
 };
-
-/// What a box recorded inside a unit of work starts with.
-inline const QString MarcaDentroDeUnidad = QStringLiteral("[dentro de una unidad de trabajo] ");
+/// The installed one (nullptr: the operator answers). Not owned.
+Contestador *&ContestadorMensajes();

@@ -8,8 +8,8 @@
 
 namespace {
 
-double anchoPantalla = 15360.0;
-double altoPantalla = 11085.0;
+double anchoPantalla = AnchoDisenoTwips;
+double altoPantalla = AltoDisenoTwips;
 
 /// The first row's value of one column of opciones; Null when there is no row.
 QVariant Opcion(ADODB::Connection &conexion, const QString &columna) {
@@ -28,10 +28,6 @@ qint16 Corto(const QVariant &v) {
     return ok && n >= -32768 && n <= 32767 ? qint16(n) : 0;
 }
 
-/// The design's size, in twips: a screen is never laid out for less than half of it.
-constexpr double anchoDiseno = 15360.0;
-constexpr double altoDiseno = 11085.0;
-
 /// One stored size, when it is a size to fit the screens to: a number from half the design's
 /// size to ten times the display's. Anything else (1, 1e300, inf, or 1024 where twips were
 /// meant) would make a window nobody can use; it counts as not set.
@@ -47,8 +43,8 @@ double Tamano(ADODB::Connection &conexion, bool ancho) {
     const QVariant anchoGuardado = Opcion(conexion, QStringLiteral("anchopantalla"));
     const QVariant altoGuardado = Opcion(conexion, QStringLiteral("altopantalla"));
     const auto sinValor = [](const QVariant &v) { return v.isNull() || v.toDouble() == 0.0; };
-    const bool anchoSirve = TamanoValido(anchoGuardado, anchoDiseno, anchoPantalla);
-    const bool altoSirve = TamanoValido(altoGuardado, altoDiseno, altoPantalla);
+    const bool anchoSirve = TamanoValido(anchoGuardado, AnchoDisenoTwips, anchoPantalla);
+    const bool altoSirve = TamanoValido(altoGuardado, AltoDisenoTwips, altoPantalla);
     static bool dicho = false;
     if (!dicho &&
         ((!anchoSirve && !sinValor(anchoGuardado)) || (!altoSirve && !sinValor(altoGuardado)))) {
@@ -59,8 +55,8 @@ double Tamano(ADODB::Connection &conexion, bool ancho) {
                                     "tamaño de pantalla en twips (de %3 x %4 a diez pantallas): "
                                     "se usa el de la pantalla.")
                                     .arg(anchoGuardado.toString(), altoGuardado.toString())
-                                    .arg(anchoDiseno / 2)
-                                    .arg(altoDiseno / 2)));
+                                    .arg(AnchoDisenoTwips / 2)
+                                    .arg(AltoDisenoTwips / 2)));
         std::fflush(stderr);
     }
     if (ancho)

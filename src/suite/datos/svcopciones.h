@@ -4,12 +4,17 @@
 
 #include <QString>
 
+/// The size the two screens are designed for, in twips: every control of their design tables
+/// is placed within it, and SvcEscala fits it to the size the session gives.
+inline constexpr double AnchoDisenoTwips = 15360.0;
+inline constexpr double AltoDisenoTwips = 11085.0;
+
 /// The suite's options, from the first row of the table opciones:
 ///   tiponegocio (text), estiloaspecto (small whole number), indicadoropciones (small whole
 ///   number), anchopantalla and altopantalla (twips; Null or 0: the display's own size).
 /// A missing row or a Null gives "", 0, 0 and the display's size. A stored size below half
-/// the design's (7680 x 5542.5) or above ten times the display's, or not a finite number,
-/// counts as not set; that is said once on stderr.
+/// the design's or above ten times the display's, or not a finite number, counts as not set;
+/// that is said once on stderr.
 class SvcOpciones {
   public:
     qint16 LeerEstiloAspecto(ADODB::Connection &conexion);
@@ -19,6 +24,6 @@ class SvcOpciones {
     double LeerAltoPantalla(ADODB::Connection &conexion);
 
     /// The display's size in twips, for when the suite stores none. Set by the screen layer
-    /// at start (this layer has no display); 15360 x 11085 until then.
+    /// at start (this layer has no display); the design's size until then.
     static void FijarTamanoPantalla(double anchoTwips, double altoTwips);
 };

@@ -188,18 +188,43 @@ std::vector<Campo> LeerCampos(const TablaEsquema &tabla, const QString &campos) 
     return resultado;
 }
 
-QString CriterioObligatorio(const TablaEsquema &tabla, const QString &criterio) {
+/// How many values a condition asks for: its ?s, leaving out those inside a text between
+/// apostrophes or a name between double quotes (a doubled apostrophe opens and closes again).
+qsizetype Marcas(const QString &texto) {
+    qsizetype marcas = 0;
+    QChar dentro;
+    for (const QChar c : texto) {
+        if (!dentro.isNull()) {
+            if (c == dentro)
+                dentro = QChar();
+        } else if (c == u'\'' || c == u'"') {
+            dentro = c;
+        } else if (c == u'?') {
+            ++marcas;
+        }
+    }
+    return marcas;
+}
+
+const Criterio &CriterioObligatorio(const TablaEsquema &tabla, const Criterio &criterio) {
     // An empty criterion would reach every row of the table: never what a caller meant.
-    if (criterio.trimmed().isEmpty())
+    if (criterio.texto.trimmed().isEmpty())
         throw ErrorBD(
             QStringLiteral(
                 "Falta el criterio para %1: no se cambia una tabla entera. No se ha grabado nada.")
                 .arg(QLatin1String(tabla.nombre)));
+    const qsizetype marcas = Marcas(criterio.texto);
+    if (marcas != criterio.valores.size())
+        throw ErrorBD(QStringLiteral("El criterio para %1 (\"%2\") pide %3 valores y lleva %4. "
+                                     "No se ha grabado nada.")
+                          .arg(QLatin1String(tabla.nombre), criterio.texto)
+                          .arg(marcas)
+                          .arg(criterio.valores.size()));
     return criterio;
 }
 
 void Ejecutar(ADODB::Connection &conexion, const QString &sentencia,
-              const std::vector<Campo> &campos) {
+              const std::vector<Campo> &campos, const QVariantList &valoresCriterio = {}) {
     if (!conexion.Abierta())
         throw ErrorBD(QStringLiteral("La conexión no está abierta.\nSentencia: ") + sentencia);
     const QString texto = conexion.dialecto().Adaptar(sentencia);
@@ -210,6 +235,8 @@ void Ejecutar(ADODB::Connection &conexion, const QString &sentencia,
                 return false;
             for (const Campo &c : campos)
                 q.addBindValue(c.valor);
+            for (const QVariant &v : valoresCriterio)
+                q.addBindValue(v);
             return q.exec();
         }))
         throw conexion.Fallo(q.lastError(), texto);
@@ -238,27 +265,40 @@ void SvcRegistros::InsertarRegistro(ADODB::Connection &conexion, const QString &
 
 void SvcRegistros::ModificarRegistro(ADODB::Connection &conexion, const QString &tabla,
                                      const QString &campos, const QString &, bool,
-                                     const QString &criterio, int, const QString &, const QString &,
-                                     const QString &) {
+                                     const Criterio &criterio) {
     const TablaEsquema &t = Tabla(tabla);
     const std::vector<Campo> valores = LeerCampos(t, campos);
-    const QString donde = CriterioObligatorio(t, criterio);
+    const Criterio &donde = CriterioObligatorio(t, criterio);
     QStringList asignaciones;
     for (const Campo &c : valores)
         asignaciones << QLatin1String(c.columna->nombre) + QStringLiteral(" = ?");
     Ejecutar(conexion,
              QStringLiteral("UPDATE %1 SET %2 WHERE ")
                      .arg(QLatin1String(t.nombre), asignaciones.join(QStringLiteral(", "))) +
-                 donde,
-             valores);
+                 donde.texto,
+             valores, donde.valores);
 }
 
 void SvcRegistros::BorrarRegistro(ADODB::Connection &conexion, const QString &tabla,
-                                  const QString &, bool, const QString &criterio) {
+                                  const QString &, bool, const Criterio &criterio) {
     const TablaEsquema &t = Tabla(tabla);
-    const QString donde = CriterioObligatorio(t, criterio);
-    Ejecutar(conexion, QStringLiteral("DELETE FROM %1 WHERE ").arg(QLatin1String(t.nombre)) + donde,
-             {});
+    const Criterio &donde = CriterioObligatorio(t, criterio);
+    Ejecutar(conexion,
+             QStringLiteral("DELETE FROM %1 WHERE ").arg(QLatin1String(t.nombre)) + donde.texto, {},
+             donde.valores);
+}
+
+void SvcRegistros::ModificarRegistro(ADODB::Connection &conexion, const QString &tabla,
+                                     const QString &campos, const QString &nombretienda,
+                                     bool multitienda, const QString &criterio, int,
+                                     const QString &, const QString &, const QString &) {
+    ModificarRegistro(conexion, tabla, campos, nombretienda, multitienda, Criterio{criterio, {}});
+}
+
+void SvcRegistros::BorrarRegistro(ADODB::Connection &conexion, const QString &tabla,
+                                  const QString &nombretienda, bool multitienda,
+                                  const QString &criterio) {
+    BorrarRegistro(conexion, tabla, nombretienda, multitienda, Criterio{criterio, {}});
 }
 
 QString SvcRegistros::ComprobarCampos(const QString &tabla, const QString &campos) {
