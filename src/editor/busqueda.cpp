@@ -102,13 +102,13 @@ void FrmTarifas::BusquedaItemsxNombre_Grid(const QString &valor, Grid &grid) {
 }
 
 void FrmTarifas::DeshacerBusquedaItemsxNombre_Grid(Grid &grid) {
-    const double alto = grid.RowHeight(0);
+    const double altoFila = grid.RowHeight(0);
     if (grid.Cols() > ColLlano::Nombre)
-        return grid.MostrarFilasQueEmpiezan(ColLlano::Nombre, QString(), alto);
+        return grid.MostrarFilasQueEmpiezan(ColLlano::Nombre, QString(), altoFila);
     const int filas = grid.Rows();
     for (int fila = 1; fila < filas; ++fila)
         if (grid.RowHeight(fila) == 0)
-            grid.setRowHeight(fila, alto);
+            grid.setRowHeight(fila, altoFila);
 }
 
 bool FrmTarifas::BuscarCodigo_textil(const QString &cod) {
@@ -168,11 +168,11 @@ bool FrmTarifas::BuscarCodigo_textil(const QString &cod) {
     // every row again.
     Grid &grid = *grid_productos_textil;
     const QString padre = QString::number(producto);
-    const double alto = grid.RowHeight(0);
+    const double altoFila = grid.RowHeight(0);
     for (int fila = 1; fila < grid.Rows(); ++fila) {
         if (grid.TextMatrix(fila, ColTallaColor::Codigo) == padre) {
             if (grid.RowHeight(fila) == 0)
-                grid.setRowHeight(fila, alto);
+                grid.setRowHeight(fila, altoFila);
         } else {
             grid.setRowHeight(fila, 0);
         }
