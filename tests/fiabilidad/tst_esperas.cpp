@@ -69,8 +69,9 @@ QStringList ConBloqueo(BaseDatosPrueba &db, int ms, const std::function<void()> 
         if (fases.isEmpty() || fases.last() != (fase == Espera::Fase::Larga ? "larga" : "fin"))
             fases << (fase == Espera::Fase::Larga ? QStringLiteral("larga")
                                                   : QStringLiteral("fin"));
-        if (fase == Espera::Fase::Larga && !texto.contains(db.Ruta()))
-            fases << QStringLiteral("sin el fichero: ") + texto;
+        if (fase == Espera::Fase::Larga &&
+            !(texto.contains(db.Ruta()) && texto.contains("ocupada por otro programa")))
+            fases << QStringLiteral("no nombra el fichero ni al otro programa: ") + texto;
     });
     std::thread reloj;
     if (ms >= 0)

@@ -126,7 +126,12 @@ void Connection::Open(const QString &cadena, const QString &usuario, const QStri
         base.setPassword(clave.isEmpty() ? c.clave : clave);
         QElapsedTimer reloj;
         reloj.start();
-        if (!base.isValid() || !base.open()) {
+        // A server that takes its time over the opening is a wait like a statement's.
+        const auto abrir = [&] {
+            const Espera espera(DestinoDe(c));
+            return base.open();
+        };
+        if (!base.isValid() || !abrir()) {
             QString motivo = base.isValid()
                                  ? base.lastError().text().trimmed()
                                  : QStringLiteral("el controlador de Qt no está instalado.");
@@ -198,7 +203,12 @@ bool Connection::Caida() const {
 void Connection::reabrir() {
     QSqlDatabase base = std::as_const(*this).Base();
     base.close();
-    if (!base.open())
+    bool abierta = false;
+    {
+        const Espera espera(destino);
+        abierta = base.open();
+    }
+    if (!abierta)
         throw ErrorBD(QStringLiteral("Se ha perdido la conexión con %1 y no se puede volver "
                                      "a abrir: %2")
                           .arg(destino, base.lastError().text().trimmed()));

@@ -135,7 +135,9 @@ bool Espera::Vencida() const {
 void Espera::avisar() {
     if (reloj.elapsed() < umbral)
         return;
-    const QString motivo = QStringLiteral("Esperando a la base de datos (%1): %2 s…")
+    // Only a wait on a lock is told as it goes (a call blocked on a server tells nothing).
+    const QString motivo = QStringLiteral("La base de datos (%1) está ocupada por otro programa: "
+                                          "se espera a que la deje libre… %2 s")
                                .arg(destino)
                                .arg(reloj.elapsed() / 1000);
     if (!larga) {
