@@ -128,8 +128,8 @@ class TstMenuListas : public QObject {
                 enEditor = e.Label5->Caption() + '/' + e.lblCodigo->Caption();
                 for (int f = 1; f < e.grid_Pseleccionados->Rows(); ++f)
                     filasEditor << e.grid_Pseleccionados->TextMatrix(f, ColLlano::Codigo) + '=' +
-                                       Normal(e.grid_Pseleccionados->TextMatrix(
-                                           f, ColLlano::Precio));
+                                       Normal(
+                                           e.grid_Pseleccionados->TextMatrix(f, ColLlano::Precio));
             });
         // The editor opened the copy, code 3, as it opens a new list.
         QVERIFY(editor);
