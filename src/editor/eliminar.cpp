@@ -1,6 +1,8 @@
 // Deleting the open price list: its header, its prices and the relations that apply it.
 #include "frmtarifas.h"
 
+#include "dialogos/sesionmotor.h"
+#include "motor/historial.h"
 #include "platform/datos/transaccion.h"
 #include "platform/ui/mensajes.h"
 #include "session/sesionsuite.h"
@@ -21,6 +23,7 @@ void FrmTarifas::cmdEliminar_Click() {
         ADODB::Transaccion unidad(conexion);
         if (!ListaSigueViva())
             return; // deleted by another terminal: the editor has closed
+        RegistrarBorradoLista(ContextoSesion(), lista.toInt(), Label5->Caption());
         SvcRegistros registros;
         registros.BorrarRegistro(conexion, QStringLiteral("cabecera_precio"),
                                  SesionSuite.nombretienda, SesionSuite.multitienda,

@@ -3,7 +3,9 @@
 #include "frmtarifas.h"
 
 #include "columnas.h"
+#include "dialogos/sesionmotor.h"
 
+#include "motor/historial.h"
 #include "platform/datos/transaccion.h"
 #include "platform/ui/controles.h"
 #include "platform/ui/mensajes.h"
@@ -45,11 +47,18 @@ bool Grabar(FrmTarifas &f, const QString &criterio, const QString &campos) {
     ADODB::Transaccion unidad(conexion);
     if (!f.ListaSigueViva())
         return false;
+    // The price's history, in the same unit and before the old row goes.
+    RegistrarPrecio(
+        ContextoSesion(), f.lblCodigo->Caption().toInt(), f.lblCodProducto->Caption().toInt(),
+        ModoTallaColor() ? f.lblCodProdTextil->Caption() : QString(), f.txt_NuevoPrecio->Text());
     registros.BorrarRegistro(conexion, Tabla, SesionSuite.nombretienda, SesionSuite.multitienda,
                              criterio);
     registros.InsertarRegistro(conexion, Tabla, campos, SesionSuite.nombretienda,
                                SesionSuite.multitienda, QString());
     unidad.Commit();
+    // Said once, at the first save on a database that can't keep the history.
+    if (const QString aviso = TomarAvisoHistorial(conexion); !aviso.isEmpty())
+        MsgBoxInformacion(aviso);
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include "aritmetica.h"
 #include "cambiointerno.h"
+#include "cambioporvalores.h"
 #include "escritura.h"
 #include "sqlmotor.h"
 
@@ -301,8 +302,11 @@ ResultadoCambio AplicarCambio(const ContextoMotor &contexto, const PeticionCambi
         return resultado;
     }
     CuentaCambio cuenta;
-    const CambiosFilas cambios = CalcularCambios(contexto, peticion, cuenta);
-    if (cambios.Total() > 0) {
+    if (CambioPorValores(peticion)) {
+        resultado.operacion = CambiarPorValores(contexto, peticion,
+                                                Describir(peticion, contexto.numDecimales), cuenta);
+    } else if (const CambiosFilas cambios = CalcularCambios(contexto, peticion, cuenta);
+               cambios.Total() > 0) {
         // An apply that changes nothing leaves no operation in the history.
         RegistroOperacion registro(contexto, peticion.lista, TipoOperacion::Cambio,
                                    Describir(peticion, contexto.numDecimales));

@@ -7,19 +7,13 @@ namespace {
 void PrepararTemporales(ADODB::Connection &conexion, Motor motor) {
     // Made once for the connection's life, emptied for each use: their rows never outlive the
     // unit that wrote them, as every use starts by emptying them.
-    const bool lite = motor == Motor::SQLite;
-    SQLMotor::Ejecutar(conexion,
-                       lite ? QStringLiteral("create temp table if not exists motor_filas "
-                                             "(clave integer primary key, nuevo numeric)")
-                            : QStringLiteral("create temporary table if not exists motor_filas "
-                                             "(clave tid, nuevo numeric)"));
-    SQLMotor::Ejecutar(conexion,
-                       lite ? QStringLiteral("create temp table if not exists motor_altas "
-                                             "(producto integer, variante text, nuevo numeric)")
-                            : QStringLiteral("create temporary table if not exists motor_altas "
-                                             "(producto integer, variante text, nuevo numeric)"));
-    SQLMotor::Ejecutar(conexion, QStringLiteral("delete from motor_filas"));
-    SQLMotor::Ejecutar(conexion, QStringLiteral("delete from motor_altas"));
+    SQLMotor::TemporalVacia(conexion, QStringLiteral("motor_filas"),
+                            motor == Motor::SQLite
+                                ? QStringLiteral("clave integer primary key, nuevo numeric, "
+                                                 "baja integer")
+                                : QStringLiteral("clave tid, nuevo numeric, baja integer"));
+    SQLMotor::TemporalVacia(conexion, QStringLiteral("motor_altas"),
+                            QStringLiteral("producto integer, variante text, nuevo numeric"));
 }
 
 } // namespace
@@ -37,33 +31,37 @@ void EscribirCambios(ADODB::Connection &conexion, qint32 lista, const CambiosFil
 
     if (!cambios.modificar.empty() || !cambios.borrar.empty()) {
         std::vector<QVariant> valores;
-        valores.reserve(2 * (cambios.modificar.size() + cambios.borrar.size()));
+        valores.reserve(3 * (cambios.modificar.size() + cambios.borrar.size()));
         for (const CambiosFilas::Cambio &c : cambios.modificar) {
             valores.push_back(c.clave);
-            valores.push_back(c.nuevo.TextoSQL());
+            valores.push_back(c.nuevo ? QVariant(c.nuevo->TextoSQL()) : SQLMotor::TextoNulo());
+            valores.push_back(0);
         }
         for (const QVariant &clave : cambios.borrar) {
             valores.push_back(clave);
             valores.push_back(SQLMotor::TextoNulo());
+            valores.push_back(1);
         }
         SQLMotor::InsertarPorLotes(
-            conexion, QStringLiteral("insert into motor_filas (clave, nuevo) values "), 2, valores);
+            conexion, QStringLiteral("insert into motor_filas (clave, nuevo, baja) values "), 3,
+            valores);
         if (historial)
             registro->FilasDeSeleccion(
                 QStringLiteral("select d.producto, coalesce(d.codproductotextil, '') as variante, "
-                               "d.precio as anterior, t.nuevo from motor_filas t join "
+                               "d.precio as anterior, t.nuevo, case when t.baja = 1 then 'B' else "
+                               "'M' end as clase from motor_filas t join "
                                "detalle_precio d on d.") +
                 claveDetalle + QStringLiteral(" = t.clave"));
         if (!cambios.modificar.empty())
-            SQLMotor::Ejecutar(
-                conexion, QStringLiteral("update detalle_precio set precio = t.nuevo from "
-                                         "motor_filas t where detalle_precio.") +
-                              claveDetalle + QStringLiteral(" = t.clave and t.nuevo is not null"));
+            SQLMotor::Ejecutar(conexion,
+                               QStringLiteral("update detalle_precio set precio = t.nuevo from "
+                                              "motor_filas t where detalle_precio.") +
+                                   claveDetalle + QStringLiteral(" = t.clave and t.baja = 0"));
         if (!cambios.borrar.empty())
             SQLMotor::Ejecutar(conexion,
                                QStringLiteral("delete from detalle_precio where ") + claveDetalle +
                                    QStringLiteral(" in (select clave from motor_filas where "
-                                                  "nuevo is null)"));
+                                                  "baja = 1)"));
     }
 
     if (!cambios.altas.empty()) {
@@ -72,7 +70,7 @@ void EscribirCambios(ADODB::Connection &conexion, qint32 lista, const CambiosFil
         for (const CambiosFilas::Alta &a : cambios.altas) {
             valores.push_back(a.producto);
             valores.push_back(a.variante);
-            valores.push_back(a.precio.TextoSQL());
+            valores.push_back(a.precio ? QVariant(a.precio->TextoSQL()) : SQLMotor::TextoNulo());
         }
         SQLMotor::InsertarPorLotes(
             conexion, QStringLiteral("insert into motor_altas (producto, variante, nuevo) values "),
@@ -80,7 +78,7 @@ void EscribirCambios(ADODB::Connection &conexion, qint32 lista, const CambiosFil
         if (historial)
             registro->FilasDeSeleccion(
                 QStringLiteral("select producto, variante, cast(null as numeric) as anterior, "
-                               "nuevo from motor_altas"));
+                               "nuevo, 'A' as clase from motor_altas"));
         SQLMotor::Ejecutar(conexion,
                            QStringLiteral("insert into detalle_precio (identificador, producto, "
                                           "precio, codproductotextil) select ") +

@@ -10,17 +10,18 @@
 
 #include <QString>
 #include <QVariant>
+#include <optional>
 #include <vector>
 
 struct CambiosFilas {
     struct Cambio {
-        QVariant clave; ///< the row's name (SQLMotor::ClaveFila)
-        Importe nuevo;
+        QVariant clave;               ///< the row's name (SQLMotor::ClaveFila)
+        std::optional<Importe> nuevo; ///< none: the row keeps no price (Null)
     };
     struct Alta {
         qint32 producto;
-        QString variante; ///< empty for a plain product
-        Importe precio;
+        QString variante;              ///< empty for a plain product
+        std::optional<Importe> precio; ///< none: a row without a price (Null)
     };
     std::vector<Cambio> modificar;
     std::vector<QVariant> borrar; ///< rows' names

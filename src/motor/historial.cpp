@@ -9,6 +9,7 @@
 #include "platform/datos/transaccion.h"
 
 #include <QHash>
+#include <QMutex>
 #include <QSet>
 #include <algorithm>
 #include <map>
@@ -18,13 +19,19 @@ namespace {
 struct EstadoHistorial {
     bool disponible = false;
     bool avisar = false;
+    bool provisional = false; ///< made inside a unit not yet known to have committed
     QString causa;
 };
 
-/// What each connection found, by the connection's own name (unique for its life).
+/// What each connection found, by the connection's own name (unique for its life). Each
+/// thread has connections of its own, so the table is shared under a lock.
 QHash<QString, EstadoHistorial> &Estados() {
     static QHash<QString, EstadoHistorial> estados;
     return estados;
+}
+QMutex &CerrojoEstados() {
+    static QMutex cerrojo;
+    return cerrojo;
 }
 
 const QString TablaOperaciones = QStringLiteral("historial_operacion");
@@ -54,14 +61,14 @@ void CrearTablas(ADODB::Connection &conexion) {
             entero + QLatin1Char(')'),
         QStringLiteral("create table if not exists historial_precio (operacion ") + entero +
             QStringLiteral(", lista integer, producto integer, variante text, anterior numeric, "
-                           "nuevo numeric)"),
-        // A list's operations newest first; an operation's rows, and each row's later changes.
+                           "nuevo numeric, clase text)"),
+        // A list's operations newest first (and those after one), and an operation's rows. A
+        // row's later changes are found through the list's later operations: one index less
+        // to write for each row of a bulk change.
         QStringLiteral("create index if not exists ix_historial_operacion_lista on "
                        "historial_operacion (lista, numero)"),
         QStringLiteral("create index if not exists ix_historial_precio_operacion on "
                        "historial_precio (operacion, producto, variante)"),
-        QStringLiteral("create index if not exists ix_historial_precio_fila on historial_precio "
-                       "(lista, producto, variante, operacion)"),
     };
     for (const QString &s : sentencias)
         SQLMotor::Ejecutar(conexion, s);
@@ -154,24 +161,43 @@ QString NombreTipo(const QString &codigo) {
 
 bool HistorialDisponible(ADODB::Connection &conexion) {
     const QString clave = conexion.Base().connectionName();
-    const auto i = Estados().constFind(clave);
-    if (i != Estados().constEnd())
-        return i->disponible;
+    bool provisional = false;
+    {
+        // The lock is never held across a statement: another thread's unit may be what this
+        // connection's statement waits for.
+        const QMutexLocker cerrado(&CerrojoEstados());
+        const auto i = Estados().constFind(clave);
+        if (i != Estados().constEnd()) {
+            if (!i->provisional)
+                return i->disponible;
+            provisional = true;
+        }
+    }
     EstadoHistorial estado;
     if (Existen(conexion)) {
         estado.disponible = true;
+        estado.provisional = provisional && conexion.EnTransaccion();
     } else {
         estado.causa = IntentarCrear(conexion);
-        // Another terminal may have made them at the same moment: what counts is that they
-        // are there now.
-        estado.disponible = estado.causa.isEmpty() || Existen(conexion);
+        // Another terminal may have made them at the same moment, and an object of another
+        // kind may hold the name (a create "if not exists" then does nothing): what counts is
+        // that the tables are there now.
+        estado.disponible = Existen(conexion);
         estado.avisar = !estado.disponible;
+        if (!estado.disponible && estado.causa.isEmpty())
+            estado.causa = QStringLiteral("La base de datos ya tiene, con el nombre de una de "
+                                          "ellas, algo que no es una tabla.");
+        // Made inside the caller's unit, they go if that unit is rolled back: until a call
+        // outside any unit finds them, each call looks again.
+        estado.provisional = estado.disponible && conexion.EnTransaccion();
     }
+    const QMutexLocker cerrado(&CerrojoEstados());
     Estados().insert(clave, estado);
     return estado.disponible;
 }
 
 QString TomarAvisoHistorial(ADODB::Connection &conexion) {
+    const QMutexLocker cerrado(&CerrojoEstados());
     const auto i = Estados().find(conexion.Base().connectionName());
     if (i == Estados().end() || !i->avisar)
         return {};
@@ -220,7 +246,7 @@ void RegistroOperacion::volcar() {
     if (pendientes.empty())
         return;
     std::vector<QVariant> valores;
-    valores.reserve(pendientes.size() * 6);
+    valores.reserve(pendientes.size() * 7);
     for (const Pendiente &p : pendientes) {
         valores.push_back(numero);
         valores.push_back(listaOperacion);
@@ -228,11 +254,15 @@ void RegistroOperacion::volcar() {
         valores.push_back(p.variante.isNull() ? QStringLiteral("") : p.variante);
         valores.push_back(TextoDe(p.anterior));
         valores.push_back(TextoDe(p.nuevo));
+        valores.push_back(!p.anterior ? QStringLiteral("A")
+                          : !p.nuevo  ? QStringLiteral("B")
+                                      : QStringLiteral("M"));
     }
-    SQLMotor::InsertarPorLotes(*conexion,
-                               QStringLiteral("insert into historial_precio (operacion, lista, "
-                                              "producto, variante, anterior, nuevo) values "),
-                               6, valores);
+    SQLMotor::InsertarPorLotes(
+        *conexion,
+        QStringLiteral("insert into historial_precio (operacion, lista, "
+                       "producto, variante, anterior, nuevo, clase) values "),
+        7, valores);
     filas += int(pendientes.size());
     pendientes.clear();
 }
@@ -245,10 +275,10 @@ void RegistroOperacion::FilasDeSeleccion(const QString &seleccion, const QVarian
     QSqlQuery q = SQLMotor::Ejecutar(
         *conexion,
         QStringLiteral("insert into historial_precio (operacion, lista, producto, variante, "
-                       "anterior, nuevo) select ") +
+                       "anterior, nuevo, clase) select ") +
             QString::number(numero) + QStringLiteral(", ") + QString::number(listaOperacion) +
-            QStringLiteral(", s.producto, s.variante, s.anterior, s.nuevo from (") + seleccion +
-            QStringLiteral(") s"),
+            QStringLiteral(", s.producto, s.variante, s.anterior, s.nuevo, s.clase from (") +
+            seleccion + QStringLiteral(") s"),
         valores);
     filas += std::max(0, q.numRowsAffected());
 }
@@ -256,8 +286,10 @@ void RegistroOperacion::FilasDeSeleccion(const QString &seleccion, const QVarian
 void RegistroOperacion::FilasDeLista(qint32 deLista, bool comoNuevas) {
     FilasDeSeleccion(
         QStringLiteral("select producto, coalesce(codproductotextil, '') as variante, ") +
-            (comoNuevas ? QStringLiteral("cast(null as numeric) as anterior, precio as nuevo")
-                        : QStringLiteral("precio as anterior, cast(null as numeric) as nuevo")) +
+            (comoNuevas ? QStringLiteral(
+                              "cast(null as numeric) as anterior, precio as nuevo, 'A' as clase")
+                        : QStringLiteral(
+                              "precio as anterior, cast(null as numeric) as nuevo, 'B' as clase")) +
             QStringLiteral(" from detalle_precio where identificador = ?"),
         {deLista});
 }
@@ -346,7 +378,8 @@ QList<FilaHistorial> LeerFilas(ADODB::Connection &conexion, qint64 operacion) {
     ADODB::Recordset rs;
     rs.Open(QStringLiteral(
                 "select h.producto, h.variante, cast(h.anterior as text) as anterior, "
-                "cast(h.nuevo as text) as nuevo, p.nombre, t.descripcioncorta, c.nombre as color "
+                "cast(h.nuevo as text) as nuevo, p.nombre, t.descripcioncorta, c.nombre as color, "
+                "h.clase "
                 "from historial_precio h left join productos p on p.codigo = h.producto left "
                 "join productostextil pt on pt.codigopadre = h.producto and pt.codigohijo = "
                 "h.variante left join tallas t on t.codigo = pt.talla left join colorestextil c "
@@ -363,6 +396,9 @@ QList<FilaHistorial> LeerFilas(ADODB::Connection &conexion, qint64 operacion) {
         f.nombre = rs.Fields(4).Texto();
         f.talla = rs.Fields(5).Texto();
         f.color = rs.Fields(6).Texto();
+        const QString clase = rs.Fields(7).Texto();
+        f.habia = clase != QLatin1String("A");
+        f.queda = clase != QLatin1String("B");
         filas << f;
     }
     std::stable_sort(filas.begin(), filas.end(),
@@ -445,11 +481,12 @@ ResultadoDeshacer DeshacerOperacion(const ContextoMotor &contexto, qint32 lista,
     QSet<ClaveProducto> cambiados;
     {
         ADODB::Recordset rs;
-        rs.Open(QStringLiteral("select distinct o.producto, o.variante from historial_precio o "
-                               "join historial_precio l on l.lista = o.lista and l.producto = "
-                               "o.producto and l.variante = o.variante and l.operacion > "
-                               "o.operacion where o.operacion = ?"),
-                {operacion}, conexion);
+        rs.Open(QStringLiteral("select distinct l.producto, l.variante from historial_operacion "
+                               "p join historial_precio l on l.operacion = p.numero where "
+                               "p.lista = ? and p.numero > ? and exists (select 1 from "
+                               "historial_precio o where o.operacion = ? and o.producto = "
+                               "l.producto and o.variante = l.variante)"),
+                {lista, operacion, operacion}, conexion);
         for (; !rs.Eof(); rs.MoveNext())
             cambiados.insert({rs.Fields(0).Entero(), rs.Fields(1).Texto()});
     }
@@ -476,17 +513,17 @@ ResultadoDeshacer DeshacerOperacion(const ContextoMotor &contexto, qint32 lista,
         const ClaveProducto clave{f.producto, f.variante};
         const QList<Guardada> ahora = guardadas.value(clave);
         const bool igual =
-            f.nuevo ? (ahora.size() == 1 && ahora.front().precio == f.nuevo) : ahora.isEmpty();
+            f.queda ? (ahora.size() == 1 && ahora.front().precio == f.nuevo) : ahora.isEmpty();
         if (!igual || cambiados.contains(clave)) {
             nombres << Describir(f);
             continue;
         }
-        if (!f.anterior)
+        if (!f.habia)
             cambios.borrar.push_back(ahora.front().clave);
-        else if (!f.nuevo)
-            cambios.altas.push_back({f.producto, f.variante, *f.anterior});
+        else if (!f.queda)
+            cambios.altas.push_back({f.producto, f.variante, f.anterior});
         else
-            cambios.modificar.push_back({ahora.front().clave, *f.anterior});
+            cambios.modificar.push_back({ahora.front().clave, f.anterior});
     }
     if (!nombres.isEmpty()) {
         resultado.estado = ResultadoDeshacer::CambiadaDespues;

@@ -59,7 +59,8 @@ class RegistroOperacion {
     /// (after a copy), with one statement.
     void FilasDeLista(qint32 lista, bool comoNuevas);
     /// Records the rows a select gives, with one statement: its columns are producto,
-    /// variante ('' for a plain product), anterior and nuevo (Null for none). For the engine's
+    /// variante ('' for a plain product), anterior, nuevo (the prices, Null for none) and clase
+    /// ('A' a row added, 'B' a row removed, 'M' a row's price changed). For the engine's
     /// set-wise writes; `valores` are bound to its "?" in order.
     void FilasDeSeleccion(const QString &seleccion, const QVariantList &valores = {});
     /// Writes the rows still held. Gives the operation's number (0 without history).
@@ -114,6 +115,8 @@ struct FilaHistorial {
     QString color;
     std::optional<Importe> anterior;
     std::optional<Importe> nuevo;
+    bool habia = true; ///< a row stood before (false: the operation added it)
+    bool queda = true; ///< a row stands after (false: the operation removed it)
 };
 
 /// The operations of `lista`, newest first. Empty without history.

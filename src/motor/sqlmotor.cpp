@@ -35,6 +35,13 @@ QString ClaveFila(Motor motor, const QString &alias) {
 QSqlQuery Ejecutar(ADODB::Connection &conexion, const QString &sentencia,
                    const QVariantList &valores) {
     QSqlQuery q(conexion.Base());
+    // A statement with nothing to bind runs as it is: PostgreSQL prepares no DDL, lock or
+    // savepoint.
+    if (valores.isEmpty()) {
+        if (!q.exec(sentencia))
+            throw conexion.Fallo(q.lastError(), sentencia);
+        return q;
+    }
     if (!q.prepare(sentencia))
         throw conexion.Fallo(q.lastError(), sentencia);
     for (const QVariant &v : valores)
@@ -54,7 +61,7 @@ void InsertarPorLotes(ADODB::Connection &conexion, const QString &cabecera, int 
     for (int c = 1; c < columnas; ++c)
         fila += QStringLiteral(", ?");
     fila += QLatin1Char(')');
-    const auto sentencia = [&](int n) {
+    const auto sentencia = [&](int n) -> QString {
         QStringList partes;
         partes.reserve(n);
         for (int i = 0; i < n; ++i)
@@ -89,6 +96,19 @@ bool BloquearLista(ADODB::Connection &conexion, qint32 lista) {
     const bool viva = rs.RecordCount() > 0;
     rs.Close();
     return viva;
+}
+
+void TemporalVacia(ADODB::Connection &conexion, const QString &nombre, const QString &columnas) {
+    bool falta = true;
+    if (De(conexion) == Motor::PostgreSQL) {
+        QSqlQuery q = Ejecutar(conexion, QStringLiteral("select to_regclass(?) is null"),
+                               {QString(QStringLiteral("pg_temp.") + nombre)});
+        falta = q.next() && q.value(0).toBool();
+    }
+    if (falta)
+        Ejecutar(conexion, QStringLiteral("create temporary table if not exists ") + nombre +
+                               QStringLiteral(" (") + columnas + QLatin1Char(')'));
+    Ejecutar(conexion, QStringLiteral("delete from ") + nombre);
 }
 
 bool ExisteLista(ADODB::Connection &conexion, qint32 lista) {

@@ -37,6 +37,11 @@ void InsertarPorLotes(ADODB::Connection &conexion, const QString &cabecera, int 
 /// database's write lock). Another terminal's write of the list waits for this unit.
 bool BloquearLista(ADODB::Connection &conexion, qint32 lista);
 
+/// A temporary table of this connection, `nombre` with `columnas` ("a integer, b text"), made
+/// the first time and emptied every time, so that its rows never outlive the unit that wrote
+/// them. (A server is asked first: its "if not exists" speaks up on stderr when it skips.)
+void TemporalVacia(ADODB::Connection &conexion, const QString &nombre, const QString &columnas);
+
 /// Whether list `lista` exists, without holding it (for what only reads).
 bool ExisteLista(ADODB::Connection &conexion, qint32 lista);
 

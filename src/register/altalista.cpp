@@ -2,6 +2,7 @@
 // the editor on it, Cancelar closes it and stores nothing.
 #include "frmlistas.h"
 
+#include "motor/datoslista.h"
 #include "platform/datos/errorbd.h"
 #include "platform/datos/recordset.h"
 #include "platform/datos/regional.h"
@@ -102,22 +103,15 @@ bool FrmListas::GuardarLista() {
 }
 
 bool FrmListas::CompruebaDatos() {
-    const QString nombre = txtNomLista->Text();
-    if (nombre.isEmpty()) {
-        MsgBoxInformacion(QStringLiteral("Tiene que indicar un nombre para la nueva tarifa"));
-        txtNomLista->SetFocus();
-        return false;
-    }
-    // The record writer's field list closes each value with "|", so a name can't carry one.
-    if (nombre.contains(QLatin1Char('|'))) {
-        MsgBoxInformacion(QStringLiteral("El nombre de la tarifa no puede llevar el carácter |"));
-        txtNomLista->SetFocus();
-        return false;
-    }
-    if (desde->Value() <= hasta->Value())
+    // The same checks and words as a copy of a list.
+    const auto fallo = ComprobarDatosLista(txtNomLista->Text(), desde->Value(), hasta->Value());
+    if (!fallo)
         return true;
-    MsgBoxInformacion(QStringLiteral("Compruebe el periodo de validez de la tarifa"));
-    desde->SetFocus();
+    MsgBoxInformacion(fallo->mensaje);
+    if (fallo->campo == FalloDatosLista::Nombre)
+        txtNomLista->SetFocus();
+    else
+        desde->SetFocus();
     return false;
 }
 

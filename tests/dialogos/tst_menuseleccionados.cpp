@@ -138,7 +138,7 @@ class TstMenuSeleccionados : public QObject {
         } else {
             QVERIFY(Elegir(ClicDerecho(*e.grid_Pseleccionados, fila), Quitar));
         }
-        QCOMPARE(respuestas.Mostrados(), QStringList{pregunta});
+        QCOMPARE(respuestas.Mostrados().join("\n#"), pregunta);
         QCOMPARE(respuestas.Titulos(), QStringList{Quitar});
         QCOMPARE(Precios(t, 1), quedan);
         QCOMPARE(Mostrados(e, textil), enGrid);

@@ -65,7 +65,7 @@ class TstRedondeo : public QObject {
         const Importe x = *Importe::Leer(a), y = *Importe::Leer(b);
         QCOMPARE(x == y, orden == 0);
         QCOMPARE(x < y, orden < 0);
-        QCOMPARE(y < x, orden > 0);
+        QCOMPARE(y<x, orden> 0);
     }
 
     void guardado_data() {
@@ -121,8 +121,9 @@ class TstRedondeo : public QObject {
         const auto [base, porcentaje, suma, paso, terminacion, esperado] =
             Pruebas::Fila<QString, QString, QString, QString, QString, QString>();
         ReglaCambio regla{I(qPrintable(porcentaje)), I(qPrintable(suma)), I(qPrintable(paso)),
-                          terminacion.isEmpty() ? std::nullopt
-                                                : std::optional<Importe>(I(qPrintable(terminacion)))};
+                          terminacion.isEmpty()
+                              ? std::nullopt
+                              : std::optional<Importe>(I(qPrintable(terminacion)))};
         QString motivo;
         const std::optional<Importe> nuevo = NuevoPrecio(I(qPrintable(base)), regla, &motivo);
         QCOMPARE(nuevo ? nuevo->TextoSQL() : QString(), esperado);
@@ -183,8 +184,8 @@ class TstRedondeo : public QObject {
             QVERIFY2(!fallo, fallo ? qPrintable(fallo->mensaje) : "");
             // Empty texts are 0, one unit of the last decimal, and no ending.
             QCOMPARE(regla.porcentaje, Importe::Leer(porcentaje.isEmpty() ? "0" : porcentaje));
-            QCOMPARE(regla.paso, paso.isEmpty() ? Importe::DeUnidades(1, decimales)
-                                                : *Importe::Leer(paso));
+            QCOMPARE(regla.paso,
+                     paso.isEmpty() ? Importe::DeUnidades(1, decimales) : *Importe::Leer(paso));
             QCOMPARE(regla.terminacion.has_value(), !terminacion.isEmpty());
             return;
         }
