@@ -36,6 +36,7 @@ DlgCambiarPrecios::DlgCambiarPrecios(const ContextoMotor &c, qint32 l, const QSt
     caja->addWidget(vista, 1);
     caja->addLayout(botones);
     resize(640, 600);
+    panel->setFocus();
 
     connect(panel, &PanelCambio::Cambiado, this, [this] {
         btnAplicar->setEnabled(false);

@@ -102,6 +102,8 @@ PanelCambio::PanelCambio(const ContextoMotor &contexto, QWidget *padre)
     for (QComboBox *c : {cmbPaso, cmbTerminacion})
         connect(c, &QComboBox::currentTextChanged, this, cambiado);
     ajustarAlcances();
+    // The operator comes for the change itself: the percentage takes the keys first.
+    setFocusProxy(txtPorcentaje);
 }
 
 void PanelCambio::ajustarAlcances() {

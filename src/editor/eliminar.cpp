@@ -2,7 +2,8 @@
 #include "frmtarifas.h"
 
 #include "codigo.h"
-#include "contextosesion.h"
+
+#include "dialogos/sesionmotor.h"
 #include "motor/historial.h"
 #include "platform/datos/transaccion.h"
 #include "platform/ui/mensajes.h"

@@ -4,7 +4,7 @@
 
 #include "codigo.h"
 #include "columnas.h"
-#include "contextosesion.h"
+#include "dialogos/sesionmotor.h"
 
 #include "motor/historial.h"
 #include "platform/datos/transaccion.h"

@@ -202,6 +202,7 @@ class TstCambiarPrecios : public QObject {
         TiendaPrueba t;
         Tienda(t);
         FrmTarifas &e = t.Abierto(1);
+        RespuestasMensajes respuestas;
         QVERIFY(ConCambio(e, [&](DlgCambiarPrecios &d) {
             Regla(d, "10", "");
             Pulsar(d, "btnVistaPrevia");

@@ -2,7 +2,7 @@
 // a deleted list each record one operation in the same unit; a refused price records nothing.
 #include "apoyo/ejecucion.h"
 #include "apoyo/tiendaprueba.h"
-#include "editor/contextosesion.h"
+#include "dialogos/sesionmotor.h"
 #include "motor/historial.h"
 #include "apoyo/respuestas.h"
 
