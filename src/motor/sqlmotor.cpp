@@ -23,7 +23,7 @@ Motor De(ADODB::Connection &conexion) {
         QStringLiteral("Los cambios de una tarifa entera (cambiar precios, copiar, quitar "
                        "un producto, deshacer) solo se pueden hacer en una base de datos "
                        "SQLite o PostgreSQL; esta es %1. No se ha grabado nada.")
-            .arg(conexion.dialecto().Nombre()));
+            .arg(conexion.Base().driverName()));
 }
 
 QString ClaveFila(Motor motor, const QString &alias) {
