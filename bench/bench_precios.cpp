@@ -383,6 +383,8 @@ void MedirGuardado() {
         e.lblCodProducto->setCaption(QString::number(producto));
         e.lblCodCliente->setCaption(QStringLiteral("C%1").arg(producto));
         e.lblNomProd->setCaption(QStringLiteral("nombre"));
+        // As the panel does when it opens: the price shown is what a save compares with.
+        e.RecordarPrecioMostrado();
         e.txt_NuevoPrecio->setText(precio);
         bool guardado = false;
         medido.push_back(Medir([&] { guardado = e.GuardarProducto(); }));

@@ -8,7 +8,7 @@
 #include "dialogos/menus.h"
 #include "editor/columnas.h"
 #include "motor/importe.h"
-#include "platform/ui/mensajes.h"
+#include "apoyo/respuestas.h"
 #include "register/columnaslistas.h"
 
 #include <QCheckBox>
@@ -22,6 +22,9 @@ namespace {
 const QString Copiar = QStringLiteral("Copiar tarifa…");
 const QString Cambiar = QStringLiteral("Cambiar precios…");
 const QString Historial = QStringLiteral("Historial de precios…");
+// The ways in and out of a list, which also need one.
+const QStringList EntradaYSalida{QStringLiteral("Exportar…"), QStringLiteral("Importar…"),
+                                 QStringLiteral("Imprimir…")};
 
 /// List 1 "General" prices a shirt and trousers; list 2 "Otra" has no price.
 void Tienda(TiendaPrueba &t) {
@@ -84,7 +87,7 @@ class TstMenuListas : public QObject {
   private slots:
     void porFila_data() {
         const auto caso = Pruebas::Tabla<int, QStringList>();
-        caso("a list", 1, {Copiar, Cambiar, Historial});
+        caso("a list", 1, QStringList{Copiar, Cambiar, Historial} + EntradaYSalida);
         caso("the title row", 0, {});
         caso("below the last row", -1, {});
     }

@@ -147,7 +147,7 @@ class TstMenuSeleccionados : public QObject {
         esperados.sort();
         QCOMPARE(mostrados, esperados);
         // The other list and the catalogue are untouched.
-        QCOMPARE(Precios(t, 2), QStringList{textil ? "1/11=17" : "1/=17"});
+        QCOMPARE(Precios(t, 2), QStringList{textil ? QStringLiteral("1/11=17") : QStringLiteral("1/=17")});
         QCOMPARE(t.Valor("select count(*) from productos where borrar = 0").toInt(), 2);
     }
 
@@ -165,9 +165,10 @@ class TstMenuSeleccionados : public QObject {
         QCOMPARE(Precios(t, 1), QStringList());
         QCOMPARE(e.grid_Pseleccionados->Rows(), 2);
         QCOMPARE(e.grid_Pseleccionados->TextMatrix(1, ColLlano::Nombre), QString());
-        // The list's own items stay: a change from the catalogue can fill it again.
+        // The list's own items stay: a change from the catalogue or an import can fill it again.
         QCOMPARE(Habilitados(ClicDerecho(*e.grid_Pseleccionados, 1)),
-                 QStringList({"Cambiar precios…", "Historial de precios…"}));
+                 QStringList({"Cambiar precios…", "Historial de precios…", "Exportar…",
+                              "Importar…", "Imprimir…"}));
         CerrarMenus();
         // Supr on it asks nothing.
         QTest::keyClick(e.grid_Pseleccionados->vista(), Qt::Key_Delete);

@@ -66,9 +66,10 @@ QStringList ConBloqueo(BaseDatosPrueba &db, int ms, const std::function<void()> 
     tomado.get_future().wait();
     QStringList fases;
     const Espera::Aviso antes = Espera::FijarAviso([&](Espera::Fase fase, const QString &texto) {
-        if (fases.isEmpty() || fases.last() != (fase == Espera::Fase::Larga ? "larga" : "fin"))
-            fases << (fase == Espera::Fase::Larga ? QStringLiteral("larga")
-                                                  : QStringLiteral("fin"));
+        const QString nombre =
+            fase == Espera::Fase::Larga ? QStringLiteral("larga") : QStringLiteral("fin");
+        if (fases.isEmpty() || fases.last() != nombre)
+            fases << nombre;
         if (fase == Espera::Fase::Larga &&
             !(texto.contains(db.Ruta()) && texto.contains("ocupada por otro programa")))
             fases << QStringLiteral("no nombra el fichero ni al otro programa: ") + texto;
@@ -117,7 +118,8 @@ class TstEsperas : public QObject {
 
     void cajaEnUnaUnidad_data() {
         const auto caso = Pruebas::Tabla<QString, bool>();
-        for (const char *caja : {"informacion", "pregunta", "informe de error"}) {
+        for (const QString &caja : {QStringLiteral("informacion"), QStringLiteral("pregunta"),
+                                    QStringLiteral("informe de error")}) {
             caso(qPrintable(QStringLiteral("%1, fuera").arg(caja)), caja, false);
             caso(qPrintable(QStringLiteral("%1, dentro").arg(caja)), caja, true);
         }
