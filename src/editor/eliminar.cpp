@@ -30,7 +30,8 @@ void FrmTarifas::cmdEliminar_Click() {
         ADODB::Transaccion unidad(conexion);
         viva = ListaSigueViva();
         // The prices that go are the list's history, in the same unit.
-        RegistrarBorradoLista(ContextoSesion(), static_cast<qint32>(*codigoLista), Label5->Caption());
+        RegistrarBorradoLista(ContextoSesion(), static_cast<qint32>(*codigoLista),
+                              Label5->Caption());
         SvcRegistros registros;
         const QVariantList codigo{*codigoLista};
         registros.BorrarRegistro(conexion, QStringLiteral("cabecera_precio"),

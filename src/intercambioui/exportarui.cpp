@@ -22,7 +22,7 @@ QString NombreFichero(const QString &nombre) {
 } // namespace
 
 void DialogoExportar(const ContextoMotor &contexto, qint32 lista, const QString &nombre,
-                   QWidget *padre) {
+                     QWidget *padre) {
     const QString ruta = QFileDialog::getSaveFileName(
         padre, QStringLiteral("Exportar la tarifa"),
         QDir::home().filePath(NombreFichero(nombre) + QStringLiteral(".csv")),

@@ -23,9 +23,9 @@ namespace {
 /// answering between pages.
 bool DibujarConProgreso(const DocumentoLista &documento, QPagedPaintDevice &dispositivo,
                         QWidget *padre) {
-    QProgressDialog progreso(QStringLiteral("Preparando las páginas de %1…")
-                                 .arg(documento.lista.nombre),
-                             QStringLiteral("Cancelar"), 0, 1, padre);
+    QProgressDialog progreso(
+        QStringLiteral("Preparando las páginas de %1…").arg(documento.lista.nombre),
+        QStringLiteral("Cancelar"), 0, 1, padre);
     progreso.setWindowModality(Qt::WindowModal);
     progreso.setMinimumDuration(500);
     return DibujarLista(documento, dispositivo, [&progreso](int pagina, int paginas) {
@@ -58,8 +58,8 @@ void GuardarPdf(const DocumentoLista &documento, QWidget *padre) {
     else if (!bien)
         destino.cancelWriting();
     else
-        MsgBoxInformacion(QStringLiteral("No se pudo escribir %1: %2")
-                              .arg(ruta, destino.errorString()));
+        MsgBoxInformacion(
+            QStringLiteral("No se pudo escribir %1: %2").arg(ruta, destino.errorString()));
 }
 
 } // namespace

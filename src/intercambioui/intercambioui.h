@@ -12,13 +12,13 @@ class QWidget;
 
 /// Asks where (CSV or XLSX) and writes the list's prices there; says how it went.
 void DialogoExportar(const ContextoMotor &contexto, qint32 lista, const QString &nombre,
-                   QWidget *padre);
+                     QWidget *padre);
 /// Asks for a CSV, shows its dry run (counts and every refused line, with the mode to choose),
 /// then imports on "Importar" (or "Importar las válidas" with refused lines). True when
 /// something was written, so that the screen shows the list again.
 bool DialogoImportar(const ContextoMotor &contexto, qint32 lista, const QString &nombre,
-                   QWidget *padre);
+                     QWidget *padre);
 /// Qt's print preview of the list, with "Guardar como PDF"; progress is shown while the pages
 /// are drawn. An empty `tienda` is the name the suite keeps for the shop.
 void DialogoImprimir(const ContextoMotor &contexto, qint32 lista, const QString &tienda,
-                   QWidget *padre);
+                     QWidget *padre);

@@ -19,8 +19,8 @@ void FrmListas::mnuImportar_Click() {
     const qint32 lista = ListaDeFila(fila);
     if (lista == 0)
         return;
-    if (DialogoImportar(ContextoSesion(), lista,
-                        grid_precios->TextMatrix(fila, ColListas::Nombre), ventana()))
+    if (DialogoImportar(ContextoSesion(), lista, grid_precios->TextMatrix(fila, ColListas::Nombre),
+                        ventana()))
         AvisarSinHistorial();
     cargarGridPrecios(); // a list another terminal deleted meanwhile goes from the grid
 }

@@ -1,12 +1,12 @@
 // A bulk change through the editor's context menu: the dialog's preview, what Aplicar writes
 // and what the list's grid then shows, and the slips the dialog refuses without writing.
 #include "apoyo/ejecucion.h"
+#include "apoyo/respuestas.h"
 #include "apoyo/tiendaprueba.h"
 #include "dialogos/dlgcambiarprecios.h"
 #include "dialogos/menus.h"
 #include "editor/columnas.h"
 #include "motor/importe.h"
-#include "apoyo/respuestas.h"
 
 #include <QComboBox>
 #include <QLabel>

@@ -1,6 +1,7 @@
 // The register's context menu: its items by row, a copy of a list (with and without a change
 // on the way, and the slips its dialog refuses), and the price history with its undo.
 #include "apoyo/ejecucion.h"
+#include "apoyo/respuestas.h"
 #include "apoyo/tiendaprueba.h"
 #include "dialogos/dlgcambiarprecios.h"
 #include "dialogos/dlgcopiartarifa.h"
@@ -8,7 +9,6 @@
 #include "dialogos/menus.h"
 #include "editor/columnas.h"
 #include "motor/importe.h"
-#include "apoyo/respuestas.h"
 #include "register/columnaslistas.h"
 
 #include <QCheckBox>

@@ -1,10 +1,10 @@
 // The editor's context menu on the list's prices, and taking a product out of the list with
 // it or with the Supr key: the question, the database and the grid after Yes and after No.
 #include "apoyo/ejecucion.h"
+#include "apoyo/respuestas.h"
 #include "apoyo/tiendaprueba.h"
 #include "dialogos/menus.h"
 #include "editor/columnas.h"
-#include "apoyo/respuestas.h"
 
 namespace {
 
@@ -147,7 +147,8 @@ class TstMenuSeleccionados : public QObject {
         esperados.sort();
         QCOMPARE(mostrados, esperados);
         // The other list and the catalogue are untouched.
-        QCOMPARE(Precios(t, 2), QStringList{textil ? QStringLiteral("1/11=17") : QStringLiteral("1/=17")});
+        QCOMPARE(Precios(t, 2),
+                 QStringList{textil ? QStringLiteral("1/11=17") : QStringLiteral("1/=17")});
         QCOMPARE(t.Valor("select count(*) from productos where borrar = 0").toInt(), 2);
     }
 
@@ -167,8 +168,8 @@ class TstMenuSeleccionados : public QObject {
         QCOMPARE(e.grid_Pseleccionados->TextMatrix(1, ColLlano::Nombre), QString());
         // The list's own items stay: a change from the catalogue or an import can fill it again.
         QCOMPARE(Habilitados(ClicDerecho(*e.grid_Pseleccionados, 1)),
-                 QStringList({"Cambiar precios…", "Historial de precios…", "Exportar…",
-                              "Importar…", "Imprimir…"}));
+                 QStringList({"Cambiar precios…", "Historial de precios…", "Exportar…", "Importar…",
+                              "Imprimir…"}));
         CerrarMenus();
         // Supr on it asks nothing.
         QTest::keyClick(e.grid_Pseleccionados->vista(), Qt::Key_Delete);

@@ -1,10 +1,10 @@
 // The editor's writes keep the price history: a saved price (plain or of a size and colour) and
 // a deleted list each record one operation in the same unit; a refused price records nothing.
 #include "apoyo/ejecucion.h"
+#include "apoyo/respuestas.h"
 #include "apoyo/tiendaprueba.h"
 #include "dialogos/sesionmotor.h"
 #include "motor/historial.h"
-#include "apoyo/respuestas.h"
 
 class TstEditorHistorial : public QObject {
     Q_OBJECT

@@ -3,10 +3,10 @@
 // price that changed meanwhile asks first, naming both prices. The other terminal is the test
 // database's own connection, writing as the program does (the record writer, in one unit).
 #include "apoyo/ejecucion.h"
+#include "apoyo/respuestas.h"
 #include "apoyo/tiendaprueba.h"
 #include "platform/datos/regional.h"
 #include "platform/datos/transaccion.h"
-#include "apoyo/respuestas.h"
 #include "platform/ui/traduccionqt.h"
 #include "suite/datos/svcregistros.h"
 
