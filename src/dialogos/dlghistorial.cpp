@@ -15,29 +15,6 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
-namespace {
-
-QTableWidget *Tabla(const char *nombre, const QStringList &titulos) {
-    auto *t = new QTableWidget(0, int(titulos.size()));
-    t->setObjectName(QLatin1String(nombre));
-    t->setHorizontalHeaderLabels(titulos);
-    t->verticalHeader()->hide();
-    t->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    t->setSelectionBehavior(QAbstractItemView::SelectRows);
-    t->setSelectionMode(QAbstractItemView::SingleSelection);
-    t->horizontalHeader()->setStretchLastSection(true);
-    return t;
-}
-
-void Fila(QTableWidget *t, const QStringList &celdas) {
-    const int fila = t->rowCount();
-    t->insertRow(fila);
-    for (int c = 0; c < celdas.size(); ++c)
-        t->setItem(fila, c, new QTableWidgetItem(celdas.at(c)));
-}
-
-} // namespace
-
 DlgHistorial::DlgHistorial(const ContextoMotor &c, qint32 l, const QString &nombre, QWidget *padre)
     : QDialog(padre), contexto(c), lista(l) {
     setWindowTitle(QStringLiteral("Historial de precios de la tarifa «%1»").arg(nombre));

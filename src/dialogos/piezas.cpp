@@ -1,8 +1,10 @@
 // The small pieces of the dialogs.
 #include "piezas.h"
 
+#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QTableWidget>
 
 QPushButton *Boton(const QString &texto, const char *nombre) {
     auto *b = new QPushButton(texto);
@@ -21,4 +23,23 @@ QLabel *EtiquetaMensaje() {
 
 QString TextoPrecio(const std::optional<Importe> &precio, int decimales) {
     return precio ? precio->Texto(decimales) : QStringLiteral("—");
+}
+
+QTableWidget *Tabla(const char *nombre, const QStringList &titulos) {
+    auto *t = new QTableWidget(0, int(titulos.size()));
+    t->setObjectName(QLatin1String(nombre));
+    t->setHorizontalHeaderLabels(titulos);
+    t->verticalHeader()->hide();
+    t->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    t->setSelectionBehavior(QAbstractItemView::SelectRows);
+    t->setSelectionMode(QAbstractItemView::SingleSelection);
+    t->horizontalHeader()->setStretchLastSection(true);
+    return t;
+}
+
+void Fila(QTableWidget *t, const QStringList &celdas) {
+    const int fila = t->rowCount();
+    t->insertRow(fila);
+    for (int c = 0; c < celdas.size(); ++c)
+        t->setItem(fila, c, new QTableWidgetItem(celdas.at(c)));
 }

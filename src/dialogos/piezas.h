@@ -3,10 +3,12 @@
 #include "motor/importe.h"
 
 #include <QString>
+#include <QStringList>
 #include <optional>
 
 class QLabel;
 class QPushButton;
+class QTableWidget;
 
 /// The small pieces every dialog of the work on whole lists is made of.
 
@@ -16,3 +18,8 @@ QPushButton *Boton(const QString &texto, const char *nombre);
 QLabel *EtiquetaMensaje();
 /// A price as the operator reads it, with the shop's decimals; "—" for none.
 QString TextoPrecio(const std::optional<Importe> &precio, int decimales);
+/// A read-only table of whole rows, one selected at a time, named `nombre` (for tests), with
+/// these column titles; the last column takes the width left.
+QTableWidget *Tabla(const char *nombre, const QStringList &titulos);
+/// Appends a row of texts to `t`.
+void Fila(QTableWidget *t, const QStringList &celdas);

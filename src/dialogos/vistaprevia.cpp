@@ -8,28 +8,6 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
-namespace {
-
-QTableWidget *Tabla(const char *nombre, const QStringList &titulos) {
-    auto *t = new QTableWidget(0, int(titulos.size()));
-    t->setObjectName(QLatin1String(nombre));
-    t->setHorizontalHeaderLabels(titulos);
-    t->verticalHeader()->hide();
-    t->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    t->setSelectionBehavior(QAbstractItemView::SelectRows);
-    t->horizontalHeader()->setStretchLastSection(true);
-    return t;
-}
-
-void Fila(QTableWidget *t, const QStringList &celdas) {
-    const int fila = t->rowCount();
-    t->insertRow(fila);
-    for (int c = 0; c < celdas.size(); ++c)
-        t->setItem(fila, c, new QTableWidgetItem(celdas.at(c)));
-}
-
-} // namespace
-
 VistaPrevia::VistaPrevia(int d, QWidget *padre) : QWidget(padre), decimales(d) {
     lblResumen = new QLabel;
     lblResumen->setObjectName(QStringLiteral("lblResumen"));
