@@ -23,6 +23,7 @@ constexpr DisenoGrid GridLista{
     .foreColorSel = RGB(0, 0, 0),
     .backColorBkg = RGB(255, 255, 255),
     .gridColor = RGB(192, 192, 192),
+    .gridColorFixed = RGB(0, 0, 0),
     .highLight = 2,
     .scrollBars = 2,
     .selectionMode = 1,

@@ -14,7 +14,7 @@ constexpr DisenoGrid gridTextil{
     .backColor = ColorSistema(5), .foreColor = ColorSistema(8),
     .backColorFixed = ColorSistema(15), .foreColorFixed = ColorSistema(18),
     .backColorSel = ColorSistema(13), .foreColorSel = ColorSistema(14),
-    .backColorBkg = RGB(255, 255, 255), .gridColor = RGB(192, 192, 192),
+    .backColorBkg = RGB(255, 255, 255), .gridColor = RGB(192, 192, 192), .gridColorFixed = RGB(0, 0, 0),
     .highLight = 1, .scrollBars = 3, .selectionMode = 0,
 };
 

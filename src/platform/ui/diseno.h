@@ -50,6 +50,8 @@ struct DisenoGrid {
     ColorOLE foreColorSel = RGB(0, 0, 0);
     ColorOLE backColorBkg = RGB(255, 255, 255);
     ColorOLE gridColor = RGB(192, 192, 192);
+    /// As designed; kept with the design though the grid draws every line in gridColor.
+    ColorOLE gridColorFixed = RGB(0, 0, 0);
     int highLight = 2;     ///< 0 never, 1 always, 2 only with focus
     int scrollBars = 2;    ///< 0 none, 1 horizontal, 2 vertical, 3 both
     int selectionMode = 1; ///< 0 free, 1 by row
