@@ -98,7 +98,8 @@ bool BloquearLista(ADODB::Connection &conexion, qint32 lista) {
     return viva;
 }
 
-void TemporalVacia(ADODB::Connection &conexion, const QString &nombre, const QString &columnas) {
+void TemporalVacia(ADODB::Connection &conexion, const QString &nombre, const QString &columnas,
+                   const QString &opciones) {
     bool falta = true;
     if (De(conexion) == Motor::PostgreSQL) {
         QSqlQuery q = Ejecutar(conexion, QStringLiteral("select to_regclass(?) is null"),
@@ -107,7 +108,7 @@ void TemporalVacia(ADODB::Connection &conexion, const QString &nombre, const QSt
     }
     if (falta)
         Ejecutar(conexion, QStringLiteral("create temporary table if not exists ") + nombre +
-                               QStringLiteral(" (") + columnas + QLatin1Char(')'));
+                               QStringLiteral(" (") + columnas + QStringLiteral(") ") + opciones);
     Ejecutar(conexion, QStringLiteral("delete from ") + nombre);
 }
 

@@ -40,7 +40,9 @@ bool BloquearLista(ADODB::Connection &conexion, qint32 lista);
 /// A temporary table of this connection, `nombre` with `columnas` ("a integer, b text"), made
 /// the first time and emptied every time, so that its rows never outlive the unit that wrote
 /// them. (A server is asked first: its "if not exists" speaks up on stderr when it skips.)
-void TemporalVacia(ADODB::Connection &conexion, const QString &nombre, const QString &columnas);
+/// `opciones` follow the columns ("without rowid").
+void TemporalVacia(ADODB::Connection &conexion, const QString &nombre, const QString &columnas,
+                   const QString &opciones = {});
 
 /// Whether list `lista` exists, without holding it (for what only reads).
 bool ExisteLista(ADODB::Connection &conexion, qint32 lista);
