@@ -7,9 +7,12 @@
 //            100,000 lines into an empty list, beside a raw bulk insert of the same rows (one
 //            prepared insert, one transaction). Targets: <= 5 s and <= 3x.
 //
-// Figures are medians of three. Every result is checked (rows written, lines read, prices
-// stored); a wrong result, or a missed target in the full run, prints FAIL and ends with
-// status 1. With --rapido (CI) the sizes are small and only the results are checked.
+// On SQLite, and on PostgreSQL when TARIFAS_PRUEBAS_PG names a server: there the baselines go
+// through the driver (the read with a forward-only query, the insert as one statement of two
+// bound arrays, the quickest plain way into a server). Figures are medians of three. Every result
+// is checked (rows written, lines read, prices stored); a wrong result, or a missed target in the
+// full run, prints FAIL and ends with status 1. With --rapido (CI) the sizes are small and only the
+// results are checked.
 #include "intercambio/exportacion.h"
 #include "intercambio/importacion.h"
 #include "platform/datos/conexion.h"
@@ -22,6 +25,8 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTemporaryDir>
+#include <QUrl>
+#include <QUuid>
 
 #include <algorithm>
 #include <cstdio>
@@ -80,7 +85,7 @@ qint64 Contar(ADODB::Connection &conexion, const QString &sql) {
 }
 
 /// The shop: `n` products, list 1 with a price for each; lists 2 and 3 empty.
-void Llenar(ADODB::Connection &conexion, int n) {
+void Llenar(ADODB::Connection &conexion, int n, bool postgresql) {
     CrearTablasQueFaltan(conexion, TablasSuite());
     Ejecutar(conexion, QStringLiteral("begin"));
     Ejecutar(conexion, QStringLiteral("insert into opciones (numdecimales, tiponegocio) values "
@@ -89,6 +94,22 @@ void Llenar(ADODB::Connection &conexion, int n) {
         Ejecutar(conexion, QStringLiteral("insert into cabecera_precio values (%1, 'Lista %1', "
                                           "'2026-01-01', '2026-01-01', '2026-12-31')")
                                .arg(l));
+    if (postgresql) {
+        // The same rows, set-wise: a statement a row would take longer than the measures.
+        const QString serie = QStringLiteral("generate_series(1, %1) as i").arg(n);
+        Ejecutar(conexion,
+                 QStringLiteral("insert into productos select i, 'P' || lpad(i::text, 7, '0'), "
+                                "'Producto ' || lpad(((i::bigint * 7919) % %1)::text, 7, '0'), "
+                                "(10 + i % 90) + (i % 100) / 100.0, 'S', 0 from %2")
+                     .arg(n)
+                     .arg(serie));
+        Ejecutar(conexion, QStringLiteral("insert into detalle_precio select 1, i, (5 + i % 90) "
+                                          "+ 0.95, null from %1")
+                               .arg(serie));
+        Ejecutar(conexion, QStringLiteral("commit"));
+        Ejecutar(conexion, QStringLiteral("analyze"));
+        return;
+    }
     QSqlQuery p(conexion.Base()), d(conexion.Base());
     p.prepare(QStringLiteral("insert into productos values (?, ?, ?, ?, 'S', 0)"));
     d.prepare(QStringLiteral("insert into detalle_precio values (1, ?, ?, null)"));
@@ -151,78 +172,153 @@ void InsercionCruda(const QString &base, int n) {
     sqlite3_close(db);
 }
 
+/// The export's baseline on a server: the same rows read through the driver, forward only.
+int LecturaCrudaServidor(QSqlDatabase base, const QString &fichero) {
+    QSqlQuery q(base);
+    q.setForwardOnly(true);
+    if (!q.exec(QStringLiteral(
+            "select productos.codigocliente, productos.nombre, productos.precio, "
+            "detalle_precio.precio from productos, detalle_precio where productos.borrar = 0 and "
+            "productos.codigo = detalle_precio.producto and detalle_precio.identificador = 1 "
+            "order by nombre asc")))
+        throw std::runtime_error(q.lastError().text().toStdString());
+    FILE *f = std::fopen(QFile::encodeName(fichero).constData(), "wb");
+    int filas = 0;
+    while (q.next()) {
+        std::fprintf(f, "%s;;%s;;;%s;%s\r\n", q.value(0).toByteArray().constData(),
+                     q.value(1).toByteArray().constData(), q.value(2).toByteArray().constData(),
+                     q.value(3).toByteArray().constData());
+        ++filas;
+    }
+    std::fclose(f);
+    return filas;
+}
+
+/// The import's baseline on a server: the same rows inserted by one statement of two arrays.
+void InsercionCrudaServidor(QSqlDatabase base, int n) {
+    QByteArray productos = "{", precios = "{";
+    for (int i = 1; i <= n; ++i) {
+        const char *coma = i > 1 ? "," : "";
+        productos += coma + QByteArray::number(i);
+        precios += coma + QByteArray::number(5 + i % 90) + ".50";
+    }
+    productos += '}';
+    precios += '}';
+    QSqlQuery q(base);
+    q.prepare(QStringLiteral("insert into detalle_precio select 3, p, v, null from "
+                             "unnest(cast(? as integer[]), cast(? as numeric[])) as u(p, v)"));
+    q.addBindValue(QString::fromLatin1(productos));
+    q.addBindValue(QString::fromLatin1(precios));
+    if (!base.transaction() || !q.exec() || !base.commit())
+        throw std::runtime_error(q.lastError().text().toStdString());
+}
+
 } // namespace
+
+/// Both measures on the database of `cadena` (for SQLite, the file `fichero`), filled anew.
+void Medir(const QString &cadena, const QString &fichero, const char *nombre, bool postgresql,
+           const QTemporaryDir &dir, int n) {
+    ADODB::Connection conexion;
+    conexion.Open(cadena);
+    Llenar(conexion, n, postgresql);
+    ContextoMotor contexto;
+    contexto.conexion = &conexion;
+    contexto.terminal = QStringLiteral("BENCH");
+    contexto.numDecimales = 2;
+    std::printf("%s: %d precios\n", nombre, n);
+
+    const QString csv = dir.filePath(QStringLiteral("lista.csv"));
+    const QString crudo = dir.filePath(QStringLiteral("crudo.csv"));
+    int exportadas = 0, leidasCrudas = 0;
+    const double exportar = Mediana([] {},
+                                    [&] {
+                                        const ResultadoExportacion r =
+                                            ExportarLista(contexto, 1, csv, QLatin1Char(','));
+                                        Comprobar(r.error.isEmpty(), "the export wrote its file");
+                                        exportadas = r.filas;
+                                    });
+    const double lectura = Mediana([] {},
+                                   [&] {
+                                       leidasCrudas =
+                                           postgresql ? LecturaCrudaServidor(conexion.Base(), crudo)
+                                                      : LecturaCruda(fichero, crudo);
+                                   });
+    Comprobar(exportadas == n && leidasCrudas == n, "every price exported");
+    QFile exportado(csv);
+    exportado.open(QIODevice::ReadOnly);
+    const QByteArray datos = exportado.readAll();
+    Comprobar(datos.count('\n') == n + 1, "one line per price and the header");
+    Informe("export", exportar, lectura, 3, 1000);
+
+    // Into the empty list 2: every line adds a price.
+    PlanImportacion plan;
+    ResultadoImportacion resultado;
+    const auto vaciar = [&] {
+        Ejecutar(conexion, QStringLiteral("delete from detalle_precio where identificador in "
+                                          "(2, 3)"));
+    };
+    double prueba = 0;
+    const double importar = Mediana(vaciar, [&] {
+        QElapsedTimer reloj;
+        reloj.start();
+        plan = PlanearImportacion(contexto, 2, datos, ModoImportacion::AnadirYActualizar);
+        prueba = double(reloj.nsecsElapsed()) / 1e6;
+        resultado = Importar(contexto, 2, datos, ModoImportacion::AnadirYActualizar, false,
+                             QStringLiteral("bench"));
+    });
+    std::printf("         (the dry run alone, last of three: %.1f ms)\n", prueba);
+    Comprobar(plan.anadidos == n && plan.rechazadas.isEmpty(), "the dry run adds every line");
+    Comprobar(resultado.estado == ResultadoImportacion::Importada && resultado.plan.anadidos == n,
+              "the import adds every line");
+    Comprobar(Contar(conexion, QStringLiteral("select count(*) from detalle_precio where "
+                                              "identificador = 2")) == n,
+              "every price stored");
+    Comprobar(Contar(conexion, QStringLiteral("select count(*) from detalle_precio a join "
+                                              "detalle_precio b on a.producto = b.producto "
+                                              "where a.identificador = 1 and "
+                                              "b.identificador = 2 and a.precio <> b.precio")) == 0,
+              "the imported prices are the exported ones");
+    const double insercion = Mediana(vaciar, [&] {
+        if (postgresql)
+            InsercionCrudaServidor(conexion.Base(), n);
+        else
+            InsercionCruda(fichero, n);
+    });
+    Comprobar(Contar(conexion, QStringLiteral("select count(*) from detalle_precio where "
+                                              "identificador = 3")) == n,
+              "the baseline stored its rows");
+    Informe("import", importar, insercion, 3, 5000);
+}
 
 int main(int argc, char **argv) {
     QCoreApplication aplicacion(argc, argv);
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
     rapido = aplicacion.arguments().contains(QStringLiteral("--rapido"));
     const int n = rapido ? 2000 : 100000;
     try {
         QTemporaryDir dir;
         const QString base = dir.filePath(QStringLiteral("tienda.sqlite"));
-        ADODB::Connection conexion;
-        conexion.Open(QStringLiteral("sqlite:") + base);
-        Llenar(conexion, n);
-        ContextoMotor contexto;
-        contexto.conexion = &conexion;
-        contexto.terminal = QStringLiteral("BENCH");
-        contexto.numDecimales = 2;
-        std::printf("%d precios\n", n);
-
-        const QString csv = dir.filePath(QStringLiteral("lista.csv"));
-        const QString crudo = dir.filePath(QStringLiteral("crudo.csv"));
-        int exportadas = 0, leidasCrudas = 0;
-        const double exportar =
-            Mediana([] {},
-                    [&] {
-                        const ResultadoExportacion r =
-                            ExportarLista(contexto, 1, csv, QLatin1Char(','));
-                        Comprobar(r.error.isEmpty(), "the export wrote its file");
-                        exportadas = r.filas;
-                    });
-        const double lectura = Mediana([] {}, [&] { leidasCrudas = LecturaCruda(base, crudo); });
-        Comprobar(exportadas == n && leidasCrudas == n, "every price exported");
-        QFile fichero(csv);
-        fichero.open(QIODevice::ReadOnly);
-        const QByteArray datos = fichero.readAll();
-        Comprobar(datos.count('\n') == n + 1, "one line per price and the header");
-        Informe("export", exportar, lectura, 3, 1000);
-
-        // Into the empty list 2: every line adds a price.
-        PlanImportacion plan;
-        ResultadoImportacion resultado;
-        const auto vaciar = [&] {
-            Ejecutar(conexion, QStringLiteral("delete from detalle_precio where identificador in "
-                                              "(2, 3)"));
-        };
-        double prueba = 0;
-        const double importar = Mediana(vaciar, [&] {
-            QElapsedTimer reloj;
-            reloj.start();
-            plan = PlanearImportacion(contexto, 2, datos, ModoImportacion::AnadirYActualizar);
-            prueba = double(reloj.nsecsElapsed()) / 1e6;
-            resultado = Importar(contexto, 2, datos, ModoImportacion::AnadirYActualizar, false,
-                                 QStringLiteral("bench"));
-        });
-        std::printf("         (the dry run alone, last of three: %.1f ms)\n", prueba);
-        Comprobar(plan.anadidos == n && plan.rechazadas.isEmpty(), "the dry run adds every line");
-        Comprobar(resultado.estado == ResultadoImportacion::Importada &&
-                      resultado.plan.anadidos == n,
-                  "the import adds every line");
-        Comprobar(Contar(conexion, QStringLiteral("select count(*) from detalle_precio where "
-                                                  "identificador = 2")) == n,
-                  "every price stored");
-        Comprobar(
-            Contar(conexion, QStringLiteral("select count(*) from detalle_precio a join "
-                                            "detalle_precio b on a.producto = b.producto "
-                                            "where a.identificador = 1 and "
-                                            "b.identificador = 2 and a.precio <> b.precio")) == 0,
-            "the imported prices are the exported ones");
-        const double insercion = Mediana(vaciar, [&] { InsercionCruda(base, n); });
-        Comprobar(Contar(conexion, QStringLiteral("select count(*) from detalle_precio where "
-                                                  "identificador = 3")) == n,
-                  "the baseline stored its rows");
-        Informe("import", importar, insercion, 3, 5000);
+        Medir(QStringLiteral("sqlite:") + base, base, "SQLite", false, dir, n);
+        const QString servidor = qEnvironmentVariable("TARIFAS_PRUEBAS_PG");
+        if (!servidor.isEmpty()) {
+            // A database of its own on the server, dropped afterwards.
+            const QString nombre =
+                QStringLiteral("bench_") + QUuid::createUuid().toString(QUuid::Id128).left(12);
+            ADODB::Connection admin;
+            admin.Open(servidor);
+            Ejecutar(admin, QStringLiteral("create database ") + nombre);
+            QUrl url(servidor);
+            url.setPath(QLatin1Char('/') + nombre);
+            try {
+                Medir(url.toString(), QString(), "PostgreSQL", true, dir, n);
+            } catch (...) {
+                Ejecutar(admin, QStringLiteral("drop database ") + nombre);
+                throw;
+            }
+            Ejecutar(admin, QStringLiteral("drop database ") + nombre);
+        } else {
+            std::printf("PostgreSQL not measured (TARIFAS_PRUEBAS_PG is empty)\n");
+        }
     } catch (const std::exception &e) {
         std::printf("FAIL: %s\n", e.what());
         return 1;
