@@ -1,5 +1,6 @@
-// The import itself: the dry run made again inside one unit of work, with the list held, and
-// its rows written by the engine's writer, with the history of every row, as one operation.
+// The import itself: the operator's dry run, or one made again when the database changed
+// since, inside one unit of work with the list held, and its rows written by the engine's
+// writer, with the history of every row, as one operation.
 #include "importacion.h"
 
 #include "motor/escritura.h"
@@ -8,7 +9,8 @@
 #include "platform/datos/transaccion.h"
 
 ResultadoImportacion Importar(const ContextoMotor &contexto, qint32 lista, const QByteArray &datos,
-                              ModoImportacion modo, bool soloValidas, const QString &descripcion) {
+                              ModoImportacion modo, bool soloValidas, const QString &descripcion,
+                              const PlanImportacion *previa) {
     ResultadoImportacion resultado;
     ADODB::Transaccion unidad(*contexto.conexion);
     if (!SQLMotor::BloquearLista(*contexto.conexion, lista)) {
@@ -17,7 +19,9 @@ ResultadoImportacion Importar(const ContextoMotor &contexto, qint32 lista, const
                                            "puesto. No se ha importado nada.");
         return resultado;
     }
-    resultado.plan = PlanearImportacion(contexto, lista, datos, modo);
+    resultado.plan = previa && PlanVigente(contexto, lista, datos, modo, *previa)
+                         ? *previa
+                         : PlanearImportacion(contexto, lista, datos, modo);
     const PlanImportacion &plan = resultado.plan;
     if (!plan.error.isEmpty()) {
         resultado.estado = ResultadoImportacion::FicheroMalo;

@@ -43,6 +43,15 @@ struct PlanImportacion {
     int iguales = 0;
     QList<LineaRechazada> rechazadas;
     std::vector<PrecioImportado> cambios; ///< every row added, changed or removed
+    /// What the dry run was made from, for Importar to know whether it still holds: the
+    /// list, the mode, the file's bytes, and the catalogue and the list's rows as read.
+    struct Origen {
+        qint32 lista = 0;
+        ModoImportacion modo = ModoImportacion::AnadirYActualizar;
+        size_t datos = 0;
+        quint64 catalogo = 0;
+        quint64 precios = 0;
+    } origen;
 };
 
 /// Reads the file's bytes and the list's prices and tells what an import would do. The
@@ -67,11 +76,21 @@ struct ResultadoImportacion {
 };
 
 /// Imports the file into `lista` in one unit of work, all or nothing, with its history as
-/// one operation described by `descripcion`: the dry run is made again inside the unit, with
-/// the list held, so it writes exactly what that finds. With refused lines it writes nothing
-/// unless `soloValidas`. Raises ErrorBD, and writes nothing, on a failure of the database.
+/// one operation described by `descripcion`. Inside the unit, with the list held, the dry
+/// run `previa` (the operator's, made before) is taken when it was made from these bytes and
+/// mode and the catalogue and the list's rows are still as it read them; otherwise (or
+/// without one) the dry run is made again there. Either way it writes exactly what the
+/// database holds now calls for. With refused lines it writes nothing unless `soloValidas`.
+/// Raises ErrorBD, and writes nothing, on a failure of the database.
 ResultadoImportacion Importar(const ContextoMotor &contexto, qint32 lista, const QByteArray &datos,
-                              ModoImportacion modo, bool soloValidas, const QString &descripcion);
+                              ModoImportacion modo, bool soloValidas, const QString &descripcion,
+                              const PlanImportacion *previa = nullptr);
+
+/// Whether dry run `plan` still holds for `lista`, `datos` and `modo`: it was made from them,
+/// and the catalogue and the list's rows read now are as it read them. Reads both (not the
+/// file). Raises ErrorBD.
+bool PlanVigente(const ContextoMotor &contexto, qint32 lista, const QByteArray &datos,
+                 ModoImportacion modo, const PlanImportacion &plan);
 
 /// "120 añadidos, 35 cambiados, 0 quitados, 845 iguales".
 QString ResumenImportacion(const PlanImportacion &plan);

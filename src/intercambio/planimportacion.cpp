@@ -37,6 +37,17 @@ Columnas BuscarColumnas(const QStringList &cabecera) {
     return c;
 }
 
+/// One row's share of a fingerprint of a set of rows: the fingerprints of two reads are
+/// equal when they read the same rows, in whatever order (each row's hash is added).
+quint64 Huella(int tabla, qint32 numero, bool nulo, const QString &texto, bool marca) {
+    const size_t h = qHashMulti(0, tabla, numero, nulo, texto, marca);
+    // Spread over 64 bits, so that a sum of many rows keeps them apart.
+    quint64 x = quint64(h) + 0x9E3779B97F4A7C15ULL;
+    x = (x ^ (x >> 30)) * 0xBF58476D1CE4E5B9ULL;
+    x = (x ^ (x >> 27)) * 0x94D049BB133111EBULL;
+    return x ^ (x >> 31);
+}
+
 struct Producto {
     qint32 codigo = 0;
     bool borrado = false;
@@ -54,6 +65,7 @@ struct Catalogo {
     QHash<qint32, bool> borrado;
     QHash<QString, Variante> porCodigoVariante;
     QHash<qint32, QStringList> variantesDe;
+    quint64 huella = 0; ///< of every row read, in any order (Huella)
 
     void Leer(ADODB::Connection &conexion, bool tallaColor) {
         ADODB::Recordset rs;
@@ -68,6 +80,8 @@ struct Catalogo {
             for (; !rs.Eof(); rs.MoveNext()) {
                 const Producto p{qint32(codigo.Value().toLongLong()),
                                  borrar.Value().toLongLong() != 0};
+                huella +=
+                    Huella(1, p.codigo, codigocliente.EsNulo(), codigocliente.Texto(), p.borrado);
                 borrado.insert(p.codigo, p.borrado);
                 if (codigocliente.EsNulo())
                     continue;
@@ -82,10 +96,13 @@ struct Catalogo {
                 conexion);
         {
             const ADODB::Field codigo = rs.Fields(0), extra = rs.Fields(1);
-            for (; !rs.Eof(); rs.MoveNext())
+            for (; !rs.Eof(); rs.MoveNext()) {
+                huella += Huella(2, qint32(codigo.Value().toLongLong()), extra.EsNulo(),
+                                 extra.Texto(), false);
                 if (!extra.EsNulo())
                     InsertarNueva(porCodigoExtra, extra.Texto().toLower(),
                                   qint32(codigo.Value().toLongLong()));
+            }
         }
         if (!tallaColor)
             return;
@@ -96,6 +113,9 @@ struct Catalogo {
         const ADODB::Field padre = rs.Fields(0), hijo = rs.Fields(1), codcliente = rs.Fields(2),
                            borrar = rs.Fields(3);
         for (; !rs.Eof(); rs.MoveNext()) {
+            huella += Huella(3, qint32(padre.Value().toLongLong()), hijo.EsNulo(),
+                             hijo.Texto() + QChar(0) + codcliente.Texto(),
+                             borrar.Value().toLongLong() != 0);
             if (hijo.EsNulo())
                 continue;
             const Variante v{qint32(padre.Value().toLongLong()), hijo.Texto(),
@@ -226,7 +246,8 @@ struct Guardada {
 };
 
 /// The list's prices now, by product and variant.
-QHash<Clave, Guardada> PreciosGuardados(const ContextoMotor &contexto, qint32 lista) {
+QHash<Clave, Guardada> PreciosGuardados(const ContextoMotor &contexto, qint32 lista,
+                                        quint64 &huella) {
     QHash<Clave, Guardada> guardados;
     const SQLMotor::Motor motor = SQLMotor::De(*contexto.conexion);
     ADODB::Recordset rs;
@@ -237,10 +258,18 @@ QHash<Clave, Guardada> PreciosGuardados(const ContextoMotor &contexto, qint32 li
     const ADODB::Field producto = rs.Fields(0), variante = rs.Fields(1), precio = rs.Fields(2),
                        fila = rs.Fields(3);
     guardados.reserve(rs.RecordCount());
-    for (; !rs.Eof(); rs.MoveNext())
-        guardados.insert({qint32(producto.Value().toLongLong()),
-                          contexto.tallaColor ? variante.Texto() : QString()},
-                         {fila.Value(), ImporteDeValor(precio.Value())});
+    huella = 0;
+    for (; !rs.Eof(); rs.MoveNext()) {
+        const Clave clave{qint32(producto.Value().toLongLong()),
+                          contexto.tallaColor ? variante.Texto() : QString()};
+        const Guardada g{fila.Value(), ImporteDeValor(precio.Value())};
+        // The row's name and its price as stored: another terminal's change of either shows.
+        huella += Huella(4, clave.first, precio.EsNulo(),
+                         clave.second + QChar(0) + g.fila.toString() + QChar(0) +
+                             precio.Value().toString(),
+                         g.precio.has_value());
+        guardados.insert(clave, g);
+    }
     return guardados;
 }
 
@@ -296,7 +325,11 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
         }
     }
 
-    const QHash<Clave, Guardada> guardados = PreciosGuardados(contexto, lista);
+    const QHash<Clave, Guardada> guardados = PreciosGuardados(contexto, lista, plan.origen.precios);
+    plan.origen.lista = lista;
+    plan.origen.modo = modo;
+    plan.origen.datos = qHash(datos, 0);
+    plan.origen.catalogo = catalogo.huella;
     QSet<Clave> nombradas; // rows a line names, valid or not: "sustituir" leaves them
     nombradas.reserve(qsizetype(lineas.size()));
     QHash<Clave, Importe> nuevos;
@@ -337,6 +370,21 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
         }
     }
     return plan;
+}
+
+bool PlanVigente(const ContextoMotor &contexto, qint32 lista, const QByteArray &datos,
+                 ModoImportacion modo, const PlanImportacion &plan) {
+    // A plan that refused the whole file, or one of another list, mode or file, never holds.
+    if (!plan.error.isEmpty() || plan.origen.lista != lista || plan.origen.modo != modo ||
+        plan.origen.datos != qHash(datos, 0))
+        return false;
+    Catalogo catalogo;
+    catalogo.Leer(*contexto.conexion, contexto.tallaColor);
+    if (catalogo.huella != plan.origen.catalogo)
+        return false;
+    quint64 precios = 0;
+    PreciosGuardados(contexto, lista, precios);
+    return precios == plan.origen.precios;
 }
 
 QString ResumenImportacion(const PlanImportacion &plan) {

@@ -58,6 +58,7 @@ class DlgImportar : public QDialog {
     }
     bool ConRechazos() const { return !plan.rechazadas.isEmpty(); }
     const QByteArray &Datos() const { return datos; }
+    const PlanImportacion &Plan() const { return plan; }
 
   private:
     void Prueba() {
@@ -119,10 +120,11 @@ bool DialogoImportar(const ContextoMotor &contexto, qint32 lista, const QString 
     DlgImportar dialogo(contexto, lista, nombre, ruta, fichero.readAll(), padre);
     if (dialogo.exec() != QDialog::Accepted)
         return false;
-    // The unit of work starts now that no dialog waits, and makes the dry run again inside.
-    const ResultadoImportacion r =
-        Importar(contexto, lista, dialogo.Datos(), dialogo.Modo(), dialogo.ConRechazos(),
-                 QStringLiteral("Importación de %1").arg(QFileInfo(ruta).fileName()));
+    // The unit of work starts now that no dialog waits; inside, it takes the dry run the
+    // operator saw when the database is still as that read it, or makes it again.
+    const ResultadoImportacion r = Importar(
+        contexto, lista, dialogo.Datos(), dialogo.Modo(), dialogo.ConRechazos(),
+        QStringLiteral("Importación de %1").arg(QFileInfo(ruta).fileName()), &dialogo.Plan());
     MsgBoxInformacion(r.estado == ResultadoImportacion::Importada
                           ? QStringLiteral("Importado: %1.").arg(r.mensaje)
                           : r.mensaje);
