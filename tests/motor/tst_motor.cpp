@@ -122,6 +122,30 @@ class TstMotor : public QObject {
              0, 3);
         caso("a 1 euro", B::Tarifa, A::Todos, "", {"", "", "1"}, "1=20;2=100;3=-;5=0.1", 1, 1, 2);
     }
+    void filas_de_un_mismo_precio_data() {
+        // two rows of one price that changes (100) and two of one refused (0,10 - 50): every
+        // row counts, in the preview and in the apply
+        const auto caso = Pruebas::Tabla<QStringList, int, int>();
+        caso("+10 %", {"10"}, 5, 1);
+        caso("-50", {"", "-50"}, 2, 4);
+    }
+    void filas_de_un_mismo_precio() {
+        const auto [textos, cambian, rechazadas] = Pruebas::Fila<QStringList, int, int>();
+        Tienda t;
+        t.Precio(1, 4, "100");
+        t.Precio(1, 6, "0.10");
+        PeticionCambio p;
+        p.lista = 1;
+        p.regla = Regla(textos.value(0), textos.value(1));
+        const VistaPreviaCambio vista = PrevisualizarCambio(t.contexto, p);
+        QCOMPARE(vista.cambian, cambian);
+        QCOMPARE(vista.rechazadas.size(), rechazadas);
+        const ResultadoCambio r = AplicarCambio(t.contexto, p);
+        QCOMPARE(r.cambiadas, cambian);
+        QCOMPARE(r.rechazadas, rechazadas);
+        QCOMPARE(FilasDeOperacion(t.contexto, r.operacion).size(), cambian);
+    }
+
     void cambio() {
         const auto [base, alcance, filtro, textos, despues, cambian, iguales, rechazadas] =
             Pruebas::Fila<PeticionCambio::Base, PeticionCambio::Alcance, QString, QStringList,
