@@ -1,10 +1,13 @@
 // The editor's context menu on the list's prices, and taking a product out of the list with
-// it or with the Supr key: the question, the database and the grid after Yes and after No.
+// it or with the Supr key: the question, the database and the grid after Yes and after No. The
+// shortcuts both menus show, named as a Spanish keyboard's keys with Qt's translation loaded.
 #include "apoyo/ejecucion.h"
 #include "apoyo/respuestas.h"
 #include "apoyo/tiendaprueba.h"
+#include "dialogos/atajos.h"
 #include "dialogos/menus.h"
 #include "editor/columnas.h"
+#include "platform/ui/traduccionqt.h"
 
 namespace {
 
@@ -66,6 +69,44 @@ QStringList Mostrados(FrmTarifas &e, bool textil) {
 class TstMenuSeleccionados : public QObject {
     Q_OBJECT
   private slots:
+    // The program runs with Qt's Spanish translation, which names keys in words of its own.
+    void initTestCase() { QVERIFY(CargarTraduccionQt()); }
+
+    void textoAtajo_data() {
+        const auto caso = Pruebas::Tabla<QKeySequence, QString>();
+        caso("Delete is Supr", QKeySequence(Qt::Key_Delete), "Supr");
+        caso("Ctrl stays Ctrl", QKeySequence(Qt::CTRL | Qt::Key_M), "Ctrl+M");
+        caso("Shift is Mayús", QKeySequence(Qt::SHIFT | Qt::Key_F10), "Mayús+F10");
+        caso("modifiers in a keyboard's order", QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_Delete),
+             "Ctrl+Mayús+Supr");
+        caso("Return and page keys",
+             QKeySequence(QKeyCombination(Qt::Key_Return), Qt::ALT | Qt::Key_PageDown),
+             "Intro, Alt+AvPág");
+    }
+    void textoAtajo() {
+        const auto [atajo, texto] = Pruebas::Fila<QKeySequence, QString>();
+        QCOMPARE(TextoAtajo(atajo), texto);
+    }
+
+    void atajos_data() {
+        const auto caso = Pruebas::Tabla<bool, QString, QString>();
+        caso("editor, take out", true, Quitar, "Supr");
+        caso("editor, change", true, "Cambiar precios…", "Ctrl+M");
+        caso("editor, print", true, "Imprimir…", "Ctrl+P");
+        caso("register, copy", false, "Copiar tarifa…", "Ctrl+D");
+        caso("register, history", false, "Historial de precios…", "Ctrl+H");
+    }
+    void atajos() {
+        const auto [editor, item, atajo] = Pruebas::Fila<bool, QString, QString>();
+        TiendaPrueba t;
+        Tienda(t, false);
+        Grid &grid = editor ? *t.Abierto(1).grid_Pseleccionados : *t.Registro().grid_precios;
+        QMenu *menu = ClicDerecho(grid, editor ? 1 : FilaRegistro(1));
+        QVERIFY(menu);
+        QCOMPARE(AtajoMostrado(menu, item), atajo);
+        CerrarMenus();
+    }
+
     void porFila_data() {
         const auto caso = Pruebas::Tabla<int, int, bool>();
         caso("a price", 1, 2, true);
