@@ -1,5 +1,6 @@
 // The register's context menu: its items by row, a copy of a list (with and without a change
-// on the way, and the slips its dialog refuses), and the price history with its undo.
+// on the way, and the slips its dialog refuses), the price history with its undo, and a
+// database that keeps no history.
 #include "apoyo/ejecucion.h"
 #include "apoyo/respuestas.h"
 #include "apoyo/tiendaprueba.h"
@@ -224,6 +225,45 @@ class TstMenuListas : public QObject {
         QVERIFY2(respuestas.Mostrados().at(1).contains("Pantalón"),
                  qPrintable(respuestas.Mostrados().at(1)));
         QVERIFY(!respuestas.Mostrados().at(1).contains("Camisa"));
+    }
+
+    void sinHistorial() {
+        // The history's tables can't be made (an object already holds one of their names, as
+        // an account that may not create tables would leave it): both menus disable their
+        // history item, the first write says so once, and a change, a copy and a product
+        // taken out are written all the same.
+        TiendaPrueba t;
+        t.Ejecutar("create view historial_precio as select 1 as x");
+        Tienda(t);
+        t.Registro();
+        QCOMPARE(Habilitados(ClicDerecho(*frmListas().grid_precios, FilaRegistro(1))),
+                 QStringList({Copiar, Cambiar}) + EntradaYSalida);
+        CerrarMenus();
+        RespuestasMensajes respuestas;
+        CambiarTodo(1, "10");
+        QCOMPARE(Precios(t, 1), QStringList({"1=22", "2=33"}));
+        QStringList enEditor;
+        QVERIFY(ConEditor(
+            [&] {
+                QVERIFY(DesdeRegistro<DlgCopiarTarifa>(1, Copiar, [&](DlgCopiarTarifa &d) {
+                    Hijo<QLineEdit>(d, "txtNombre")->setText("Verano");
+                    Pulsar(d, "btnCopiar");
+                }));
+            },
+            [&](FrmTarifas &e) {
+                enEditor = Habilitados(ClicDerecho(*e.grid_Pseleccionados, 1));
+                CerrarMenus();
+                e.grid_Pseleccionados->vista()->setFocus();
+                QTest::keyClick(e.grid_Pseleccionados->vista(), Qt::Key_Delete);
+            }));
+        QCOMPARE(enEditor, QStringList({Cambiar, "Quitar de la tarifa"}) + EntradaYSalida);
+        QCOMPARE(Precios(t, 3), QStringList{"2=33"});
+        const QStringList dichos = respuestas.Mostrados();
+        QCOMPARE(respuestas.DentroDeUnidad(), 0);
+        QCOMPARE(dichos.filter("no guarda el historial").size(), 1);
+        QVERIFY2(dichos.first().contains("no guarda el historial"), qPrintable(dichos.join('|')));
+        // The change's answer, then the question of the product taken out.
+        QCOMPARE(dichos.size(), 3);
     }
 };
 
