@@ -35,7 +35,7 @@ DlgCambiarPrecios::DlgCambiarPrecios(const ContextoMotor &c, qint32 l, const QSt
     caja->addWidget(lblMensaje);
     caja->addWidget(vista, 1);
     caja->addLayout(botones);
-    resize(640, 600);
+    Dimensionar(*this, 640, 600);
     panel->setFocus();
 
     connect(panel, &PanelCambio::Cambiado, this, [this] {

@@ -68,7 +68,7 @@ DlgCopiarTarifa::DlgCopiarTarifa(const ContextoMotor &c, qint32 o, const QString
     caja->addWidget(lblMensaje);
     caja->addWidget(vista, 1);
     caja->addLayout(botones);
-    resize(640, 700);
+    Dimensionar(*this, 640, 700);
 
     connect(chkCambio, &QCheckBox::toggled, this, [this](bool si) {
         panel->setEnabled(si);

@@ -1,6 +1,8 @@
 // The context menu of a grid, and the shortcuts of its items.
 #include "menugrid.h"
 
+#include "atajos.h"
+
 #include "platform/ui/form.h"
 #include "platform/ui/grid.h"
 #include "platform/ui/modelogrid.h"
@@ -12,7 +14,7 @@
 #include <QTableView>
 
 MenuGrid::MenuGrid(Grid &g) : QObject(&g), grid(g) {
-    menu_ = new QMenu(grid.vista());
+    menu_ = new MenuAtajos(grid.vista());
     QTableView *v = grid.vista();
     v->installEventFilter(this);
     v->viewport()->installEventFilter(this);

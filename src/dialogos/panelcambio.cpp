@@ -5,10 +5,9 @@
 
 #include <QButtonGroup>
 #include <QComboBox>
-#include <QFormLayout>
 #include <QGridLayout>
-#include <QGroupBox>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
 
@@ -72,23 +71,28 @@ PanelCambio::PanelCambio(const ContextoMotor &contexto, QWidget *padre)
         for (const char *t : Terminaciones)
             cmbTerminacion->addItem(QLatin1String(t));
 
-    auto *filas = new QGroupBox(QStringLiteral("Precios que cambian"));
-    auto *rejilla = new QGridLayout(filas);
-    rejilla->addWidget(optTodas, 0, 0, 1, 2);
-    rejilla->addWidget(optSeccion, 1, 0);
-    rejilla->addWidget(cmbSeccion, 1, 1);
-    rejilla->addWidget(optNombre, 2, 0);
-    rejilla->addWidget(txtNombre, 2, 1);
-    rejilla->addWidget(optCatalogo, 3, 0, 1, 2);
-
-    auto *formulario = new QFormLayout;
-    formulario->addRow(QStringLiteral("Precio de partida:"), cmbBase);
-    formulario->addRow(filas);
-    formulario->addRow(QStringLiteral("Porcentaje (%):"), txtPorcentaje);
-    formulario->addRow(QStringLiteral("Importe que se suma:"), txtSuma);
-    formulario->addRow(QStringLiteral("Redondear a múltiplos de:"), cmbPaso);
-    formulario->addRow(QStringLiteral("Terminación de los decimales:"), cmbTerminacion);
-    setLayout(formulario);
+    // One grid: the labels, then the choices of rows with their fields beside them. (Inside a
+    // box of their own the choices were squeezed into each other on some screens.)
+    auto *formulario = new QGridLayout(this);
+    int n = 0;
+    const auto fila = [formulario, &n](const QString &rotulo, QWidget *campo) {
+        auto *etiqueta = new QLabel(rotulo);
+        etiqueta->setBuddy(campo);
+        formulario->addWidget(etiqueta, n, 0);
+        formulario->addWidget(campo, n++, 1, 1, 2);
+    };
+    fila(QStringLiteral("&Precio de partida:"), cmbBase);
+    fila(QStringLiteral("Precios que cambian:"), optTodas);
+    formulario->addWidget(optSeccion, n, 1);
+    formulario->addWidget(cmbSeccion, n++, 2);
+    formulario->addWidget(optNombre, n, 1);
+    formulario->addWidget(txtNombre, n++, 2);
+    formulario->addWidget(optCatalogo, n++, 1, 1, 2);
+    fila(QStringLiteral("P&orcentaje (%):"), txtPorcentaje);
+    fila(QStringLiteral("&Importe que se suma:"), txtSuma);
+    fila(QStringLiteral("&Redondear a múltiplos de:"), cmbPaso);
+    fila(QStringLiteral("&Terminación de los decimales:"), cmbTerminacion);
+    formulario->setColumnStretch(2, 1);
 
     const auto cambiado = [this] {
         ajustarAlcances();

@@ -1,10 +1,13 @@
 // The small pieces of the dialogs.
 #include "piezas.h"
 
+#include <QDialog>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLayout>
 #include <QPushButton>
 #include <QTableWidget>
+#include <algorithm>
 
 QPushButton *Boton(const QString &texto, const char *nombre) {
     auto *b = new QPushButton(texto);
@@ -42,4 +45,10 @@ void Fila(QTableWidget *t, const QStringList &celdas) {
     t->insertRow(fila);
     for (int c = 0; c < celdas.size(); ++c)
         t->setItem(fila, c, new QTableWidgetItem(celdas.at(c)));
+}
+
+void Dimensionar(QDialog &dialogo, int ancho, int alto) {
+    const int minimo = dialogo.layout()->totalMinimumHeightForWidth(ancho);
+    dialogo.setMinimumHeight(minimo);
+    dialogo.resize(ancho, std::max(alto, minimo));
 }

@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <optional>
 
+class QDialog;
 class QLabel;
 class QPushButton;
 class QTableWidget;
@@ -23,3 +24,8 @@ QString TextoPrecio(const std::optional<Importe> &precio, int decimales);
 QTableWidget *Tabla(const char *nombre, const QStringList &titulos);
 /// Appends a row of texts to `t`.
 void Fila(QTableWidget *t, const QStringList &celdas);
+/// Gives `dialogo` its first size, `ancho` × `alto` or the least its contents need at that
+/// width, and keeps it from being made shorter. Its wrapped lines (the message, the preview's
+/// summary) make Qt give up the window's own minimum, and the choices would be squeezed into
+/// each other.
+void Dimensionar(QDialog &dialogo, int ancho, int alto);

@@ -9,7 +9,6 @@
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -33,18 +32,23 @@ class DlgImportar : public QDialog {
         auto *capas = new QVBoxLayout(this);
         capas->addWidget(new QLabel(QStringLiteral("Fichero: %1").arg(ruta)));
         modo = new QComboBox;
+        modo->setObjectName(QStringLiteral("cboModo"));
         modo->addItems({QStringLiteral("Añadir y actualizar"),
                         QStringLiteral("Sustituir (quita los precios que el fichero no nombra)")});
         capas->addWidget(modo);
         resumen = new QLabel;
+        resumen->setObjectName(QStringLiteral("lblResumen"));
         resumen->setWordWrap(true);
         capas->addWidget(resumen);
         rechazos = new QPlainTextEdit;
+        rechazos->setObjectName(QStringLiteral("txtRechazos"));
         rechazos->setReadOnly(true);
         capas->addWidget(rechazos);
         botones = new QDialogButtonBox;
         importar = botones->addButton(QStringLiteral("Importar"), QDialogButtonBox::AcceptRole);
         cancelar = botones->addButton(QStringLiteral("Cancelar"), QDialogButtonBox::RejectRole);
+        importar->setObjectName(QStringLiteral("btnImportar"));
+        cancelar->setObjectName(QStringLiteral("btnCancelar"));
         capas->addWidget(botones);
         connect(botones, &QDialogButtonBox::accepted, this, &QDialog::accept);
         connect(botones, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -68,6 +72,7 @@ class DlgImportar : public QDialog {
             resumen->setText(plan.error);
             importar->setEnabled(false);
             cancelar->setText(QStringLiteral("Cerrar"));
+            cancelar->setDefault(true);
             return;
         }
         QStringList lineas;
@@ -86,6 +91,9 @@ class DlgImportar : public QDialog {
         cancelar->setText(ConRechazos() ? QStringLiteral("No importar nada")
                                         : QStringLiteral("Cancelar"));
         rechazos->setVisible(ConRechazos());
+        // Enter imports a clean file; with refused lines it takes the safe way, nothing.
+        importar->setEnabled(true);
+        (ConRechazos() ? cancelar : importar)->setDefault(true);
     }
 
     const ContextoMotor &contexto;
@@ -104,9 +112,9 @@ class DlgImportar : public QDialog {
 
 bool DialogoImportar(const ContextoMotor &contexto, qint32 lista, const QString &nombre,
                      QWidget *padre) {
-    const QString ruta = QFileDialog::getOpenFileName(
-        padre, QStringLiteral("Importar precios"), QDir::homePath(),
-        QStringLiteral("Hoja CSV (*.csv *.txt);;Todos los ficheros (*)"));
+    const QString ruta =
+        PedirFicheroAbrir(padre, QStringLiteral("Importar precios"), QDir::homePath(),
+                          QStringLiteral("Hoja CSV (*.csv *.txt);;Todos los ficheros (*)"));
     if (ruta.isEmpty())
         return false;
     QFile fichero(ruta);

@@ -1,6 +1,7 @@
 // "Imprimir…": Qt's print preview of the list, with "Guardar como PDF", and the progress of
 // the pages while they are drawn.
 #include "intercambioui.h"
+#include "nombrefichero.h"
 
 #include "impresion/impresionlista.h"
 #include "platform/ui/mensajes.h"
@@ -8,7 +9,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QDir>
-#include <QFileDialog>
+#include <QFileInfo>
 #include <QPageSize>
 #include <QPdfWriter>
 #include <QPrintPreviewDialog>
@@ -19,30 +20,34 @@
 
 namespace {
 
-/// Draws the document with a progress dialog that the operator may cancel; the screen keeps
-/// answering between pages.
+/// Draws the document with a progress dialog that the operator may cancel. The dialog shows
+/// from the first page, modal over the preview: each step it serves the screen's events (the
+/// windows are redrawn, Cancelar answers), while the preview's own buttons, which would start
+/// another drawing, wait.
 bool DibujarConProgreso(const DocumentoLista &documento, QPagedPaintDevice &dispositivo,
                         QWidget *padre) {
     QProgressDialog progreso(
         QStringLiteral("Preparando las páginas de %1…").arg(documento.lista.nombre),
         QStringLiteral("Cancelar"), 0, 1, padre);
     progreso.setWindowModality(Qt::WindowModal);
-    progreso.setMinimumDuration(500);
+    progreso.setMinimumDuration(0);
+    progreso.setValue(0);
     return DibujarLista(documento, dispositivo, [&progreso](int pagina, int paginas) {
         progreso.setMaximum(paginas);
         progreso.setValue(pagina);
-        QCoreApplication::processEvents();
         return !progreso.wasCanceled();
     });
 }
 
 void GuardarPdf(const DocumentoLista &documento, QWidget *padre) {
-    const QString ruta = QFileDialog::getSaveFileName(
+    QString ruta = PedirFicheroGuardar(
         padre, QStringLiteral("Guardar como PDF"),
-        QDir::home().filePath(documento.lista.nombre + QStringLiteral(".pdf")),
+        QDir::home().filePath(NombreFichero(documento.lista.nombre) + QStringLiteral(".pdf")),
         QStringLiteral("PDF (*.pdf)"));
     if (ruta.isEmpty())
         return;
+    if (QFileInfo(ruta).suffix().isEmpty())
+        ruta += QStringLiteral(".pdf");
     QSaveFile destino(ruta);
     bool bien = destino.open(QIODevice::WriteOnly);
     if (bien) {

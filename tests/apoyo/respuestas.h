@@ -15,7 +15,9 @@ inline const QString MarcaDentroDeUnidad = QStringLiteral("[dentro de una unidad
 /// inside a test's): they share one record, begun by the first. A box (or an error report)
 /// asked for while a unit of work is open keeps the unit's locks (on SQLite, the whole file)
 /// from every other terminal for as long as the operator takes: it is a fault of the program,
-/// recorded with MarcaDentroDeUnidad before its text, and counted.
+/// recorded with MarcaDentroDeUnidad before its text, and counted. A file dialog is answered
+/// the same way, from its own queue (cancelled when it runs dry), and recorded as its title
+/// and the path it proposes, in Ficheros(); one inside a unit of work is counted as a box is.
 class RespuestasMensajes {
   public:
     RespuestasMensajes() {
@@ -24,6 +26,8 @@ class RespuestasMensajes {
             r.mostrados.clear();
             r.titulos.clear();
             r.respuestas.clear();
+            r.ficheros.clear();
+            r.pedidos.clear();
             r.enUnidad = 0;
             ContestadorMensajes() = &r;
         }
@@ -36,6 +40,10 @@ class RespuestasMensajes {
     RespuestasMensajes &operator=(const RespuestasMensajes &) = delete;
 
     void Responder(bool si) { registro().respuestas.enqueue(si); }
+    /// The path the next file dialog gets (empty: the operator cancels it).
+    void ResponderFichero(const QString &ruta) { registro().ficheros.enqueue(ruta); }
+    /// Each file dialog asked for, as "title: proposed path", in order.
+    QStringList Ficheros() const { return registro().pedidos; }
     QStringList Mostrados() const { return registro().mostrados; }
     /// The title of each box recorded, in the same order: empty for the program's own title.
     QStringList Titulos() const { return registro().titulos; }
@@ -48,6 +56,8 @@ class RespuestasMensajes {
         QStringList mostrados;
         QStringList titulos;
         QQueue<bool> respuestas;
+        QQueue<QString> ficheros;
+        QStringList pedidos;
         int enUnidad = 0;
         bool Contestar(const QString &texto, const QString &titulo) override {
             const bool dentro = ADODB::Connection::HayUnidadAbierta();
@@ -55,6 +65,13 @@ class RespuestasMensajes {
             mostrados.append(dentro ? MarcaDentroDeUnidad + texto : texto);
             titulos.append(titulo);
             return respuestas.isEmpty() ? true : respuestas.dequeue();
+        }
+        QString ContestarFichero(const QString &titulo, const QString &propuesto) override {
+            const bool dentro = ADODB::Connection::HayUnidadAbierta();
+            enUnidad += dentro ? 1 : 0;
+            pedidos.append((dentro ? MarcaDentroDeUnidad : QString()) + titulo +
+                           QStringLiteral(": ") + propuesto);
+            return ficheros.isEmpty() ? QString() : ficheros.dequeue();
         }
     };
     static Registro &registro() {

@@ -12,6 +12,7 @@
 #include <QHeaderView>
 #include <QMenu>
 #include <QPointer>
+#include <QStyleOptionMenuItem>
 #include <QTableView>
 #include <QTimer>
 #include <QtTest>
@@ -50,6 +51,20 @@ inline QStringList Habilitados(QMenu *menu) {
         if (!a->isSeparator() && a->isEnabled())
             textos << a->text();
     return textos;
+}
+
+/// The shortcut that `menu` shows beside item `texto`, as it draws it (QMenu's own style option,
+/// whatever the menu's class); "?" when there is no such item.
+inline QString AtajoMostrado(QMenu *menu, const QString &texto) {
+    struct Abierto : QMenu {
+        using QMenu::initStyleOption;
+    };
+    QAction *a = Item(menu, texto);
+    if (!a)
+        return QStringLiteral("?");
+    QStyleOptionMenuItem opcion;
+    (menu->*(&Abierto::initStyleOption))(&opcion, a);
+    return opcion.text.section(u'\t', 1);
 }
 
 /// Clicks item `texto` of the shown `menu` with the mouse; false when it has no such item.

@@ -1,5 +1,6 @@
 // The register's context menu: its items by row, a copy of a list (with and without a change
-// on the way, and the slips its dialog refuses), and the price history with its undo.
+// on the way, and the slips its dialog refuses), the price history with its undo, and a
+// database that keeps no history.
 #include "apoyo/ejecucion.h"
 #include "apoyo/respuestas.h"
 #include "apoyo/tiendaprueba.h"
@@ -175,55 +176,82 @@ class TstMenuListas : public QObject {
         QCOMPARE(respuestas.Mostrados(), QStringList());
     }
 
+    void deshacer_data() {
+        // the trousers' price changed since by another terminal, the prices after Deshacer
+        const auto caso = Pruebas::Tabla<bool, QStringList>();
+        caso("undone", false, {"1=20", "2=30"});
+        caso("refused after a later change", true, {"1=22", "2=50"});
+    }
     void deshacer() {
-        // A bulk change from the register shows in the history, newest first, with its rows;
-        // Deshacer puts the old prices back and is itself an operation.
+        // A bulk change from the register shows in the history with its rows; Deshacer puts
+        // the old prices back and is itself an operation, listed above the change it undid;
+        // when a price of it was changed since, it writes nothing and names that product.
+        const auto [cambiadoDespues, despues] = Pruebas::Fila<bool, QStringList>();
         TiendaPrueba t;
         Tienda(t);
         t.Registro();
         RespuestasMensajes respuestas;
         CambiarTodo(1, "10");
-        QCOMPARE(Precios(t, 1), QStringList({"1=22", "2=33"}));
+        if (cambiadoDespues)
+            t.Ejecutar("update detalle_precio set precio = 50 where identificador = 1 and "
+                       "producto = 2");
         QVERIFY(DesdeRegistro<DlgHistorial>(1, Historial, [&](DlgHistorial &d) {
-            QCOMPARE(d.Operaciones().size(), 1);
-            auto *operaciones = Hijo<QTableWidget>(d, "tblOperaciones");
             auto *filas = Hijo<QTableWidget>(d, "tblFilas");
-            QCOMPARE(operaciones->item(0, 3)->text(), "2");
+            QCOMPARE(Hijo<QTableWidget>(d, "tblOperaciones")->item(0, 3)->text(), "2");
             QCOMPARE(filas->rowCount(), 2);
             QCOMPARE(filas->item(0, 3)->text() + "→" + filas->item(0, 4)->text(), "20,00→22,00");
             QTest::keyClicks(Hijo<QLineEdit>(d, "txtFiltro"), "pant");
             QCOMPARE(filas->rowCount(), 1);
             QCOMPARE(filas->item(0, 0)->text(), "Pantalón");
             Pulsar(d, "btnDeshacer");
-            QCOMPARE(Precios(t, 1), QStringList({"1=20", "2=30"}));
-            // The undo, newest, above the change it undid.
-            QCOMPARE(d.Operaciones().size(), 2);
-            QVERIFY(d.Operaciones().at(0).deshace.has_value());
-            QVERIFY(d.HuboCambios());
+            QCOMPARE(d.Operaciones().size(), cambiadoDespues ? 1 : 2);
+            QCOMPARE(d.Operaciones().at(0).deshace.has_value(), !cambiadoDespues);
+            QCOMPARE(d.HuboCambios(), !cambiadoDespues);
         }));
-        QCOMPARE(respuestas.Mostrados().size(), 2); // the change's and the undo's answers
+        QCOMPARE(Precios(t, 1), despues);
+        // The change's answer and the undo's, which names what changed since.
+        QCOMPARE(respuestas.Mostrados().size(), 2);
+        QCOMPARE(respuestas.Mostrados().at(1).contains("Pantalón"), cambiadoDespues);
+        QVERIFY(!respuestas.Mostrados().at(1).contains("Camisa"));
     }
 
-    void deshacerRechazado() {
-        // A price of the change was changed again since (here by another terminal): the undo
-        // writes nothing and names the product.
+    void sinHistorial() {
+        // The history's tables can't be made (an object already holds one of their names, as
+        // an account that may not create tables would leave it): both menus disable their
+        // history item, the first write says so once, and a change, a copy and a product
+        // taken out are written all the same.
         TiendaPrueba t;
+        t.Ejecutar("create view historial_precio as select 1 as x");
         Tienda(t);
         t.Registro();
+        QCOMPARE(Habilitados(ClicDerecho(*frmListas().grid_precios, FilaRegistro(1))),
+                 QStringList({Copiar, Cambiar}) + EntradaYSalida);
+        CerrarMenus();
         RespuestasMensajes respuestas;
         CambiarTodo(1, "10");
-        t.Ejecutar("update detalle_precio set precio = 50 where identificador = 1 and "
-                   "producto = 2");
-        QVERIFY(DesdeRegistro<DlgHistorial>(1, Historial, [&](DlgHistorial &d) {
-            Pulsar(d, "btnDeshacer");
-            QCOMPARE(d.Operaciones().size(), 1);
-            QVERIFY(!d.HuboCambios());
-        }));
-        QCOMPARE(Precios(t, 1), QStringList({"1=22", "2=50"}));
-        QCOMPARE(respuestas.Mostrados().size(), 2);
-        QVERIFY2(respuestas.Mostrados().at(1).contains("Pantalón"),
-                 qPrintable(respuestas.Mostrados().at(1)));
-        QVERIFY(!respuestas.Mostrados().at(1).contains("Camisa"));
+        QCOMPARE(Precios(t, 1), QStringList({"1=22", "2=33"}));
+        QStringList enEditor;
+        QVERIFY(ConEditor(
+            [&] {
+                QVERIFY(DesdeRegistro<DlgCopiarTarifa>(1, Copiar, [&](DlgCopiarTarifa &d) {
+                    Hijo<QLineEdit>(d, "txtNombre")->setText("Verano");
+                    Pulsar(d, "btnCopiar");
+                }));
+            },
+            [&](FrmTarifas &e) {
+                enEditor = Habilitados(ClicDerecho(*e.grid_Pseleccionados, 1));
+                CerrarMenus();
+                e.grid_Pseleccionados->vista()->setFocus();
+                QTest::keyClick(e.grid_Pseleccionados->vista(), Qt::Key_Delete);
+            }));
+        QCOMPARE(enEditor, QStringList({Cambiar, "Quitar de la tarifa"}) + EntradaYSalida);
+        QCOMPARE(Precios(t, 3), QStringList{"2=33"});
+        const QStringList dichos = respuestas.Mostrados();
+        QCOMPARE(respuestas.DentroDeUnidad(), 0);
+        QCOMPARE(dichos.filter("no guarda el historial").size(), 1);
+        QVERIFY2(dichos.first().contains("no guarda el historial"), qPrintable(dichos.join('|')));
+        // The change's answer, then the question of the product taken out.
+        QCOMPARE(dichos.size(), 3);
     }
 };
 

@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QFileDialog>
 #include <QMessageBox>
 
 namespace {
@@ -50,4 +51,18 @@ bool MsgBoxPregunta(const QString &texto, const QString &titulo, IconoPregunta i
         icono == IconoPregunta::Ninguno ? QMessageBox::NoIcon : QMessageBox::Question;
     return mostrar(dibujo, titulo, texto, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) ==
            QMessageBox::Yes;
+}
+
+QString PedirFicheroGuardar(QWidget *padre, const QString &titulo, const QString &propuesto,
+                            const QString &filtros, QString *elegido) {
+    if (Contestador *c = ContestadorMensajes())
+        return c->ContestarFichero(titulo, propuesto);
+    return QFileDialog::getSaveFileName(padre, titulo, propuesto, filtros, elegido);
+}
+
+QString PedirFicheroAbrir(QWidget *padre, const QString &titulo, const QString &carpeta,
+                          const QString &filtros) {
+    if (Contestador *c = ContestadorMensajes())
+        return c->ContestarFichero(titulo, carpeta);
+    return QFileDialog::getOpenFileName(padre, titulo, carpeta, filtros);
 }
