@@ -70,6 +70,62 @@ class TstAvisoCambios : public QObject {
                  como == "leer" || como == "deshacer" ? 0 : 1);
     }
 
+    void huella_data() {
+        // Where the database tells nothing (behind ODBC), a fingerprint of the register and of
+        // the list in hand: what changes what a screen shows is heard, what doesn't is not.
+        // List 1 holds product 1 at 11 and product 2 at 8; list 2 holds product 1 at 5.
+        const auto caso = Pruebas::Tabla<bool, QString, QString, bool>();
+        const QString precio = QStringLiteral("detalle_precio");
+        caso("un precio de la lista", true, precio, "precio=22|#identificador=1 and producto=1",
+             true);
+        caso("dos precios intercambiados", true, "intercambio", {}, true);
+        caso("un precio de otra lista", true, precio, "precio=6|#identificador=2", false);
+        caso("otro periodo", true, cabecera, "preciovalidohasta=31/12/2027|#identificador=1", true);
+        caso("otro nombre", true, cabecera, "descripcion=Verano|#identificador=2", true);
+        caso("la lista borrada", true, "borrar", {}, true);
+        caso("este puesto, un precio de la lista", false, precio,
+             "precio=22|#identificador=1 and producto=1", false);
+    }
+    void huella() {
+        const auto [otro, tabla, cambio, oido] = Pruebas::Fila<bool, QString, QString, bool>();
+        BaseDatosPrueba db;
+        db.Ejecutar("insert into cabecera_precio (identificador, descripcion) values (1, 'A'), "
+                    "(2, 'B')");
+        db.Ejecutar("insert into detalle_precio (identificador, producto, precio) values "
+                    "(1, 1, 11), (1, 2, 8), (2, 1, 5)");
+        ADODB::Connection vigilada;
+        vigilada.Open(db.Cadena());
+        ADODB::VigiaCambios vigia(vigilada, nullptr, ADODB::VigiaCambios::Modo::Huella);
+        vigia.Vigilar("select count(*), sum(precio), sum(precio * producto) from detalle_precio "
+                      "where identificador = ?",
+                      {1});
+        QSignalSpy cambios(&vigia, &ADODB::VigiaCambios::Cambio);
+        // The first read after Vigilar is the starting point.
+        QTest::qWait(ADODB::VigiaCambios::intervaloHuella + 200);
+        ADODB::Connection &escribe = otro ? db.Conexion() : vigilada;
+        SvcRegistros r;
+        if (tabla == "intercambio") {
+            ADODB::Transaccion unidad(escribe);
+            r.ModificarRegistro(escribe, "detalle_precio", "precio=8|", {}, false,
+                                "identificador=1 and producto=1", 0, {}, {}, {});
+            r.ModificarRegistro(escribe, "detalle_precio", "precio=11|", {}, false,
+                                "identificador=1 and producto=2", 0, {}, {}, {});
+            unidad.Commit();
+        } else if (tabla == "borrar") {
+            ADODB::Transaccion unidad(escribe);
+            r.BorrarRegistro(escribe, "detalle_precio", {}, false, "identificador=1");
+            r.BorrarRegistro(escribe, cabecera, {}, false, "identificador=1");
+            unidad.Commit();
+        } else {
+            const QStringList partes = cambio.split('#');
+            r.ModificarRegistro(escribe, tabla, partes[0], {}, false, partes[1], 0, {}, {}, {});
+        }
+        if (oido)
+            QTRY_COMPARE(cambios.count(), 1);
+        QVERIFY(!cambios.wait(2 * ADODB::VigiaCambios::intervaloHuella + 200));
+        QCOMPARE(cambios.count(), int(oido));
+    }
+
     void unidadAbiertaEspera() {
         // Heard while a unit is open on the watched connection, the change is said after the
         // unit ends, never in the middle of it. On SQLite the open unit holds the file's write
