@@ -17,13 +17,17 @@
 
 #include <QApplication>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QSqlQuery>
+#include <atomic>
 #include <future>
 #include <thread>
 
 #include <csignal>
+#include <sys/stat.h>
 #include <sys/types.h>
+#include <unistd.h>
 
 namespace {
 
@@ -283,6 +287,62 @@ class TstEsperas : public QObject {
             error.startsWith(QStringLiteral("El fichero SQLite \"%1\" %2").arg(db.Ruta(), causa)),
             qPrintable(error));
         QVERIFY(!c.EnTransaccion());
+    }
+
+    void soloLecturaAlAbrir_data() {
+        // What this account can't write: the file, its folder (where each save makes its
+        // journal), or nothing. The opening says which, once; reading goes on; a save fails
+        // saying the file is read-only, having written nothing.
+        const auto caso = Pruebas::Tabla<int, int, QString>();
+        caso("el fichero", 0444, 0755,
+             "El fichero SQLite \"%1\" es de solo lectura: se pueden "
+             "consultar las tarifas, pero no guardar cambios.");
+        caso("la carpeta", 0666, 0555,
+             "La carpeta \"%2\" del fichero SQLite \"%1\" es de solo "
+             "lectura");
+        caso("los dos se pueden escribir", 0666, 0777, {});
+    }
+    void soloLecturaAlAbrir() {
+        SOLO_SQLITE("About SQLite files as such");
+        const auto [fichero, carpeta, aviso] = Pruebas::Fila<int, int, QString>();
+        BaseDatosPrueba db;
+        Escribir(db.Conexion(), 1);
+        const auto permisos = [](const QString &camino, int modo) {
+            return ::chmod(QFile::encodeName(camino).constData(), mode_t(modo)) == 0;
+        };
+        QVERIFY(permisos(db.Ruta(), fichero) && permisos(db.Directorio(), carpeta));
+        QString error;
+        {
+            // Root writes whatever the permissions say: the program runs as a shop's account.
+            const bool root = ::geteuid() == 0;
+            QVERIFY(!root || ::seteuid(65534) == 0);
+            const auto volver = qScopeGuard([root] {
+                if (root)
+                    QVERIFY(::seteuid(0) == 0);
+            });
+            ADODB::Connection c;
+            c.Open(db.Cadena());
+            if (aviso.isEmpty())
+                QCOMPARE(c.SoloLectura(), QString());
+            else
+                QVERIFY2(c.SoloLectura().startsWith(aviso.arg(db.Ruta(), db.Directorio())),
+                         qPrintable(c.SoloLectura()));
+            QCOMPARE(Cuenta(c), 1);
+            error = ErrorDe([&] {
+                ADODB::Transaccion unidad(c);
+                Escribir(c, 2);
+                unidad.Commit();
+            });
+        }
+        QVERIFY(permisos(db.Directorio(), 0700) && permisos(db.Ruta(), 0600));
+        if (aviso.isEmpty())
+            QCOMPARE(error, QString());
+        else
+            QVERIFY2(
+                error.startsWith(
+                    QStringLiteral("El fichero SQLite \"%1\" es de solo lectura").arg(db.Ruta())),
+                qPrintable(error));
+        QCOMPARE(Cuenta(db.Conexion()), aviso.isEmpty() ? 2 : 1);
     }
 
     void ficheroQueSeVaYVuelve_data() {
