@@ -104,6 +104,23 @@ QStringList ConBloqueo(BaseDatosPrueba &db, int ms, const std::function<void()> 
     return fases;
 }
 
+/// The notices of a wait on a server up now for this test program: the processes of
+/// tarifas-espera started for it.
+int Avisos() {
+    const QByteArray programa(TARIFAS_ESPERA_EXE);
+    const QByteArray padre = QByteArray::number(QCoreApplication::applicationPid());
+    int avisos = 0;
+    for (const QString &proceso : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+        QFile f(QStringLiteral("/proc/%1/cmdline").arg(proceso));
+        if (!f.open(QIODevice::ReadOnly))
+            continue;
+        const QList<QByteArray> argumentos = f.readAll().split('\0');
+        if (argumentos.value(0) == programa && argumentos.contains(padre))
+            ++avisos;
+    }
+    return avisos;
+}
+
 /// Lets the event loop run until it has nothing left to do, as the program's loop does after a
 /// handler.
 void HastaQuedarQuieto() {
@@ -389,14 +406,43 @@ class TstEsperas : public QObject {
         ADODB::Recordset rs;
         rs.Open(QStringLiteral("select pg_backend_pid() as p"), c);
         const pid_t proceso = rs.Fields(QStringLiteral("p")).Entero();
+        // Meanwhile this thread can't repaint: the notice is another process's, watched from
+        // a thread of the test's own, from the wait's start.
+        Espera::FijarAvisoExterno(QStringLiteral(TARIFAS_ESPERA_EXE),
+                                  [] { return QRect(20, 20, 600, 400); });
+        std::atomic<bool> esperando{false};
+        std::atomic<qint64> primera{-1}, ultima{-1};
+        QElapsedTimer reloj;
+        std::thread observador([&] {
+            while (!esperando)
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            while (esperando) {
+                if (Avisos() > 0) {
+                    qint64 nada = -1;
+                    primera.compare_exchange_strong(nada, reloj.elapsed());
+                    ultima = reloj.elapsed();
+                }
+                std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            }
+        });
         QString error;
         {
             ADODB::Transaccion unidad(c);
             Escribir(c, 1);
             QCOMPARE(::kill(proceso, SIGSTOP), 0);
+            reloj.start();
+            esperando = true;
             error = ErrorDe([&] { Escribir(c, 2); });
+            esperando = false;
         }
+        observador.join();
         QCOMPARE(::kill(proceso, SIGCONT), 0);
+        Espera::FijarAvisoExterno({}, {});
+        // Shown a second into the wait, up until it was given up at 2 s, and gone after.
+        QVERIFY2(primera >= Espera::umbral - 50 && primera < 1900,
+                 qPrintable(QString::number(primera)));
+        QVERIFY2(ultima >= 1700, qPrintable(QString::number(ultima)));
+        QTRY_COMPARE(Avisos(), 0);
         QVERIFY2(error.contains(QStringLiteral("no responde: en 2 s no ha contestado")),
                  qPrintable(error));
         QVERIFY(!c.EnTransaccion());
