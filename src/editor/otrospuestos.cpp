@@ -116,18 +116,11 @@ void FrmTarifas::ListarPreciosDeNuevo() {
 void FrmTarifas::SeguirOtrosPuestos() {
     auto *vigia = new ADODB::VigiaCambios(*SesionSuite.Conexion, ventana());
     // Where the database can't tell of other terminals' commits (behind ODBC), the list's
-    // prices are fingerprinted too: their count and two sums, one weighted by the product so
-    // that two prices swapped still show, read on the index of list and product. A list of
-    // 100,000 prices is one pass over its range of that index a second (tens of ms on SQLite,
-    // and read less often if it takes longer); a swap of two prices between the variants of
-    // one garment in the same second goes unseen until the next change.
+    // prices are fingerprinted too.
     bool esNumero = false;
     const qlonglong codigo = lblCodigo->Caption().toLongLong(&esNumero);
     if (esNumero)
-        vigia->Vigilar(QStringLiteral("select count(*), sum(precio), sum(precio * producto), "
-                                      "max(codproductotextil) from detalle_precio where "
-                                      "identificador = ?"),
-                       {codigo});
+        vigia->VigilarLista(codigo);
     connect(vigia, &ADODB::VigiaCambios::Cambio, this,
             [this] { Atender([this] { SeguirCambios(); }); });
 }

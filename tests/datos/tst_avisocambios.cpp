@@ -96,9 +96,7 @@ class TstAvisoCambios : public QObject {
         ADODB::Connection vigilada;
         vigilada.Open(db.Cadena());
         ADODB::VigiaCambios vigia(vigilada, nullptr, ADODB::VigiaCambios::Modo::Huella);
-        vigia.Vigilar("select count(*), sum(precio), sum(precio * producto) from detalle_precio "
-                      "where identificador = ?",
-                      {1});
+        vigia.VigilarLista(1);
         QSignalSpy cambios(&vigia, &ADODB::VigiaCambios::Cambio);
         // The first read after Vigilar is the starting point.
         QTest::qWait(ADODB::VigiaCambios::intervaloHuella + 200);

@@ -164,9 +164,7 @@ class TstOdbc : public QObject {
         c.Open(QStringLiteral("dsn=Suite"));
         QCOMPARE(c.Base().driverName(), QStringLiteral("QODBC"));
         ADODB::VigiaCambios vigia(c);
-        vigia.Vigilar(QStringLiteral("select count(*), sum(precio) from detalle_precio where "
-                                     "identificador = ?"),
-                      {1});
+        vigia.VigilarLista(1);
         QSignalSpy cambios(&vigia, &ADODB::VigiaCambios::Cambio);
         QTest::qWait(ADODB::VigiaCambios::intervaloHuella + 200);
         SvcRegistros r;

@@ -78,6 +78,12 @@ void VigiaCambios::Vigilar(const QString &sentencia, const QVariantList &valores
     huella.clear(); // the next read is the new starting point
 }
 
+void VigiaCambios::VigilarLista(qlonglong codigo) {
+    Vigilar(QStringLiteral("select count(*), sum(precio), sum(precio * producto), "
+                           "max(codproductotextil) from detalle_precio where identificador = ?"),
+            {codigo});
+}
+
 QByteArray VigiaCambios::leerHuella(QSqlDatabase &base) const {
     QCryptographicHash suma(QCryptographicHash::Sha1);
     for (const Sentencia &s : sentencias) {
