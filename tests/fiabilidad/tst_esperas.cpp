@@ -107,16 +107,13 @@ QStringList ConBloqueo(BaseDatosPrueba &db, int ms, const std::function<void()> 
 /// The notices of a wait on a server up now for this test program: the processes of
 /// tarifas-espera started for it.
 int Avisos() {
-    const QByteArray programa(TARIFAS_ESPERA_EXE);
     const QByteArray padre = QByteArray::number(QCoreApplication::applicationPid());
     int avisos = 0;
     for (const QString &proceso : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
         QFile f(QStringLiteral("/proc/%1/cmdline").arg(proceso));
-        if (!f.open(QIODevice::ReadOnly))
-            continue;
-        const QList<QByteArray> argumentos = f.readAll().split('\0');
-        if (argumentos.value(0) == programa && argumentos.contains(padre))
-            ++avisos;
+        const QList<QByteArray> argumentos =
+            f.open(QIODevice::ReadOnly) ? f.readAll().split('\0') : QList<QByteArray>();
+        avisos += argumentos.value(0) == TARIFAS_ESPERA_EXE && argumentos.contains(padre);
     }
     return avisos;
 }

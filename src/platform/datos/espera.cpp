@@ -45,7 +45,7 @@ class Vigilante {
     }
 
     /// `plazo` 0: no deadline. `lugar` invalid: no notice.
-    quint64 Armar(int socket, int plazo, const QRect &lugar, const QString &texto) {
+    quint64 Armar(int socket, int plazo, const QRect &lugar, const QString &destino) {
         QMutexLocker cerrojo(&mutex);
         if (!hilo) {
             hilo.reset(QThread::create([this] { vigilar(); }));
@@ -60,7 +60,8 @@ class Vigilante {
                       ? ahora + std::chrono::milliseconds(Espera::umbral)
                       : Reloj::time_point::max();
         p.lugar = lugar;
-        p.texto = texto;
+        p.destino = destino;
+        p.plazo = plazo;
         p.programa = avisoExterno().programa;
         pendientes[id] = p;
         cambio.wakeAll();
@@ -92,7 +93,8 @@ class Vigilante {
         Reloj::time_point limite;
         Reloj::time_point aviso; ///< when the notice is started (max: never)
         QRect lugar;
-        QString texto;
+        QString destino; ///< the words for the database the statement waits on
+        int plazo = 0;
         QString programa;
         qint64 proceso = 0; ///< the notice's process, while it is up
         bool vencida = false;
@@ -113,13 +115,21 @@ class Vigilante {
     static void Mostrar(Plazo &p) {
         p.aviso = Reloj::time_point::max();
         const QRect &l = p.lugar;
+        const QString texto =
+            p.plazo > 0 ? QStringLiteral("El servidor de la base de datos (%1) no contesta: se "
+                                         "espera su respuesta, %2 s como mucho…")
+                              .arg(p.destino)
+                              .arg(p.plazo / 1000)
+                        : QStringLiteral("El servidor de la base de datos (%1) no contesta: se "
+                                         "espera su respuesta…")
+                              .arg(p.destino);
         qint64 proceso = 0;
         if (QProcess::startDetached(
                 p.programa,
                 {QStringLiteral("--padre"), QString::number(QCoreApplication::applicationPid()),
                  QStringLiteral("--lugar"),
                  QStringLiteral("%1,%2,%3,%4").arg(l.x()).arg(l.y()).arg(l.width()).arg(l.height()),
-                 QStringLiteral("--texto"), p.texto},
+                 QStringLiteral("--texto"), texto},
                 {}, &proceso))
             p.proceso = proceso;
     }
@@ -172,19 +182,10 @@ class Vigilante {
 
 Espera::Espera(const QString &donde, int socket, int plazo) : destino(donde), anterior(actual) {
     reloj.start();
-    if (socket >= 0) {
-        // Where the window is now, taken here, on the statement's own thread.
-        const QRect lugar = avisoExterno().lugar ? avisoExterno().lugar() : QRect();
-        const QString texto =
-            plazo > 0 ? QStringLiteral("El servidor de la base de datos (%1) no contesta: se "
-                                       "espera su respuesta, %2 s como mucho…")
-                            .arg(destino)
-                            .arg(plazo / 1000)
-                      : QStringLiteral("El servidor de la base de datos (%1) no contesta: se "
-                                       "espera su respuesta…")
-                            .arg(destino);
-        vigilancia = Vigilante::instancia().Armar(socket, plazo, lugar, texto);
-    }
+    // Where the window is now, taken here, on the statement's own thread.
+    if (socket >= 0)
+        vigilancia = Vigilante::instancia().Armar(
+            socket, plazo, avisoExterno().lugar ? avisoExterno().lugar() : QRect(), destino);
     actual = this;
 }
 
