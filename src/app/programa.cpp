@@ -2,6 +2,7 @@
 
 #include "platform/datos/sistema.h"
 #include "platform/ui/informeerror.h"
+#include "platform/ui/mensajes.h"
 #include "register/frmlistas.h"
 #include "session/principal.h"
 #include "session/sesionsuite.h"
@@ -23,6 +24,10 @@ int Main() {
         SesionSuite.Conexion = std::make_unique<ADODB::Connection>();
         svcConexion().AbrirConexion(QString(), *SesionSuite.Conexion);
         CargarSesion();
+        // A database that can be read but not written is said now, once, rather than at the
+        // first save (which then fails saying the same).
+        if (const QString aviso = SesionSuite.Conexion->SoloLectura(); !aviso.isEmpty())
+            MsgBoxInformacion(aviso);
         frmListas().ShowModal();
     } catch (const FinPrograma &) {
         // A handler ended the program after the error report; its status stands.

@@ -1,7 +1,6 @@
 // The editor's load, its sliding entry, its way out, and the focus colours of its boxes.
 #include "frmtarifas.h"
 
-#include "platform/datos/avisocambios.h"
 #include "platform/ui/controles.h"
 #include "session/cargapantalla.h"
 #include "session/principal.h"
@@ -52,11 +51,8 @@ void FrmTarifas::Form_Load() {
     grid_productos->setLeft(salida);
     frResultado->setLeft(grid_productos->Left());
     tmrRegresaLista->setEnabled(true);
-    // What other terminals change in the list shows here without a click; the watcher goes
-    // with the window.
-    auto *vigia = new ADODB::VigiaCambios(*SesionSuite.Conexion, ventana());
-    connect(vigia, &ADODB::VigiaCambios::Cambio, this,
-            [this] { Atender([this] { SeguirCambios(); }); });
+    // What other terminals change in the list shows here without a click.
+    SeguirOtrosPuestos();
 }
 
 void FrmTarifas::tmrRegresaLista_Timer() {

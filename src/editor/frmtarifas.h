@@ -176,6 +176,9 @@ class FrmTarifas : public Form {
     // end of price entry, saving and search
 
     // What other terminals do to the list in hand (otrospuestos.cpp)
+    /// Starts watching the database for what other terminals change (SeguirCambios follows
+    /// it); the watcher goes with the window.
+    void SeguirOtrosPuestos();
     /// Brings the screen up to what the database holds now, after another terminal's change:
     /// the list's name, its stored period (and the date controls, unless the operator is
     /// changing them) and its prices. When the list has been deleted, the editor closes and

@@ -6,6 +6,7 @@
 
 #include "columnas.h"
 
+#include "platform/datos/avisocambios.h"
 #include "platform/datos/recordset.h"
 #include "platform/datos/regional.h"
 #include "platform/ui/controles.h"
@@ -110,6 +111,18 @@ void FrmTarifas::ListarPreciosDeNuevo() {
         ListarProductosLista();
     if (arriba >= 1 && arriba < g.Rows())
         g.setTopRow(arriba);
+}
+
+void FrmTarifas::SeguirOtrosPuestos() {
+    auto *vigia = new ADODB::VigiaCambios(*SesionSuite.Conexion, ventana());
+    // Where the database can't tell of other terminals' commits (behind ODBC), the list's
+    // prices are fingerprinted too.
+    bool esNumero = false;
+    const qlonglong codigo = lblCodigo->Caption().toLongLong(&esNumero);
+    if (esNumero)
+        vigia->VigilarLista(codigo);
+    connect(vigia, &ADODB::VigiaCambios::Cambio, this,
+            [this] { Atender([this] { SeguirCambios(); }); });
 }
 
 void FrmTarifas::SeguirCambios() {

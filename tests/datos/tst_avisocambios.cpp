@@ -70,6 +70,57 @@ class TstAvisoCambios : public QObject {
                  como == "leer" || como == "deshacer" ? 0 : 1);
     }
 
+    void huella_data() {
+        // Where the database tells nothing (behind ODBC), a fingerprint of the register and of
+        // the list in hand: what changes what a screen shows is heard, what doesn't is not.
+        // List 1 holds product 1 at 11 and product 2 at 8; list 2 holds product 1 at 5. Each
+        // step of the one unit: table#fields#where (no fields: a delete).
+        const auto caso = Pruebas::Tabla<bool, QStringList, bool>();
+        const QString precio1 = "detalle_precio#precio=22|#identificador=1 and producto=1";
+        caso("un precio de la lista", true, {precio1}, true);
+        caso("dos precios intercambiados", true,
+             {"detalle_precio#precio=8|#identificador=1 and producto=1",
+              "detalle_precio#precio=11|#identificador=1 and producto=2"},
+             true);
+        caso("un precio de otra lista", true, {"detalle_precio#precio=6|#identificador=2"}, false);
+        caso("otro periodo", true,
+             {"cabecera_precio#preciovalidohasta=31/12/2027|#identificador=1"}, true);
+        caso("otro nombre", true, {"cabecera_precio#descripcion=Verano|#identificador=2"}, true);
+        caso("la lista borrada", true,
+             {"detalle_precio##identificador=1", "cabecera_precio##identificador=1"}, true);
+        caso("este puesto, un precio de la lista", false, {precio1}, false);
+    }
+    void huella() {
+        const auto [otro, pasos, oido] = Pruebas::Fila<bool, QStringList, bool>();
+        BaseDatosPrueba db;
+        db.Ejecutar("insert into cabecera_precio (identificador, descripcion) values (1, 'A'), "
+                    "(2, 'B')");
+        db.Ejecutar("insert into detalle_precio (identificador, producto, precio) values "
+                    "(1, 1, 11), (1, 2, 8), (2, 1, 5)");
+        ADODB::Connection vigilada;
+        vigilada.Open(db.Cadena());
+        ADODB::VigiaCambios vigia(vigilada, nullptr, ADODB::VigiaCambios::Modo::Huella);
+        vigia.VigilarLista(1);
+        QSignalSpy cambios(&vigia, &ADODB::VigiaCambios::Cambio);
+        // The first read after VigilarLista is the starting point.
+        QTest::qWait(ADODB::VigiaCambios::intervaloHuella + 200);
+        ADODB::Connection &escribe = otro ? db.Conexion() : vigilada;
+        SvcRegistros r;
+        ADODB::Transaccion unidad(escribe);
+        for (const QString &paso : pasos) {
+            const QStringList p = paso.split('#');
+            if (p[1].isEmpty())
+                r.BorrarRegistro(escribe, p[0], {}, false, p[2]);
+            else
+                r.ModificarRegistro(escribe, p[0], p[1], {}, false, p[2], 0, {}, {}, {});
+        }
+        unidad.Commit();
+        if (oido)
+            QTRY_COMPARE(cambios.count(), 1);
+        QVERIFY(!cambios.wait(2 * ADODB::VigiaCambios::intervaloHuella + 200));
+        QCOMPARE(cambios.count(), int(oido));
+    }
+
     void unidadAbiertaEspera() {
         // Heard while a unit is open on the watched connection, the change is said after the
         // unit ends, never in the middle of it. On SQLite the open unit holds the file's write

@@ -5,6 +5,7 @@
 #include "apoyo/basedatosprueba.h"
 #include "apoyo/ejecucion.h"
 #include "apoyo/errores.h"
+#include "platform/datos/avisocambios.h"
 #include "platform/datos/cadenaconexion.h"
 #include "platform/datos/recordset.h"
 #include "session/principal.h"
@@ -13,6 +14,7 @@
 #include "suite/datos/svcconexion.h"
 #include "suite/datos/svcregistros.h"
 
+#include <QSignalSpy>
 #include <QSqlQuery>
 
 class TstOdbc : public QObject {
@@ -144,6 +146,31 @@ class TstOdbc : public QObject {
         qputenv("ODBCINI", OdbcIni().toLocal8Bit());
         QVERIFY(!visto);
         QVERIFY(ExisteOrigenODBC(QStringLiteral("Corvanta")));
+    }
+
+    void otroPuestoPorOdbc() {
+        // The suite's SQLite file reached through a data source: the driver passes no change
+        // on, yet another terminal's price in the list in hand shows here without a click.
+        SOLO_SQLITE("The data source leads to the test's SQLite file");
+        BaseDatosPrueba db;
+        DefinirOrigenes(
+            QStringLiteral("[Suite]\nDriver = SQLite3\nDatabase = %1\n").arg(db.Ruta()));
+        db.Ejecutar(QStringLiteral("insert into cabecera_precio (identificador, descripcion) "
+                                   "values (1, 'General')"));
+        db.Ejecutar(QStringLiteral("insert into detalle_precio (identificador, producto, precio) "
+                                   "values (1, 1, 11)"));
+        ADODB::Connection c;
+        c.Open(QStringLiteral("dsn=Suite"));
+        QCOMPARE(c.Base().driverName(), QStringLiteral("QODBC"));
+        ADODB::VigiaCambios vigia(c);
+        vigia.VigilarLista(1);
+        QSignalSpy cambios(&vigia, &ADODB::VigiaCambios::Cambio);
+        QTest::qWait(ADODB::VigiaCambios::intervaloHuella + 200);
+        SvcRegistros r;
+        r.ModificarRegistro(db.Conexion(), QStringLiteral("detalle_precio"),
+                            QStringLiteral("precio=22|"), {}, false,
+                            QStringLiteral("identificador=1"), 0, {}, {}, {});
+        QTRY_COMPARE(cambios.count(), 1);
     }
 
     void suiteEnPostgreSQL() {

@@ -17,13 +17,17 @@
 
 #include <QApplication>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QSqlQuery>
+#include <atomic>
 #include <future>
 #include <thread>
 
 #include <csignal>
+#include <sys/stat.h>
 #include <sys/types.h>
+#include <unistd.h>
 
 namespace {
 
@@ -98,6 +102,20 @@ QStringList ConBloqueo(BaseDatosPrueba &db, int ms, const std::function<void()> 
     otro.join();
     Espera::FijarAviso(antes);
     return fases;
+}
+
+/// The notices of a wait on a server up now for this test program: the processes of
+/// tarifas-espera started for it.
+int Avisos() {
+    const QByteArray padre = QByteArray::number(QCoreApplication::applicationPid());
+    int avisos = 0;
+    for (const QString &proceso : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+        QFile f(QStringLiteral("/proc/%1/cmdline").arg(proceso));
+        const QList<QByteArray> argumentos =
+            f.open(QIODevice::ReadOnly) ? f.readAll().split('\0') : QList<QByteArray>();
+        avisos += argumentos.value(0) == TARIFAS_ESPERA_EXE && argumentos.contains(padre);
+    }
+    return avisos;
 }
 
 /// Lets the event loop run until it has nothing left to do, as the program's loop does after a
@@ -285,6 +303,62 @@ class TstEsperas : public QObject {
         QVERIFY(!c.EnTransaccion());
     }
 
+    void soloLecturaAlAbrir_data() {
+        // What this account can't write: the file, its folder (where each save makes its
+        // journal), or nothing. The opening says which, once; reading goes on; a save fails
+        // saying the file is read-only, having written nothing.
+        const auto caso = Pruebas::Tabla<int, int, QString>();
+        caso("el fichero", 0444, 0755,
+             "El fichero SQLite \"%1\" es de solo lectura: se pueden "
+             "consultar las tarifas, pero no guardar cambios.");
+        caso("la carpeta", 0666, 0555,
+             "La carpeta \"%2\" del fichero SQLite \"%1\" es de solo "
+             "lectura");
+        caso("los dos se pueden escribir", 0666, 0777, {});
+    }
+    void soloLecturaAlAbrir() {
+        SOLO_SQLITE("About SQLite files as such");
+        const auto [fichero, carpeta, aviso] = Pruebas::Fila<int, int, QString>();
+        BaseDatosPrueba db;
+        Escribir(db.Conexion(), 1);
+        const auto permisos = [](const QString &camino, int modo) {
+            return ::chmod(QFile::encodeName(camino).constData(), mode_t(modo)) == 0;
+        };
+        QVERIFY(permisos(db.Ruta(), fichero) && permisos(db.Directorio(), carpeta));
+        QString error;
+        {
+            // Root writes whatever the permissions say: the program runs as a shop's account.
+            const bool root = ::geteuid() == 0;
+            QVERIFY(!root || ::seteuid(65534) == 0);
+            const auto volver = qScopeGuard([root] {
+                if (root)
+                    QVERIFY(::seteuid(0) == 0);
+            });
+            ADODB::Connection c;
+            c.Open(db.Cadena());
+            if (aviso.isEmpty())
+                QCOMPARE(c.SoloLectura(), QString());
+            else
+                QVERIFY2(c.SoloLectura().startsWith(aviso.arg(db.Ruta(), db.Directorio())),
+                         qPrintable(c.SoloLectura()));
+            QCOMPARE(Cuenta(c), 1);
+            error = ErrorDe([&] {
+                ADODB::Transaccion unidad(c);
+                Escribir(c, 2);
+                unidad.Commit();
+            });
+        }
+        QVERIFY(permisos(db.Directorio(), 0700) && permisos(db.Ruta(), 0600));
+        if (aviso.isEmpty())
+            QCOMPARE(error, QString());
+        else
+            QVERIFY2(
+                error.startsWith(
+                    QStringLiteral("El fichero SQLite \"%1\" es de solo lectura").arg(db.Ruta())),
+                qPrintable(error));
+        QCOMPARE(Cuenta(db.Conexion()), aviso.isEmpty() ? 2 : 1);
+    }
+
     void ficheroQueSeVaYVuelve_data() {
         const auto caso = Pruebas::Tabla<bool>();
         caso("el mismo fichero, devuelto", false);
@@ -329,14 +403,43 @@ class TstEsperas : public QObject {
         ADODB::Recordset rs;
         rs.Open(QStringLiteral("select pg_backend_pid() as p"), c);
         const pid_t proceso = rs.Fields(QStringLiteral("p")).Entero();
+        // Meanwhile this thread can't repaint: the notice is another process's, watched from
+        // a thread of the test's own, from the wait's start.
+        Espera::FijarAvisoExterno(QStringLiteral(TARIFAS_ESPERA_EXE),
+                                  [] { return QRect(20, 20, 600, 400); });
+        std::atomic<bool> esperando{false};
+        std::atomic<qint64> primera{-1}, ultima{-1};
+        QElapsedTimer reloj;
+        std::thread observador([&] {
+            while (!esperando)
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            while (esperando) {
+                if (Avisos() > 0) {
+                    qint64 nada = -1;
+                    primera.compare_exchange_strong(nada, reloj.elapsed());
+                    ultima = reloj.elapsed();
+                }
+                std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            }
+        });
         QString error;
         {
             ADODB::Transaccion unidad(c);
             Escribir(c, 1);
             QCOMPARE(::kill(proceso, SIGSTOP), 0);
+            reloj.start();
+            esperando = true;
             error = ErrorDe([&] { Escribir(c, 2); });
+            esperando = false;
         }
+        observador.join();
         QCOMPARE(::kill(proceso, SIGCONT), 0);
+        Espera::FijarAvisoExterno({}, {});
+        // Shown a second into the wait, up until it was given up at 2 s, and gone after.
+        QVERIFY2(primera >= Espera::umbral - 50 && primera < 1900,
+                 qPrintable(QString::number(primera)));
+        QVERIFY2(ultima >= 1700, qPrintable(QString::number(ultima)));
+        QTRY_COMPARE(Avisos(), 0);
         QVERIFY2(error.contains(QStringLiteral("no responde: en 2 s no ha contestado")),
                  qPrintable(error));
         QVERIFY(!c.EnTransaccion());

@@ -13,6 +13,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
@@ -85,6 +86,30 @@ void ComprobarBaseSQLite(const QSqlDatabase &base, const QString &ruta) {
     default:
         Rechazar(ruta, texto);
     }
+}
+
+QString SoloLecturaSQLite(const QSqlDatabase &base, const QString &ruta) {
+    // This account's own rights (the effective user's), as the writes will meet them.
+    const auto escribible = [](const QString &camino) {
+        return ::faccessat(AT_FDCWD, QFile::encodeName(camino).constData(), W_OK, AT_EACCESS) == 0;
+    };
+    // SQLite itself opens a file it may not write read-only, whatever the permissions say.
+    const QVariant manejador = base.driver() ? base.driver()->handle() : QVariant();
+    sqlite3 *db = qstrcmp(manejador.typeName(), "sqlite3*") == 0
+                      ? *static_cast<sqlite3 *const *>(manejador.constData())
+                      : nullptr;
+    const QString consecuencia =
+        QStringLiteral("se pueden consultar las tarifas, pero no guardar cambios. Para "
+                       "guardarlos, pida que le den permiso de escritura.");
+    if ((db && sqlite3_db_readonly(db, "main") == 1) || !escribible(ruta))
+        return QStringLiteral("El fichero SQLite \"%1\" es de solo lectura: %2")
+            .arg(ruta, consecuencia);
+    const QString carpeta = QFileInfo(ruta).absolutePath();
+    if (!escribible(carpeta))
+        return QStringLiteral("La carpeta \"%1\" del fichero SQLite \"%2\" es de solo lectura "
+                              "(al guardar, hay que crear en ella un fichero de paso): %3")
+            .arg(carpeta, ruta, consecuencia);
+    return {};
 }
 
 namespace {

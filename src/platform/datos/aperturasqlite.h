@@ -17,6 +17,11 @@ void ComprobarFicheroSQLite(const QString &ruta);
 /// own text; nothing is written to the file.
 void ComprobarBaseSQLite(const QSqlDatabase &base, const QString &ruta);
 
+/// After opening: what keeps this program from writing the file, in the operator's words
+/// (the file, or its folder, where SQLite makes its journal at each save, can't be written by
+/// this account); empty when it can be written. Nothing is written to find out.
+QString SoloLecturaSQLite(const QSqlDatabase &base, const QString &ruta);
+
 /// How long a statement waits for another program's lock on the file before it fails with
 /// "database is locked".
 inline constexpr int EsperaBloqueoSQLite = 30000;

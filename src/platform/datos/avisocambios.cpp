@@ -1,7 +1,10 @@
 #include "avisocambios.h"
 
+#include <QCryptographicHash>
+#include <QElapsedTimer>
 #include <QSqlDriver>
 #include <QSqlQuery>
+#include <QSqlRecord>
 
 #include <dlfcn.h>
 
@@ -43,6 +46,7 @@ QString CanalCambios() {
 void AnunciarCambios(Connection &conexion) {
     if (!conexion.Abierta())
         return;
+    conexion.AnotarCambioPropio();
     const QSqlDatabase base = std::as_const(conexion).Base();
     if (!EsPostgreSQL(base))
         return;
@@ -57,12 +61,70 @@ void AnunciarCambios(Connection &conexion) {
         throw conexion.Fallo(q.lastError(), sentencia);
 }
 
-VigiaCambios::VigiaCambios(Connection &vigilada, QObject *padre)
-    : QObject(padre), conexion(vigilada) {
+VigiaCambios::VigiaCambios(Connection &vigilada, QObject *padre, Modo como)
+    : QObject(padre), conexion(vigilada), modo(como) {
+    // The register: a list made, renamed, deleted or given another period. A few hundred
+    // rows at most, read whole.
+    Vigilar(QStringLiteral("select identificador, descripcion, preciovalidodesde, "
+                           "preciovalidohasta from cabecera_precio order by identificador"));
     reloj.setInterval(intervaloRevision);
     connect(&reloj, &QTimer::timeout, this, &VigiaCambios::revisar);
     reloj.start();
     revisar();
+}
+
+void VigiaCambios::Vigilar(const QString &sentencia, const QVariantList &valores) {
+    sentencias.append({sentencia, valores});
+    huella.clear(); // the next read is the new starting point
+}
+
+void VigiaCambios::VigilarLista(qlonglong codigo) {
+    Vigilar(QStringLiteral("select count(*), sum(precio), sum(precio * producto), "
+                           "max(codproductotextil) from detalle_precio where identificador = ?"),
+            {codigo});
+}
+
+QByteArray VigiaCambios::leerHuella(QSqlDatabase &base) const {
+    QCryptographicHash suma(QCryptographicHash::Sha1);
+    for (const Sentencia &s : sentencias) {
+        QSqlQuery q(base);
+        q.setForwardOnly(true);
+        if (!q.prepare(s.texto))
+            return {};
+        for (const QVariant &valor : s.valores)
+            q.addBindValue(valor);
+        if (!q.exec())
+            return {};
+        const int columnas = q.record().count();
+        // Each value as text, with a Null told apart from an empty text, and separators that
+        // keep "ab","c" from "a","bc".
+        while (q.next()) {
+            for (int i = 0; i < columnas; ++i) {
+                const QVariant valor = q.value(i);
+                suma.addData(valor.isNull() ? QByteArrayView("\x1c")
+                                            : QByteArrayView(valor.toString().toUtf8()));
+                suma.addData(QByteArrayView("\x1f"));
+            }
+            suma.addData(QByteArrayView("\x1e"));
+        }
+        suma.addData(QByteArrayView("\x1d"));
+    }
+    return suma.result();
+}
+
+bool VigiaCambios::revisarHuella(QSqlDatabase &base) {
+    QElapsedTimer medida;
+    medida.start();
+    const quint64 propiosAhora = conexion.CambiosPropios();
+    const QByteArray leida = leerHuella(base);
+    // A big list read slowly is read less often, never more than a tenth of the time.
+    reloj.setInterval(std::max<qint64>(intervaloHuella, 10 * medida.elapsed()));
+    if (leida.isEmpty())
+        return false; // unreadable now (a lost connection): the next read tells
+    const bool cambio = !huella.isEmpty() && leida != huella && propiosAhora == propios;
+    huella = leida;
+    propios = propiosAhora;
+    return cambio;
 }
 
 void VigiaCambios::revisar() {
@@ -72,14 +134,23 @@ void VigiaCambios::revisar() {
     if (!base.isOpen())
         return;
     bool cambio = std::exchange(pendiente, false);
-    if (base.driverName() == QLatin1String("QSQLITE")) {
+    const Dialecto::Seguimiento seguimiento = modo == Modo::Huella
+                                                  ? Dialecto::Seguimiento::Huella
+                                                  : conexion.dialecto().SeguimientoCambios();
+    switch (seguimiento) {
+    case Dialecto::Seguimiento::Huella:
+        cambio = revisarHuella(base) || cambio;
+        break;
+    case Dialecto::Seguimiento::ContadorFichero: {
         QSqlQuery q(base);
         if (q.exec(QStringLiteral("pragma data_version")) && q.next()) {
             const qint64 leida = q.value(0).toLongLong();
             cambio = cambio || (version >= 0 && leida != version);
             version = leida;
         }
-    } else if (EsPostgreSQL(base)) {
+        break;
+    }
+    case Dialecto::Seguimiento::Notificaciones: {
         QSqlDriver *driver = base.driver();
         if (driver != oyente) {
             oyente = driver;
@@ -99,6 +170,8 @@ void VigiaCambios::revisar() {
                 proceso = actual;
             }
         }
+        break;
+    }
     }
     if (cambio)
         emit Cambio();

@@ -150,6 +150,7 @@ void Connection::Open(const QString &cadena, const QString &usuario, const QStri
             try {
                 EsperarBloqueosSQLite(base);
                 ComprobarBaseSQLite(base, c.ruta);
+                soloLectura = SoloLecturaSQLite(base, c.ruta);
             } catch (...) {
                 base = QSqlDatabase();
                 QSqlDatabase::removeDatabase(nombreConexion);
@@ -182,6 +183,7 @@ void Connection::Close() {
     vencida = false;
     ruta.clear();
     identidad = 0;
+    soloLectura.clear();
 }
 
 bool Connection::Abierta() const {

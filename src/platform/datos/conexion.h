@@ -49,6 +49,10 @@ class Connection {
     /// What the open connection leads to, in words for a message ("el fichero SQLite …",
     /// "el origen de datos ODBC …"): never the password. Empty when it is closed.
     QString Destino() const { return destino; }
+    /// When this program may read the database but not write it (an SQLite file, or its
+    /// folder, that this account can't write), what the operator is told at start-up; empty
+    /// otherwise. Found at the opening: a save then fails, saying the same.
+    QString SoloLectura() const { return soloLectura; }
 
     /// The Qt database behind the connection, for the recordset and the suite's services.
     /// The non-const form is a use of the connection: one that was lost is opened again first
@@ -78,6 +82,12 @@ class Connection {
     /// wait on the operator (the message boxes ask).
     static bool HayUnidadAbierta();
 
+    /// How many times this connection has told the other terminals of a change of its own
+    /// (AnunciarCambios): a watcher that can't tell its own terminal's writes from others'
+    /// (VigiaCambios by fingerprint) takes what it reads after them as its new starting point.
+    quint64 CambiosPropios() const { return cambiosPropios; }
+    void AnotarCambioPropio() { ++cambiosPropios; }
+
   private:
     void controlar(QSqlError (Dialecto::*paso)(QSqlDatabase &) const);
     bool Caida() const;
@@ -90,6 +100,8 @@ class Connection {
     QString ruta;            ///< the SQLite file, to tell when it is no longer the one opened
     quint64 identidad = 0;   ///< that file's device and inode at the opening
     int esperaSentencia = 0; ///< seconds a server has for a statement, as at the opening
+    quint64 cambiosPropios = 0;
+    QString soloLectura;
     std::unique_ptr<Dialecto> dialecto_;
 };
 

@@ -113,3 +113,7 @@ QString Dialecto::BloquearFilas(const QString &consulta) const {
 int Dialecto::SocketServidor(const QSqlDatabase &) const {
     return -1;
 }
+
+Dialecto::Seguimiento Dialecto::SeguimientoCambios() const {
+    return Seguimiento::Huella;
+}

@@ -98,6 +98,19 @@ class Dialecto {
     /// there is none to reach. Read on the connection's own thread.
     virtual int SocketServidor(const QSqlDatabase &base) const;
 
+    /// How a terminal hears of what other terminals commit on this database.
+    enum class Seguimiento {
+        /// The server's notifications, which writers send in their unit (PostgreSQL).
+        Notificaciones,
+        /// The file's own change counter, which moves only for other connections' commits
+        /// (SQLite).
+        ContadorFichero,
+        /// Neither: a fingerprint of what the screens show, read again on a timer (any
+        /// database behind ODBC, whose driver passes no notification on).
+        Huella,
+    };
+    virtual Seguimiento SeguimientoCambios() const;
+
   private:
     Diferencias diferencias;
     QSqlDriver::DbmsType producto = QSqlDriver::UnknownDbms;

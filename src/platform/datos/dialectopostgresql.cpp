@@ -79,3 +79,7 @@ int DialectoPostgreSQL::SocketServidor(const QSqlDatabase &base) const {
     const void *pg = Manejador(base);
     return socket && pg ? socket(pg) : -1;
 }
+
+Dialecto::Seguimiento DialectoPostgreSQL::SeguimientoCambios() const {
+    return Seguimiento::Notificaciones;
+}

@@ -19,6 +19,8 @@ class DialectoSQLite : public Dialecto {
     QSqlError ComenzarUnidad(QSqlDatabase &base) const override;
     QSqlError ConfirmarUnidad(QSqlDatabase &base) const override;
     QSqlError DeshacerUnidad(QSqlDatabase &base) const override;
+    /// PRAGMA data_version.
+    Seguimiento SeguimientoCambios() const override;
 
     /// What a declared type means, by SQLite's habit of reading the type's name: "date",
     /// "numeric(10,2)", "decimal", "boolean"... Other names ("integer", "text", "real", none)
@@ -41,6 +43,8 @@ class DialectoPostgreSQL : public Dialecto {
     bool ConexionPerdida(const QSqlError &error, const QSqlDatabase &base) const override;
     /// PQsocket of the connection.
     int SocketServidor(const QSqlDatabase &base) const override;
+    /// LISTEN on the suite's channel.
+    Seguimiento SeguimientoCambios() const override;
 };
 
 /// Any other database reached through an ODBC data source: standard SQL types, and the

@@ -158,3 +158,7 @@ QSqlError DialectoSQLite::ConfirmarUnidad(QSqlDatabase &base) const {
 QSqlError DialectoSQLite::DeshacerUnidad(QSqlDatabase &base) const {
     return Control(base, QStringLiteral("rollback"));
 }
+
+Dialecto::Seguimiento DialectoSQLite::SeguimientoCambios() const {
+    return Seguimiento::ContadorFichero;
+}

@@ -1,12 +1,16 @@
 #include "espera.h"
 
+#include <QCoreApplication>
 #include <QMutex>
+#include <QProcess>
 #include <QThread>
 #include <QWaitCondition>
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <map>
 
+#include <csignal>
 #include <sys/socket.h>
 
 namespace {
@@ -18,9 +22,21 @@ Espera::Aviso &aviso() {
     return a;
 }
 
-/// The watchdog: one thread for the whole program, which shuts down the socket of each
-/// statement whose deadline runs out. The blocked call then finds its connection closed and
-/// returns, and the connection is given up.
+/// The program that draws the notice of a wait on a server, and where (see
+/// Espera::FijarAvisoExterno). Set once, before any statement, by the screens' layer.
+struct AvisoExterno {
+    QString programa;
+    std::function<QRect()> lugar;
+};
+AvisoExterno &avisoExterno() {
+    static AvisoExterno a;
+    return a;
+}
+
+/// The watchdog: one thread for the whole program, which starts the notice of each statement
+/// that waits on a server past a second, and shuts down the socket of each one whose deadline
+/// runs out. The blocked call then finds its connection closed and returns, and the connection
+/// is given up.
 class Vigilante {
   public:
     static Vigilante &instancia() {
@@ -28,25 +44,38 @@ class Vigilante {
         return v;
     }
 
-    quint64 Armar(int socket, int plazo) {
+    /// `plazo` 0: no deadline. `lugar` invalid: no notice.
+    quint64 Armar(int socket, int plazo, const QRect &lugar, const QString &destino) {
         QMutexLocker cerrojo(&mutex);
         if (!hilo) {
             hilo.reset(QThread::create([this] { vigilar(); }));
             hilo->start();
         }
         const quint64 id = ++ultimo;
-        pendientes[id] = {socket, Reloj::now() + std::chrono::milliseconds(plazo), false};
+        const auto ahora = Reloj::now();
+        Plazo p;
+        p.socket = socket;
+        p.limite = plazo > 0 ? ahora + std::chrono::milliseconds(plazo) : Reloj::time_point::max();
+        p.aviso = lugar.isValid() && !avisoExterno().programa.isEmpty()
+                      ? ahora + std::chrono::milliseconds(Espera::umbral)
+                      : Reloj::time_point::max();
+        p.lugar = lugar;
+        p.destino = destino;
+        p.plazo = plazo;
+        p.programa = avisoExterno().programa;
+        pendientes[id] = p;
         cambio.wakeAll();
         return id;
     }
 
-    /// Takes the deadline off; true when it had already run out.
+    /// Takes the deadline off (and the notice down); true when it had already run out.
     bool Desarmar(quint64 id) {
         QMutexLocker cerrojo(&mutex);
         const auto it = pendientes.find(id);
         if (it == pendientes.end())
             return false;
         const bool vencida = it->second.vencida;
+        Quitar(it->second);
         pendientes.erase(it);
         return vencida;
     }
@@ -60,9 +89,15 @@ class Vigilante {
   private:
     using Reloj = std::chrono::steady_clock;
     struct Plazo {
-        int socket;
+        int socket = -1;
         Reloj::time_point limite;
-        bool vencida;
+        Reloj::time_point aviso; ///< when the notice is started (max: never)
+        QRect lugar;
+        QString destino; ///< the words for the database the statement waits on
+        int plazo = 0;
+        QString programa;
+        qint64 proceso = 0; ///< the notice's process, while it is up
+        bool vencida = false;
     };
 
     ~Vigilante() {
@@ -73,6 +108,37 @@ class Vigilante {
         }
         if (hilo)
             hilo->wait();
+    }
+
+    /// Starts the notice of `p`. Under the lock: a statement that returns meanwhile waits the
+    /// few ms of a fork for its Desarmar, which then ends the notice.
+    static void Mostrar(Plazo &p) {
+        p.aviso = Reloj::time_point::max();
+        const QRect &l = p.lugar;
+        const QString texto =
+            p.plazo > 0 ? QStringLiteral("El servidor de la base de datos (%1) no contesta: se "
+                                         "espera su respuesta, %2 s como mucho…")
+                              .arg(p.destino)
+                              .arg(p.plazo / 1000)
+                        : QStringLiteral("El servidor de la base de datos (%1) no contesta: se "
+                                         "espera su respuesta…")
+                              .arg(p.destino);
+        qint64 proceso = 0;
+        if (QProcess::startDetached(
+                p.programa,
+                {QStringLiteral("--padre"), QString::number(QCoreApplication::applicationPid()),
+                 QStringLiteral("--lugar"),
+                 QStringLiteral("%1,%2,%3,%4").arg(l.x()).arg(l.y()).arg(l.width()).arg(l.height()),
+                 QStringLiteral("--texto"), texto},
+                {}, &proceso))
+            p.proceso = proceso;
+    }
+
+    static void Quitar(Plazo &p) {
+        if (p.proceso > 0)
+            ::kill(pid_t(p.proceso), SIGTERM);
+        p.proceso = 0;
+        p.aviso = Reloj::time_point::max();
     }
 
     void vigilar() {
@@ -87,9 +153,12 @@ class Vigilante {
                     // Both ways: the call blocked reading the answer returns at once.
                     ::shutdown(p.socket, SHUT_RDWR);
                     p.vencida = true;
-                } else if (p.limite < proximo) {
-                    proximo = p.limite;
+                    Quitar(p);
+                    continue;
                 }
+                if (p.aviso <= ahora)
+                    Mostrar(p);
+                proximo = std::min({proximo, p.limite, p.aviso});
             }
             if (proximo == Reloj::time_point::max()) {
                 cambio.wait(&mutex);
@@ -113,8 +182,10 @@ class Vigilante {
 
 Espera::Espera(const QString &donde, int socket, int plazo) : destino(donde), anterior(actual) {
     reloj.start();
-    if (socket >= 0 && plazo > 0)
-        vigilancia = Vigilante::instancia().Armar(socket, plazo);
+    // Where the window is now, taken here, on the statement's own thread.
+    if (socket >= 0)
+        vigilancia = Vigilante::instancia().Armar(
+            socket, plazo, avisoExterno().lugar ? avisoExterno().lugar() : QRect(), destino);
     actual = this;
 }
 
@@ -152,6 +223,10 @@ void Espera::avisar() {
 void Espera::Latido() {
     if (actual)
         actual->avisar();
+}
+
+void Espera::FijarAvisoExterno(const QString &programa, std::function<QRect()> lugar) {
+    avisoExterno() = {programa, std::move(lugar)};
 }
 
 Espera::Aviso Espera::FijarAviso(Aviso nuevo) {

@@ -5,6 +5,7 @@
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QEvent>
+#include <QFileInfo>
 #include <QLabel>
 #include <QPointer>
 #include <QScreen>
@@ -119,10 +120,27 @@ Indicador *indicador() {
 
 } // namespace
 
+QRect VentanaEnEspera() {
+    // Only the GUI thread's statements are shown; a test's second terminal waits unseen.
+    if (!qobject_cast<QApplication *>(QCoreApplication::instance()) ||
+        QThread::currentThread() != QCoreApplication::instance()->thread())
+        return {};
+    if (const QWidget *ventana = QApplication::activeWindow())
+        return ventana->frameGeometry();
+    const QScreen *pantalla = QGuiApplication::primaryScreen();
+    return pantalla ? pantalla->availableGeometry() : QRect();
+}
+
 void InstalarIndicadorEspera() {
     Indicador *i = indicador();
     if (QCoreApplication::instance())
         i->setParent(QCoreApplication::instance());
+    // A wait on a server blocks this thread where nothing can repaint: its notice is drawn by
+    // the program beside this one, when it is there (see Espera::FijarAvisoExterno).
+    const QFileInfo avisador(QCoreApplication::applicationDirPath() +
+                             QStringLiteral("/tarifas-espera"));
+    Espera::FijarAvisoExterno(avisador.isExecutable() ? avisador.filePath() : QString(),
+                              VentanaEnEspera);
     Espera::FijarAviso([](Espera::Fase fase, const QString &motivo) {
         // Only the GUI thread shows anything; a test's second terminal waits unseen.
         if (!qobject_cast<QApplication *>(QCoreApplication::instance()) ||
