@@ -63,6 +63,41 @@ void FrmListas::cargarGridPrecios() {
     rs.Close();
 }
 
+void FrmListas::ReleerLista(const QString &codigo) {
+    Grid &g = *grid_precios;
+    // The watch hears an SQLite file's change counter and a server's notifications; through
+    // ODBC it hears nothing, and only a whole listing shows what other terminals did.
+    const QString driver = SesionSuite.Conexion->Base().driverName();
+    const bool vigilada = driver == QLatin1String("QSQLITE") || driver == QLatin1String("QPSQL");
+    bool esCodigo = false;
+    const qlonglong lista = codigo.toLongLong(&esCodigo);
+    int fila = -1;
+    if (vigilada && esCodigo) {
+        // Mostly the row the double click was on; else wherever the list lists.
+        const int actual = g.Row();
+        if (actual >= 1 && actual < g.Rows() && g.TextMatrix(actual, ColListas::Codigo) == codigo)
+            fila = actual;
+        for (int f = 1; fila < 0 && f < g.Rows(); ++f)
+            if (g.TextMatrix(f, ColListas::Codigo) == codigo)
+                fila = f;
+    }
+    ADODB::Recordset rs;
+    if (fila > 0)
+        rs.Open(QStringLiteral("Select descripcion,preciovalidodesde,preciovalidohasta,"
+                               "identificador from cabecera_precio where identificador = ?"),
+                {lista}, *SesionSuite.Conexion);
+    if (fila <= 0 || rs.Eof()) {
+        cargarGridPrecios();
+        return;
+    }
+    const int columnas = std::min(rs.ColumnCount(), g.Cols());
+    for (int c = 0; c < columnas; ++c)
+        g.setTextMatrix(fila, c, rs.Fields(c).Texto());
+    rs.Close();
+    g.setRow(1);
+    g.setTopRow(1);
+}
+
 void FrmListas::SeguirCambios() {
     if (!Loaded())
         return;
