@@ -63,16 +63,23 @@ void FrmListas::cargarGridPrecios() {
     rs.Close();
 }
 
-void FrmListas::ReleerLista(const QString &codigo) {
+qint64 FrmListas::VersionDatos() {
+    if (SesionSuite.Conexion->Base().driverName() != QLatin1String("QSQLITE"))
+        return -1;
+    ADODB::Recordset rs;
+    rs.Open(QStringLiteral("pragma data_version"), *SesionSuite.Conexion);
+    return rs.Eof() ? -1 : rs.Fields(0).Value().toLongLong();
+}
+
+void FrmListas::ReleerLista(const QString &codigo, qint64 version) {
     Grid &g = *grid_precios;
-    // The watch hears an SQLite file's change counter and a server's notifications; through
-    // ODBC it hears nothing, and only a whole listing shows what other terminals did.
-    const QString driver = SesionSuite.Conexion->Base().driverName();
-    const bool vigilada = driver == QLatin1String("QSQLITE") || driver == QLatin1String("QPSQL");
+    // Another terminal, or another program of the suite, may have made, renamed or deleted
+    // any list while the editor was open: then only a whole listing shows it.
+    const bool soloEsta = version >= 0 && VersionDatos() == version;
     bool esCodigo = false;
     const qlonglong lista = codigo.toLongLong(&esCodigo);
     int fila = -1;
-    if (vigilada && esCodigo) {
+    if (soloEsta && esCodigo) {
         // Mostly the row the double click was on; else wherever the list lists.
         const int actual = g.Row();
         if (actual >= 1 && actual < g.Rows() && g.TextMatrix(actual, ColListas::Codigo) == codigo)
