@@ -44,7 +44,7 @@ class FrmListas : public Form {
     /// top, as after a listing.
     void ReleerLista(const QString &codigo, qint64 version);
     /// SQLite's count of the commits other connections made to the file (PRAGMA
-    /// data_version); -1 on any other database.
+    /// data_version); -1 on any other database, or when it can't be read.
     qint64 VersionDatos();
     /// Opens the editor on the list whose code is in lblCodigo, and returns when it closes.
     /// A null date (a list stored without one) hands over an empty label and today's date.

@@ -3,6 +3,7 @@
 
 #include "columnaslistas.h"
 
+#include "platform/datos/errorbd.h"
 #include "platform/datos/recordset.h"
 #include "platform/datos/regional.h"
 #include "session/principal.h"
@@ -66,9 +67,15 @@ void FrmListas::cargarGridPrecios() {
 qint64 FrmListas::VersionDatos() {
     if (SesionSuite.Conexion->Base().driverName() != QLatin1String("QSQLITE"))
         return -1;
-    ADODB::Recordset rs;
-    rs.Open(QStringLiteral("pragma data_version"), *SesionSuite.Conexion);
-    return rs.Eof() ? -1 : rs.Fields(0).Value().toLongLong();
+    // Asked right before the editor shows: a failure here must not keep it from showing. The
+    // listing afterwards meets the database's trouble, if it lasts, and says so.
+    try {
+        ADODB::Recordset rs;
+        rs.Open(QStringLiteral("pragma data_version"), *SesionSuite.Conexion);
+        return rs.Eof() ? -1 : rs.Fields(0).Value().toLongLong();
+    } catch (const ErrorBD &) {
+        return -1;
+    }
 }
 
 void FrmListas::ReleerLista(const QString &codigo, qint64 version) {
