@@ -35,6 +35,17 @@ class FrmListas : public Form {
     /// The grid listed again after another terminal's change (a list new, renamed, with
     /// another period, or deleted), with the same list selected when it is still there.
     void SeguirCambios();
+    /// The grid brought up to date after the editor that had list `codigo` open closed.
+    /// `version` is VersionDatos() from before the editor opened. The editor writes only its
+    /// own list's header (its period; its deletion), so when no other connection has written
+    /// to the database meanwhile, that list's row alone is read again. The grid is listed
+    /// whole when another one has, when the database can't say (any but SQLite), when the list
+    /// has no row here or is gone. Either way the first row is current and the grid at its
+    /// top, as after a listing.
+    void ReleerLista(const QString &codigo, qint64 version);
+    /// SQLite's count of the commits other connections made to the file (PRAGMA
+    /// data_version); -1 on any other database, or when it can't be read.
+    qint64 VersionDatos();
     /// Opens the editor on the list whose code is in lblCodigo, and returns when it closes.
     /// A null date (a list stored without one) hands over an empty label and today's date.
     void VerDetalles(const QString &Nom, const QDate &fdesde, const QDate &fhasta);

@@ -3,6 +3,7 @@
 
 #include "columnaslistas.h"
 
+#include "platform/datos/errorbd.h"
 #include "platform/datos/recordset.h"
 #include "platform/datos/regional.h"
 #include "session/principal.h"
@@ -61,6 +62,54 @@ void FrmListas::cargarGridPrecios() {
                                    ? texto(campos[size_t(c)])
                                    : campos[size_t(c)].Texto());
     rs.Close();
+}
+
+qint64 FrmListas::VersionDatos() {
+    if (SesionSuite.Conexion->Base().driverName() != QLatin1String("QSQLITE"))
+        return -1;
+    // Asked right before the editor shows: a failure here must not keep it from showing. The
+    // listing afterwards meets the database's trouble, if it lasts, and says so.
+    try {
+        ADODB::Recordset rs;
+        rs.Open(QStringLiteral("pragma data_version"), *SesionSuite.Conexion);
+        return rs.Eof() ? -1 : rs.Fields(0).Value().toLongLong();
+    } catch (const ErrorBD &) {
+        return -1;
+    }
+}
+
+void FrmListas::ReleerLista(const QString &codigo, qint64 version) {
+    Grid &g = *grid_precios;
+    // Another terminal, or another program of the suite, may have made, renamed or deleted
+    // any list while the editor was open: then only a whole listing shows it.
+    const bool soloEsta = version >= 0 && VersionDatos() == version;
+    bool esCodigo = false;
+    const qlonglong lista = codigo.toLongLong(&esCodigo);
+    int fila = -1;
+    if (soloEsta && esCodigo) {
+        // Mostly the row the double click was on; else wherever the list lists.
+        const int actual = g.Row();
+        if (actual >= 1 && actual < g.Rows() && g.TextMatrix(actual, ColListas::Codigo) == codigo)
+            fila = actual;
+        for (int f = 1; fila < 0 && f < g.Rows(); ++f)
+            if (g.TextMatrix(f, ColListas::Codigo) == codigo)
+                fila = f;
+    }
+    ADODB::Recordset rs;
+    if (fila > 0)
+        rs.Open(QStringLiteral("Select descripcion,preciovalidodesde,preciovalidohasta,"
+                               "identificador from cabecera_precio where identificador = ?"),
+                {lista}, *SesionSuite.Conexion);
+    if (fila <= 0 || rs.Eof()) {
+        cargarGridPrecios();
+        return;
+    }
+    const int columnas = std::min(rs.ColumnCount(), g.Cols());
+    for (int c = 0; c < columnas; ++c)
+        g.setTextMatrix(fila, c, rs.Fields(c).Texto());
+    rs.Close();
+    g.setRow(1);
+    g.setTopRow(1);
 }
 
 void FrmListas::SeguirCambios() {

@@ -43,6 +43,8 @@ void FrmListas::VerDetalles(const QString &Nom, const QDate &fdesde, const QDate
     editor.desde->setValue(desdeMostrada.isValid() ? desdeMostrada : Hoy());
     editor.hasta->setValue(hastaMostrada.isValid() ? hastaMostrada : Hoy());
     // Straight to the modal show: what the operator did meanwhile runs once the editor shows.
+    const QString codigo = lblCodigo->Caption();
+    const qint64 version = VersionDatos();
     editor.ShowModal();
-    cargarGridPrecios();
+    ReleerLista(codigo, version);
 }

@@ -60,6 +60,10 @@ class TstRecordset : public QObject {
         caso("date with a time", "date", "9999-12-31 00:00:00", QDate(9999, 12, 31),
              "31/12/9999|12/31/9999");
         caso("date that isn't one stays text", "date", "mañana", "mañana", "mañana|mañana");
+        caso("day that doesn't exist stays text", "date", "2026-02-30", "2026-02-30",
+             "2026-02-30|2026-02-30");
+        caso("date with an ISO time", "date", "2026-12-31T08:30", QDate(2026, 12, 31),
+             "31/12/2026|12/31/2026");
         caso("numeric", "numeric", "12.5", 12.5, "12,5|12.5");
         caso("decimal(10,2)", "decimal(10,2)", "-19.95", -19.95, "-19,95|-19.95");
         caso("numeric empty text stays empty", "numeric", "", "", "|");

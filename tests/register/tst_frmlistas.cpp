@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QPushButton>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <functional>
 
@@ -85,6 +86,59 @@ class TstFrmListas : public QObject {
         QCOMPARE(abierta, "7|Clientes 'VIP'|1/3/2026|15/4/2026|2026-03-01|2026-04-15|2|Camisa");
         QCOMPARE(frmListas().lblCodigo->Caption(), QStringLiteral("7"));
         QVERIFY(!frmTarifas().Loaded());
+    }
+
+    void vueltaDelEditor_data() {
+        // What the editor writes to its list 7 on the program's connection, what another
+        // terminal writes meanwhile, and the register's rows (code|name|end) once it closes.
+        const auto caso = Pruebas::Tabla<QString, QString, QStringList>();
+        const QString fin = FechaATexto(QDate(2026, 12, 31));
+        caso("nothing written", "", "", {"5|Cinco|" + fin, "7|Siete|" + fin, "9|Nueve|" + fin});
+        caso("its period",
+             "update cabecera_precio set preciovalidohasta = '2027-03-31' "
+             "where identificador = 7",
+             "",
+             {"5|Cinco|" + fin, "7|Siete|" + FechaATexto(QDate(2027, 3, 31)), "9|Nueve|" + fin});
+        caso("its deletion", "delete from cabecera_precio where identificador = 7", "",
+             {"5|Cinco|" + fin, "9|Nueve|" + fin});
+        caso("another terminal renames, deletes and makes lists", "",
+             "update cabecera_precio set descripcion = 'Otra' where identificador = 9; "
+             "delete from cabecera_precio where identificador = 5; insert into cabecera_precio "
+             "values (11, 'Once', '2026-01-01', '2026-01-01', '2026-12-31')",
+             {"7|Siete|" + fin, "9|Otra|" + fin, "11|Once|" + fin});
+        caso("both", "update cabecera_precio set preciovalidohasta = null where identificador = 7",
+             "update cabecera_precio set descripcion = 'Otra' where identificador = 9",
+             {"5|Cinco|" + fin, "7|Siete|", "9|Otra|" + fin});
+    }
+    void vueltaDelEditor() {
+        const auto [delEditor, deOtraCaja, filas] = Pruebas::Fila<QString, QString, QStringList>();
+        for (const auto &[codigo, nombre] : {std::pair{5, "Cinco"}, {7, "Siete"}, {9, "Nueve"}})
+            tienda->Lista(codigo, QString::fromUtf8(nombre), QDate(2026, 1, 1),
+                          QDate(2026, 12, 31));
+        FrmListas &f = tienda->Registro();
+        const auto listadas = [&f] {
+            QStringList t;
+            for (int r = 1; r < f.grid_precios->Rows(); ++r)
+                t << QStringList{f.grid_precios->TextMatrix(r, ColListas::Codigo),
+                                 f.grid_precios->TextMatrix(r, ColListas::Nombre),
+                                 f.grid_precios->TextMatrix(r, ColListas::Hasta)}
+                         .join('|');
+            return t;
+        };
+        QVERIFY(DobleClic(7, [&](FrmTarifas &) {
+            QSqlQuery q(SesionSuite.Conexion->Base());
+            if (!delEditor.isEmpty())
+                QVERIFY2(q.exec(delEditor), qPrintable(q.lastError().text()));
+            // Another program of the suite, which tells no one.
+            for (const QString &sentencia : deOtraCaja.split(';', Qt::SkipEmptyParts))
+                tienda->Ejecutar(sentencia.trimmed());
+        }));
+        // In the database's order, which a server changes with an update.
+        QStringList vistas = listadas(), esperadas = filas;
+        vistas.sort();
+        esperadas.sort();
+        QCOMPARE(vistas, esperadas);
+        QCOMPARE(f.grid_precios->Row(), 1);
     }
 
     void dobleClicSinFila() {

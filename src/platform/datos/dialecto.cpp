@@ -41,6 +41,9 @@ QString Dialecto::PatronParecido(const QString &texto) const {
 QString Dialecto::IndiceSinMayusculas(const QString &columna) const {
     return columna;
 }
+QString Dialecto::DefinicionIndice() const {
+    return {};
+}
 QString Dialecto::Limitar(const QString &sentencia, int) const {
     return sentencia;
 }

@@ -45,6 +45,11 @@ class Dialecto {
     virtual QString PatronParecido(const QString &texto) const;
     /// The expression an index on `columna` is made on, for ParecidoSinMayusculas to use it.
     virtual QString IndiceSinMayusculas(const QString &columna) const;
+    /// A select that reads how the database stored the index named by its one placeholder:
+    /// one row whose one column is the index's definition ("create index ... on tabla
+    /// (columnas)"), no row when there is no index of that name. Empty where the database
+    /// can't be asked: its indexes are then taken as they are.
+    virtual QString DefinicionIndice() const;
     /// The select `sentencia` cut to its first `filas` rows, where the database can say so;
     /// elsewhere unchanged (the reader takes the rows it needs).
     virtual QString Limitar(const QString &sentencia, int filas) const;

@@ -25,6 +25,10 @@ QString DialectoODBC::IndiceSinMayusculas(const QString &columna) const {
     const Dialecto *d = detras();
     return d ? d->IndiceSinMayusculas(columna) : Dialecto::IndiceSinMayusculas(columna);
 }
+QString DialectoODBC::DefinicionIndice() const {
+    const Dialecto *d = detras();
+    return d ? d->DefinicionIndice() : Dialecto::DefinicionIndice();
+}
 QString DialectoODBC::Limitar(const QString &sentencia, int filas) const {
     const Dialecto *d = detras();
     return d ? d->Limitar(sentencia, filas) : Dialecto::Limitar(sentencia, filas);

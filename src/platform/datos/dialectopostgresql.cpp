@@ -59,6 +59,11 @@ QString DialectoPostgreSQL::PatronParecido(const QString &texto) const {
 QString DialectoPostgreSQL::IndiceSinMayusculas(const QString &columna) const {
     return QStringLiteral("lower(") + columna + QStringLiteral(") text_pattern_ops");
 }
+// An unquoted name is kept in small letters; the tables live in the connection's schema.
+QString DialectoPostgreSQL::DefinicionIndice() const {
+    return QStringLiteral("select indexdef from pg_indexes where schemaname = current_schema() "
+                          "and indexname = lower(?)");
+}
 QString DialectoPostgreSQL::Limitar(const QString &sentencia, int filas) const {
     return sentencia + QStringLiteral(" limit ") + QString::number(filas);
 }

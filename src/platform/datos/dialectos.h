@@ -13,6 +13,8 @@ class DialectoSQLite : public Dialecto {
     QString TipoSQL(TipoColumna tipo) const override;
     QString ParecidoSinMayusculas(const QString &columna) const override;
     QString IndiceSinMayusculas(const QString &columna) const override;
+    /// The statement an index was made with, as sqlite_master keeps it.
+    QString DefinicionIndice() const override;
     QString Limitar(const QString &sentencia, int filas) const override;
     /// BEGIN IMMEDIATE: the write lock at the start, not at the first write, so that what the
     /// unit reads first can't be changed by another terminal before it writes.
@@ -38,6 +40,8 @@ class DialectoPostgreSQL : public Dialecto {
     QString ParecidoSinMayusculas(const QString &columna) const override;
     QString PatronParecido(const QString &texto) const override;
     QString IndiceSinMayusculas(const QString &columna) const override;
+    /// pg_indexes' indexdef, in the connection's own schema.
+    QString DefinicionIndice() const override;
     QString Limitar(const QString &sentencia, int filas) const override;
     /// Also libpq's own word on the connection (PQstatus), which a failed statement leaves.
     bool ConexionPerdida(const QSqlError &error, const QSqlDatabase &base) const override;
@@ -56,6 +60,7 @@ class DialectoODBC : public Dialecto {
     QString ParecidoSinMayusculas(const QString &columna) const override;
     QString PatronParecido(const QString &texto) const override;
     QString IndiceSinMayusculas(const QString &columna) const override;
+    QString DefinicionIndice() const override;
     QString Limitar(const QString &sentencia, int filas) const override;
 
   private:

@@ -134,6 +134,11 @@ QString DialectoSQLite::ParecidoSinMayusculas(const QString &columna) const {
 QString DialectoSQLite::IndiceSinMayusculas(const QString &columna) const {
     return columna + QStringLiteral(" collate nocase");
 }
+// SQLite keeps each index's create statement as it was given; index names ignore case.
+QString DialectoSQLite::DefinicionIndice() const {
+    return QStringLiteral(
+        "select sql from sqlite_master where type = 'index' and lower(name) = lower(?)");
+}
 QString DialectoSQLite::Limitar(const QString &sentencia, int filas) const {
     return sentencia + QStringLiteral(" limit ") + QString::number(filas);
 }

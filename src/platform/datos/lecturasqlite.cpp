@@ -85,12 +85,37 @@ QVariant Crudo(sqlite3_stmt *st, int c) {
     }
 }
 
+/// The day that a date column's text "yyyy-MM-dd" (perhaps followed by a time) stands for,
+/// read straight from its bytes; an invalid date for any other text, which then goes the
+/// general way. The same day as the general way gives, without a QString for each date.
+QDate FechaISO(const unsigned char *t, int largo) {
+    if (largo < 10 || t[4] != '-' || t[7] != '-')
+        return {};
+    int partes[3] = {0, 0, 0};
+    const int desde[3] = {0, 5, 8}, cifras[3] = {4, 2, 2};
+    for (int p = 0; p < 3; ++p)
+        for (int i = desde[p]; i < desde[p] + cifras[p]; ++i) {
+            if (t[i] < '0' || t[i] > '9')
+                return {};
+            partes[p] = partes[p] * 10 + (t[i] - '0');
+        }
+    return QDate(partes[0], partes[1], partes[2]);
+}
+
 /// Reads column `c` of the current row into `valores`.
 void LeerValor(sqlite3_stmt *st, int c, Clase clase, ValoresResultado &valores) {
     const int tipo = sqlite3_column_type(st, c);
     if (tipo == SQLITE_NULL) {
         valores.AnadirNulo();
         return;
+    }
+    // The suite's dates, as it stores them: a register of a million lists reads two a row.
+    if (clase == Clase::Fecha && tipo == SQLITE_TEXT) {
+        const QDate fecha = FechaISO(sqlite3_column_text(st, c), sqlite3_column_bytes(st, c));
+        if (fecha.isValid()) {
+            valores.AnadirFecha(fecha);
+            return;
+        }
     }
     // The common cases stay in SQLite's bytes and numbers: texts of any column but a date or a
     // number, whole numbers and doubles of plain columns, and prices stored as numbers.

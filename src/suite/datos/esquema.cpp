@@ -4,10 +4,12 @@
 #include "platform/datos/recordset.h"
 #include "platform/datos/transaccion.h"
 
+#include <QRegularExpression>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QStringList>
 #include <algorithm>
+#include <cstdio>
 
 namespace {
 
@@ -123,6 +125,12 @@ void Ejecutar(ADODB::Connection &conexion, QSqlDatabase &base, const QString &se
         throw conexion.Fallo(q.lastError(), sentencia);
 }
 
+QString CreateIndex(const IndiceEsquema &indice, const Dialecto &dialecto) {
+    return dialecto.Adaptar(QStringLiteral("create index %1 on %2 (%3)")
+                                .arg(QLatin1String(indice.nombre), QLatin1String(indice.tabla),
+                                     Columnas(indice, dialecto)));
+}
+
 QString CreateTable(const TablaEsquema &tabla, const Dialecto &dialecto) {
     QStringList columnas;
     for (const ColumnaEsquema &c : tabla.columnas)
@@ -206,11 +214,82 @@ bool CrearTablasQueFaltan(ADODB::Connection &conexion, std::span<const TablaEsqu
         Ejecutar(conexion, base, dialecto.Adaptar(CreateTable(*t, dialecto)));
         for (const IndiceEsquema &i : indices)
             if (MismoNombre(i.tabla, QLatin1String(t->nombre)))
-                Ejecutar(conexion, base,
-                         dialecto.Adaptar(QStringLiteral("create index %1 on %2 (%3)")
-                                              .arg(QLatin1String(i.nombre), QLatin1String(i.tabla),
-                                                   Columnas(i, dialecto))));
+                Ejecutar(conexion, base, CreateIndex(i, dialecto));
     }
     unidad.Commit();
     return faltan.size() == tablas.size();
+}
+
+namespace {
+
+/// The column list of an index's definition, as the schema compares it: what stands between
+/// the parentheses after "on <table>", in small letters, without blanks or quotes.
+/// "CREATE INDEX ix ON public.t USING btree (lower(c) text_pattern_ops)" gives
+/// "lower(c)text_pattern_ops". Empty when the text has no such list.
+QString ColumnasDeDefinicion(const QString &definicion) {
+    static const QRegularExpression tras(QStringLiteral("\\son\\s"),
+                                         QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch on = tras.match(definicion);
+    if (!on.hasMatch())
+        return {};
+    const qsizetype abre = definicion.indexOf(QLatin1Char('('), on.capturedEnd());
+    const qsizetype cierra = definicion.lastIndexOf(QLatin1Char(')'));
+    if (abre < 0 || cierra <= abre)
+        return {};
+    QString columnas;
+    for (const QChar c : QStringView(definicion).sliced(abre + 1, cierra - abre - 1))
+        if (!c.isSpace() && c != QLatin1Char('"'))
+            columnas += c.toLower();
+    return columnas;
+}
+
+} // namespace
+
+QStringList RehacerIndicesCambiados(ADODB::Connection &conexion,
+                                    std::span<const TablaEsquema> tablas) {
+    const Dialecto &dialecto = conexion.dialecto();
+    const QString consulta = dialecto.DefinicionIndice();
+    if (consulta.isEmpty())
+        return {};
+    // Read and made again inside the unit: two terminals starting together rebuild each
+    // index once, the second finding it made as it should be.
+    ADODB::Transaccion unidad(conexion);
+    QSqlDatabase base = conexion.Base();
+    QStringList rehechos;
+    for (const TablaEsquema &t : tablas)
+        for (const IndiceEsquema &i : indices) {
+            if (!MismoNombre(i.tabla, QLatin1String(t.nombre)))
+                continue;
+            ADODB::Recordset rs;
+            rs.Open(consulta, {QString::fromLatin1(i.nombre)}, conexion);
+            if (rs.Eof())
+                continue;
+            const QString create = CreateIndex(i, dialecto);
+            if (ColumnasDeDefinicion(rs.Fields(0).Texto()) == ColumnasDeDefinicion(create))
+                continue;
+            rs.Close();
+            Ejecutar(conexion, base, QStringLiteral("drop index %1").arg(QLatin1String(i.nombre)));
+            Ejecutar(conexion, base, create);
+            rehechos << QLatin1String(i.nombre);
+        }
+    unidad.Commit();
+    return rehechos;
+}
+
+void RevisarIndices(ADODB::Connection &conexion, std::span<const TablaEsquema> tablas) {
+    QString aviso;
+    try {
+        const QStringList rehechos = RehacerIndicesCambiados(conexion, tablas);
+        if (!rehechos.isEmpty())
+            aviso = QStringLiteral("Índices de una versión anterior rehechos: %1.")
+                        .arg(rehechos.join(QStringLiteral(", ")));
+    } catch (const ErrorBD &error) {
+        aviso = QStringLiteral("No se pudieron rehacer los índices de una versión anterior; las "
+                               "búsquedas por código funcionan, pero más despacio. %1")
+                    .arg(error.Texto());
+    }
+    if (aviso.isEmpty())
+        return;
+    std::fprintf(stderr, "%s\n", aviso.toLocal8Bit().constData());
+    std::fflush(stderr);
 }

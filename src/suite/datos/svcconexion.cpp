@@ -38,6 +38,8 @@ void SvcConexion::AbrirConexion(const QString &cadena, ADODB::Connection &conexi
             CargarTiendaDemo(conexion);
         unidad.Commit();
     }
+    // A database made by an older program may keep an index as that program made it.
+    RevisarIndices(conexion, TablasSuite());
     PrepararOrigenTerminal();
 }
 

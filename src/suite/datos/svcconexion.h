@@ -10,6 +10,7 @@
 /// A database that lacks the suite's tables gets them. One that lacked them all gets the demo
 /// shop too when it is the embedded default, or when TARIFAS_DEMO=1. Tables and demo go in
 /// one unit of work. A database that can't be read is reported, never taken for an empty one.
+/// An index of the schema that an older program made otherwise is made again (RevisarIndices).
 class SvcConexion {
   public:
     /// `cadena` empty: the rules above; otherwise that connection string.
