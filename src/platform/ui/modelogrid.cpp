@@ -25,7 +25,7 @@ Qt::Alignment AAlineacion(AlineacionColumna a) {
 
 ModeloGrid::ModeloGrid(int filas, int columnas, QObject *padre)
     : QAbstractTableModel(padre), nFilas(filas), nColumnas(columnas),
-      textos(size_t(filas) * size_t(columnas)),
+      textos(size_t(columnas), TextosColumna(size_t(filas))),
       alineaciones(size_t(columnas), AlineacionColumna::Izquierda),
       anchos(size_t(columnas), AnchoColumnaPorOmision), ocultas(size_t(filas), 0),
       columnasPublicadas(columnas) {
@@ -97,7 +97,8 @@ Qt::ItemFlags ModeloGrid::flags(const QModelIndex &indice) const {
 void ModeloGrid::setFilas(int n) {
     if (n == nFilas)
         return;
-    textos.resize(size_t(n) * size_t(nColumnas));
+    for (TextosColumna &columna : textos)
+        columna.redimensionar(size_t(n));
     ocultas.resize(size_t(n), 0);
     if (n < nFilas && !propias.isEmpty())
         propias.removeIf([n](QHash<int, double>::iterator it) { return it.key() >= n; });
@@ -109,12 +110,7 @@ void ModeloGrid::setFilas(int n) {
 void ModeloGrid::setColumnas(int n) {
     if (n == nColumnas)
         return;
-    std::vector<QString> nuevos(size_t(nFilas) * size_t(n));
-    const size_t comunes = size_t(std::min(n, nColumnas));
-    for (size_t f = 0; f < size_t(nFilas); ++f)
-        for (size_t c = 0; c < comunes; ++c)
-            nuevos[f * size_t(n) + c] = std::move(textos[f * size_t(nColumnas) + c]);
-    textos = std::move(nuevos);
+    textos.resize(size_t(n), TextosColumna(size_t(nFilas)));
     alineaciones.resize(size_t(n), AlineacionColumna::Izquierda);
     anchos.resize(size_t(n), AnchoColumnaPorOmision);
     nColumnas = n;
@@ -122,8 +118,8 @@ void ModeloGrid::setColumnas(int n) {
     cambioDeEstructura();
 }
 
-void ModeloGrid::setTexto(int fila, int columna, QString &&t) {
-    textos[size_t(fila) * size_t(nColumnas) + size_t(columna)] = std::move(t);
+void ModeloGrid::setTexto(int fila, int columna, QStringView t) {
+    textos[size_t(columna)].poner(size_t(fila), t);
     if (columna == columnaOrdenada)
         columnaOrdenada = -1;
     if (columna == columnaEnCurso)
@@ -205,26 +201,31 @@ void ModeloGrid::setTextoFijo(const QColor &c) {
 namespace {
 
 /// Case-folded code points of a text, as QString's case-insensitive comparisons fold them.
+/// The text is a grid's (Latin-1 or UTF-16, as the column keeps it) or the operator's.
 class Plegado {
   public:
-    explicit Plegado(QStringView t, qsizetype desde = 0)
-        : inicio(t.utf16()), p(t.utf16() + desde), fin(t.utf16() + t.size()) {}
+    explicit Plegado(VistaTexto t)
+        : latin1(!t.utf16), p(t.datos), fin(t.datos + t.largo * (t.utf16 ? 2 : 1)) {}
+    explicit Plegado(QStringView t) : Plegado(VistaTexto::De(t)) {}
     /// The next folded code point, plus 1; 0 at the end of the text.
     quint32 siguiente() {
         if (p == fin)
             return 0;
-        char32_t c = *p++;
-        if (QChar::isHighSurrogate(c) && p != fin && QChar::isLowSurrogate(*p))
-            c = QChar::surrogateToUcs4(char16_t(c), *p++);
+        if (latin1)
+            return quint32(QChar::toCaseFolded(char32_t(uchar(*p++)))) + 1;
+        const auto *u = reinterpret_cast<const char16_t *>(p);
+        const auto *ultimo = reinterpret_cast<const char16_t *>(fin);
+        char32_t c = *u++;
+        if (QChar::isHighSurrogate(c) && u != ultimo && QChar::isLowSurrogate(*u))
+            c = QChar::surrogateToUcs4(char16_t(c), *u++);
+        p = reinterpret_cast<const char *>(u);
         return quint32(QChar::toCaseFolded(c)) + 1;
     }
-    /// Where the next code point starts.
-    qsizetype leidos() const { return p - inicio; }
 
   private:
-    const char16_t *inicio;
-    const char16_t *p;
-    const char16_t *fin;
+    bool latin1;
+    const char *p;
+    const char *fin;
 };
 
 /// The most code points a row's key holds, whatever the column.
@@ -232,7 +233,7 @@ constexpr int CorteMaximo = 21;
 
 /// <0, 0, >0 as the folded `a` cut to `corte` code points sorts before, with, after the
 /// folded `b` cut to as many.
-int CompararCortados(const QString &a, const QString &b, int corte) {
+int CompararCortados(VistaTexto a, QStringView b, int corte) {
     Plegado x(a), y(b);
     for (int n = 0; n < corte; ++n) {
         const quint32 i = x.siguiente(), j = y.siguiente();
@@ -246,8 +247,7 @@ int CompararCortados(const QString &a, const QString &b, int corte) {
 
 /// Whether the folded `t` starts with the folded `prefijo`, looking at no more than `hasta`
 /// code points of the prefix.
-bool Empieza(const QString &t, const QString &prefijo,
-             int hasta = std::numeric_limits<int>::max()) {
+bool Empieza(VistaTexto t, QStringView prefijo, int hasta = std::numeric_limits<int>::max()) {
     Plegado x(t), y(prefijo);
     for (int n = 0; n < hasta; ++n) {
         const quint32 j = y.siguiente();
@@ -276,7 +276,7 @@ class Rangos {
         std::vector<char> basicos(0x10000 + 1, 0);
         std::vector<quint32> otros;
         for (int f = 1; f < m.filas(); ++f) {
-            Plegado p(m.texto(f, columna));
+            Plegado p(m.vista(f, columna));
             for (int n = 0; n < CorteMaximo; ++n) {
                 const quint32 c = p.siguiente();
                 if (c == 0)
@@ -302,7 +302,7 @@ class Rangos {
         corte = std::min(CorteMaximo, 63 / bits);
     }
     int Corte() const { return corte; }
-    Clave ClaveDe(const QString &t, int fila) const {
+    Clave ClaveDe(VistaTexto t, int fila) const {
         Plegado p(t);
         quint64 clave = 0;
         for (int n = 0; n < corte; ++n)
@@ -329,7 +329,7 @@ std::vector<Clave> Claves(const ModeloGrid &m, int columna, const Rangos &rangos
     std::vector<Clave> claves;
     claves.reserve(size_t(std::max(0, m.filas() - 1)));
     for (int f = 1; f < m.filas(); ++f)
-        claves.push_back(rangos.ClaveDe(m.texto(f, columna), f));
+        claves.push_back(rangos.ClaveDe(m.vista(f, columna), f));
     return claves;
 }
 
@@ -379,13 +379,13 @@ void ModeloGrid::prepararOrden(int columna) {
     columnaEnCurso = columna;
 }
 
-std::pair<size_t, size_t> ModeloGrid::rangoEmpiezan(const QString &prefijo) const {
+std::pair<size_t, size_t> ModeloGrid::rangoEmpiezan(QStringView prefijo) const {
     // The rows whose cut text starts with the prefix's first `corte` code points.
     const auto desde = std::partition_point(ordenadas.begin(), ordenadas.end(), [&](int f) {
-        return CompararCortados(texto(f, columnaOrdenada), prefijo, corte) < 0;
+        return CompararCortados(vista(f, columnaOrdenada), prefijo, corte) < 0;
     });
     const auto hasta = std::partition_point(desde, ordenadas.end(), [&](int f) {
-        return Empieza(texto(f, columnaOrdenada), prefijo, corte);
+        return Empieza(vista(f, columnaOrdenada), prefijo, corte);
     });
     return {size_t(desde - ordenadas.begin()), size_t(hasta - ordenadas.begin())};
 }
@@ -402,7 +402,7 @@ void ModeloGrid::mostrarEmpiezan(int columna, const QString &prefijo, double alt
         const bool largo = prefijo.size() > corte;
         for (size_t i = desde; i < hasta; ++i) {
             const int f = ordenadas[i];
-            muestra[size_t(f)] = !largo || Empieza(texto(f, columna), prefijo);
+            muestra[size_t(f)] = !largo || Empieza(vista(f, columna), prefijo);
         }
     }
     const bool alturaComun = altura < 0 || altura == alturaDefecto;

@@ -5,6 +5,8 @@
 #include <QHash>
 #include <QString>
 
+#include "textoscolumna.h"
+
 #include <future>
 #include <vector>
 
@@ -45,10 +47,14 @@ class ModeloGrid : public QAbstractTableModel {
     /// Keeps the texts, widths and alignments of the columns that remain; new columns are
     /// empty, left-aligned and AnchoColumnaPorOmision wide.
     void setColumnas(int n);
-    const QString &texto(int fila, int columna) const {
-        return textos[size_t(fila) * size_t(nColumnas) + size_t(columna)];
+    QString texto(int fila, int columna) const {
+        return textos[size_t(columna)].texto(size_t(fila));
     }
-    void setTexto(int fila, int columna, QString &&t);
+    /// The text as it is kept, for a caller that only reads it: valid until the next write.
+    VistaTexto vista(int fila, int columna) const {
+        return textos[size_t(columna)].vista(size_t(fila));
+    }
+    void setTexto(int fila, int columna, QStringView t);
 
     AlineacionColumna alineacion(int columna) const { return alineaciones[size_t(columna)]; }
     void setAlineacion(int columna, AlineacionColumna a);
@@ -105,7 +111,7 @@ class ModeloGrid : public QAbstractTableModel {
     void programar();
     void ordenarColumna(int columna);
     /// The first and one-past-last positions in `ordenadas` of the rows starting with `prefijo`.
-    std::pair<size_t, size_t> rangoEmpiezan(const QString &prefijo) const;
+    std::pair<size_t, size_t> rangoEmpiezan(QStringView prefijo) const;
     void cambioDeEstructura() {
         estructuraSucia = true;
         if (!programado)
@@ -114,7 +120,7 @@ class ModeloGrid : public QAbstractTableModel {
 
     int nFilas = 0;
     int nColumnas = 0;
-    std::vector<QString> textos; ///< row-major, nFilas x nColumnas
+    std::vector<TextosColumna> textos; ///< one a column, nFilas rows each
     std::vector<AlineacionColumna> alineaciones;
     std::vector<double> anchos;
     std::vector<char> ocultas; ///< one flag a grid row; row 0's is never set
