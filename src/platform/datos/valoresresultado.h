@@ -29,6 +29,8 @@ class ValoresResultado {
 
     size_t size() const { return celdas.size(); }
     void clear();
+    /// Empties it and keeps its memory, for the next row of a result read one row at a time.
+    void vaciar();
 
     bool EsNulo(size_t i) const { return celdas[i].tipo == Tipo::Nulo; }
     QVariant Valor(size_t i) const;
