@@ -14,7 +14,7 @@ enum class AlineacionColumna { Izquierda, Centrado, Derecha };
 
 /// The grid control (MSFlexGrid): a table of texts addressed by (row, column), row 0 being
 /// the title row and data starting at row 1 (FixedRows 1). Behind it stand a table model
-/// and a view; the texts live compactly, each column's in one buffer (TextosColumna), so a
+/// and a view; the texts live compactly, row after row in one buffer (TextosGrid), so a
 /// million rows cost little more than their characters.
 ///
 /// Hiding: a data row whose RowHeight is set to 0 is hidden, and setting any height above 0

@@ -25,8 +25,7 @@ Qt::Alignment AAlineacion(AlineacionColumna a) {
 
 ModeloGrid::ModeloGrid(int filas, int columnas, QObject *padre)
     : QAbstractTableModel(padre), nFilas(filas), nColumnas(columnas),
-      textos(size_t(columnas), TextosColumna(size_t(filas))),
-      alineaciones(size_t(columnas), AlineacionColumna::Izquierda),
+      textos(size_t(filas), columnas), alineaciones(size_t(columnas), AlineacionColumna::Izquierda),
       anchos(size_t(columnas), AnchoColumnaPorOmision), ocultas(size_t(filas), 0),
       columnasPublicadas(columnas) {
     // Nothing is hidden yet: every data row is shown from the start.
@@ -97,8 +96,7 @@ Qt::ItemFlags ModeloGrid::flags(const QModelIndex &indice) const {
 void ModeloGrid::setFilas(int n) {
     if (n == nFilas)
         return;
-    for (TextosColumna &columna : textos)
-        columna.redimensionar(size_t(n));
+    textos.redimensionar(size_t(n));
     ocultas.resize(size_t(n), 0);
     if (n < nFilas && !propias.isEmpty())
         propias.removeIf([n](QHash<int, double>::iterator it) { return it.key() >= n; });
@@ -110,7 +108,7 @@ void ModeloGrid::setFilas(int n) {
 void ModeloGrid::setColumnas(int n) {
     if (n == nColumnas)
         return;
-    textos.resize(size_t(n), TextosColumna(size_t(nFilas)));
+    textos.setColumnas(n);
     alineaciones.resize(size_t(n), AlineacionColumna::Izquierda);
     anchos.resize(size_t(n), AnchoColumnaPorOmision);
     nColumnas = n;
@@ -119,7 +117,7 @@ void ModeloGrid::setColumnas(int n) {
 }
 
 void ModeloGrid::setTexto(int fila, int columna, QStringView t) {
-    textos[size_t(columna)].poner(size_t(fila), t);
+    textos.poner(size_t(fila), columna, t);
     if (columna == columnaOrdenada)
         columnaOrdenada = -1;
     if (columna == columnaEnCurso)

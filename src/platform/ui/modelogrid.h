@@ -5,7 +5,7 @@
 #include <QHash>
 #include <QString>
 
-#include "textoscolumna.h"
+#include "textosgrid.h"
 
 #include <future>
 #include <vector>
@@ -47,13 +47,9 @@ class ModeloGrid : public QAbstractTableModel {
     /// Keeps the texts, widths and alignments of the columns that remain; new columns are
     /// empty, left-aligned and AnchoColumnaPorOmision wide.
     void setColumnas(int n);
-    QString texto(int fila, int columna) const {
-        return textos[size_t(columna)].texto(size_t(fila));
-    }
+    QString texto(int fila, int columna) const { return textos.texto(size_t(fila), columna); }
     /// The text as it is kept, for a caller that only reads it: valid until the next write.
-    VistaTexto vista(int fila, int columna) const {
-        return textos[size_t(columna)].vista(size_t(fila));
-    }
+    VistaTexto vista(int fila, int columna) const { return textos.vista(size_t(fila), columna); }
     void setTexto(int fila, int columna, QStringView t);
 
     AlineacionColumna alineacion(int columna) const { return alineaciones[size_t(columna)]; }
@@ -120,7 +116,7 @@ class ModeloGrid : public QAbstractTableModel {
 
     int nFilas = 0;
     int nColumnas = 0;
-    std::vector<TextosColumna> textos; ///< one a column, nFilas rows each
+    TextosGrid textos; ///< nFilas x nColumnas
     std::vector<AlineacionColumna> alineaciones;
     std::vector<double> anchos;
     std::vector<char> ocultas; ///< one flag a grid row; row 0's is never set
