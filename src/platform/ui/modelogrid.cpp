@@ -262,9 +262,15 @@ bool Empieza(VistaTexto t, QStringView prefijo, int hasta = std::numeric_limits<
 /// number. Comparing keys compares the texts cut to that many code points, and a column of a
 /// few dozen letters fits ten or more of them in the 63 bits.
 struct Clave {
-    quint64 clave;
+    // The key in two halves, so that a million of them take 12 bytes each, not 16.
+    quint32 alta;
+    quint32 baja;
     int fila;
+    bool operator<(const Clave &o) const {
+        return alta != o.alta ? alta < o.alta : baja != o.baja ? baja < o.baja : fila < o.fila;
+    }
 };
+static_assert(sizeof(Clave) == 12);
 
 /// The ranks of a column's folded code points, and how many fit in a key.
 class Rangos {
@@ -305,7 +311,7 @@ class Rangos {
         quint64 clave = 0;
         for (int n = 0; n < corte; ++n)
             clave = (clave << bits) | rango(p.siguiente());
-        return {clave, fila};
+        return {quint32(clave >> 32), quint32(clave), fila};
     }
 
   private:
@@ -333,9 +339,7 @@ std::vector<Clave> Claves(const ModeloGrid &m, int columna, const Rangos &rangos
 
 /// The rows in the order of their keys: a sort of plain numbers, which touches no text.
 std::vector<int> Ordenar(std::vector<Clave> claves) {
-    std::sort(claves.begin(), claves.end(), [](const Clave &a, const Clave &b) {
-        return a.clave != b.clave ? a.clave < b.clave : a.fila < b.fila;
-    });
+    std::sort(claves.begin(), claves.end());
     std::vector<int> filas(claves.size());
     for (size_t i = 0; i < claves.size(); ++i)
         filas[i] = claves[i].fila;
