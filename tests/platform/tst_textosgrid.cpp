@@ -68,6 +68,7 @@ class TstTextosGrid : public QObject {
              QStringList{Repetido("a", 127), Repetido("b", 128), Repetido("€", 200),
                          Repetido("c", 20000), "d", ""});
         caso("vacíos al final de la fila", QStringList{"a", "", "", "€", "", ""});
+        caso("vacíos antes de un texto", QStringList{"a", "", "c€", "", "", "z", "ab", "", "Ω"});
         caso("todos vacíos", QStringList{"", "", ""});
     }
     void guardaLosTextos() {

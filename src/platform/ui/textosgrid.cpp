@@ -66,6 +66,8 @@ void TextosGrid::redimensionar(size_t filas) {
         for (size_t f = filas; f < posiciones.size(); ++f)
             if (posiciones[f] != 0)
                 basura += tamano(posiciones[f]);
+        if (filaFinal != SinFila && filaFinal >= filas)
+            filaFinal = SinFila;
         posiciones.resize(filas);
         compactarSiConviene();
         // A grid emptied or cut to its rows gives back the room it had grown for.
@@ -107,8 +109,55 @@ VistaTexto TextosGrid::vista(size_t fila, int columna) const {
 }
 
 void TextosGrid::poner(size_t fila, int columna, QStringView texto) {
-    componer(posiciones[fila], columna, VistaTexto::De(texto), EnLatin1(texto), nColumnas);
+    const bool enLatin1 = EnLatin1(texto);
+    if (fila == filaFinal && anadirAlFinal(columna, texto, enLatin1))
+        return;
+    componer(posiciones[fila], columna, VistaTexto::De(texto), enLatin1, nColumnas);
     colocar(fila);
+}
+
+bool TextosGrid::anadirAlFinal(int columna, QStringView texto, bool enLatin1) {
+    // The row at the end of the buffer gets a cell after its last one: the cells go on after
+    // it, as a listing writes a row from left to right, and only the count at its start
+    // changes (while it fits in one byte).
+    const size_t inicio = posiciones[filaFinal];
+    const uchar cuenta = uchar(datos.at(qsizetype(inicio)));
+    if (texto.isEmpty() || cuenta >= 0x80 || columna < cuenta || columna >= 0x7f)
+        return false;
+    const size_t huecos = size_t(columna - cuenta); // empty cells in between
+    const quint64 cabecera = quint64(texto.size()) * 2 + (enLatin1 ? 0 : 1);
+    size_t largoCabecera = 0;
+    for (quint64 v = cabecera; largoCabecera == 0 || v; v >>= 7)
+        ++largoCabecera;
+    const size_t desde = size_t(datos.size());
+    const size_t relleno = !enLatin1 && (desde + huecos + largoCabecera) % 2 != 0 ? 1 : 0;
+    const size_t total =
+        desde + huecos + largoCabecera + relleno + size_t(texto.size()) * (enLatin1 ? 1 : 2);
+    if (total > MaximoBytes)
+        return false;
+    if (total > size_t(datos.capacity()))
+        datos.reserve(qsizetype(std::min(MaximoBytes, std::max(total, desde * 3 / 2))));
+    datos.resize(qsizetype(total));
+    char *p = datos.data() + desde;
+    std::memset(p, 0, huecos);
+    p += huecos;
+    for (quint64 v = cabecera;;) {
+        *p++ = char(uchar(v & 0x7f) | (v > 0x7f ? 0x80 : 0));
+        v >>= 7;
+        if (!v)
+            break;
+    }
+    if (relleno)
+        *p++ = '\0';
+    const char16_t *origen = texto.utf16();
+    if (enLatin1) {
+        for (qsizetype i = 0; i < texto.size(); ++i)
+            p[i] = char(origen[i]);
+    } else {
+        std::memcpy(p, origen, size_t(texto.size()) * 2);
+    }
+    datos.data()[inicio] = char(columna + 1);
+    return true;
 }
 
 size_t TextosGrid::tamano(std::uint32_t posicion) const {
@@ -149,8 +198,10 @@ void TextosGrid::componer(std::uint32_t posicion, int columna, VistaTexto texto,
             borrador.push_back('\0');
         if (estrechar) {
             const auto *origen = reinterpret_cast<const char16_t *>(t.datos);
+            const size_t desde = borrador.size();
+            borrador.resize(desde + size_t(t.largo));
             for (qsizetype i = 0; i < t.largo; ++i)
-                borrador.push_back(char(origen[i]));
+                borrador[desde + size_t(i)] = char(origen[i]);
         } else {
             borrador.insert(borrador.end(), t.datos, t.datos + t.largo * (utf16 ? 2 : 1));
         }
@@ -174,6 +225,8 @@ void TextosGrid::colocar(size_t fila) {
         datos.resize(qsizetype(antes));
     else
         basura += tamanoAntes;
+    if (fila == filaFinal)
+        filaFinal = SinFila;
     if (vacia) {
         posiciones[fila] = 0;
         compactarSiConviene();
@@ -188,6 +241,7 @@ void TextosGrid::colocar(size_t fila) {
         datos.append('\0');
     datos.append(borrador.data(), qsizetype(borrador.size()));
     posiciones[fila] = std::uint32_t(inicio);
+    filaFinal = fila;
     compactarSiConviene();
 }
 
@@ -211,4 +265,11 @@ void TextosGrid::compactar() {
     }
     datos = std::move(nuevos);
     basura = 0;
+    // The rows lie in row order now: the last one that holds texts ends the buffer.
+    filaFinal = SinFila;
+    for (size_t f = posiciones.size(); f-- > 0;)
+        if (posiciones[f] != 0) {
+            filaFinal = f;
+            break;
+        }
 }

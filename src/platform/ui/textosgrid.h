@@ -66,6 +66,10 @@ class TextosGrid {
     /// made `texto`, which goes in as Latin-1 when `enLatin1`, and its cells from `limite` on
     /// dropped.
     void componer(std::uint32_t posicion, int columna, VistaTexto texto, bool enLatin1, int limite);
+    /// Adds `texto` as cell `columna` of row filaFinal when that cell lies after the row's
+    /// last one; false, having changed nothing, when it doesn't (or the row's count of cells
+    /// would outgrow a byte).
+    bool anadirAlFinal(int columna, QStringView texto, bool enLatin1);
     /// Puts the row in `borrador` in the place of row `fila`.
     void colocar(size_t fila);
     void compactar();
@@ -75,6 +79,9 @@ class TextosGrid {
     std::vector<std::uint32_t> posiciones; ///< where each row starts, always on an even byte
     int nColumnas = 0;
     size_t basura = 0;
+    static constexpr size_t SinFila = size_t(-1);
+    /// The row whose texts end the buffer, or SinFila.
+    size_t filaFinal = SinFila;
     std::vector<char> borrador;     ///< a row being composed
     std::vector<VistaTexto> celdas; ///< the cells of the row being composed
 };
