@@ -29,15 +29,13 @@ ModeloGrid::ModeloGrid(int filas, int columnas, QObject *padre)
       anchos(size_t(columnas), AnchoColumnaPorOmision), ocultas(size_t(filas), 0),
       columnasPublicadas(columnas) {
     // Nothing is hidden yet: every data row is shown from the start.
-    visibles.reserve(size_t(filas));
-    for (int f = 1; f < filas; ++f)
-        visibles.push_back(f);
+    nVisibles = std::max(0, filas - 1);
 }
 
 ModeloGrid::~ModeloGrid() = default;
 
 int ModeloGrid::rowCount(const QModelIndex &padre) const {
-    return padre.isValid() ? 0 : int(visibles.size());
+    return padre.isValid() ? 0 : nVisibles;
 }
 
 int ModeloGrid::columnCount(const QModelIndex &padre) const {
@@ -45,10 +43,9 @@ int ModeloGrid::columnCount(const QModelIndex &padre) const {
 }
 
 QVariant ModeloGrid::data(const QModelIndex &indice, int rol) const {
-    if (!indice.isValid() || indice.row() >= int(visibles.size()) ||
-        indice.column() >= columnasPublicadas)
+    if (!indice.isValid() || indice.row() >= nVisibles || indice.column() >= columnasPublicadas)
         return {};
-    const int fila = visibles[size_t(indice.row())];
+    const int fila = filaDeGrid(indice.row());
     const int columna = indice.column();
     // The storage may have shrunk since the last publication; the reset is on its way.
     if (fila >= nFilas || columna >= nColumnas)
@@ -67,9 +64,9 @@ QVariant ModeloGrid::data(const QModelIndex &indice, int rol) const {
 
 QVariant ModeloGrid::headerData(int seccion, Qt::Orientation orientacion, int rol) const {
     if (orientacion == Qt::Vertical) {
-        if (seccion < 0 || seccion >= int(visibles.size()) || rol != Qt::DisplayRole)
+        if (seccion < 0 || seccion >= nVisibles || rol != Qt::DisplayRole)
             return {};
-        return visibles[size_t(seccion)];
+        return filaDeGrid(seccion);
     }
     if (seccion < 0 || seccion >= columnasPublicadas || seccion >= nColumnas)
         return {};
@@ -261,26 +258,15 @@ bool Empieza(VistaTexto t, QStringView prefijo, int hasta = std::numeric_limits<
 /// code points the column holds (1 the smallest, 0 past the end), packed in order into one
 /// number. Comparing keys compares the texts cut to that many code points, and a column of a
 /// few dozen letters fits ten or more of them in the 63 bits.
-struct Clave {
-    // The key in two halves, so that a million of them take 12 bytes each, not 16.
-    quint32 alta;
-    quint32 baja;
-    int fila;
-    bool operator<(const Clave &o) const {
-        return alta != o.alta ? alta < o.alta : baja != o.baja ? baja < o.baja : fila < o.fila;
-    }
-};
-static_assert(sizeof(Clave) == 12);
-
 /// The ranks of a column's folded code points, and how many fit in a key.
 class Rangos {
   public:
-    explicit Rangos(const ModeloGrid &m, int columna) {
+    explicit Rangos(const TextosGrid &textos, int columna) {
         // Which code points occur among those a key may hold.
         std::vector<char> basicos(0x10000 + 1, 0);
         std::vector<quint32> otros;
-        for (int f = 1; f < m.filas(); ++f) {
-            Plegado p(m.vista(f, columna));
+        for (size_t f = 1; f < textos.filas(); ++f) {
+            Plegado p(textos.vista(f, columna));
             for (int n = 0; n < CorteMaximo; ++n) {
                 const quint32 c = p.siguiente();
                 if (c == 0)
@@ -306,12 +292,12 @@ class Rangos {
         corte = std::min(CorteMaximo, 63 / bits);
     }
     int Corte() const { return corte; }
-    Clave ClaveDe(VistaTexto t, int fila) const {
+    quint64 ClaveDe(VistaTexto t) const {
         Plegado p(t);
         quint64 clave = 0;
         for (int n = 0; n < corte; ++n)
             clave = (clave << bits) | rango(p.siguiente());
-        return {quint32(clave >> 32), quint32(clave), fila};
+        return clave;
     }
 
   private:
@@ -328,22 +314,24 @@ class Rangos {
     int corte = 1;
 };
 
-/// Each row's key, read in the rows' own order (the texts lie in memory in that order).
-std::vector<Clave> Claves(const ModeloGrid &m, int columna, const Rangos &rangos) {
-    std::vector<Clave> claves;
-    claves.reserve(size_t(std::max(0, m.filas() - 1)));
-    for (int f = 1; f < m.filas(); ++f)
-        claves.push_back(rangos.ClaveDe(m.vista(f, columna), f));
-    return claves;
-}
-
-/// The rows in the order of their keys: a sort of plain numbers, which touches no text.
-std::vector<int> Ordenar(std::vector<Clave> claves) {
-    std::sort(claves.begin(), claves.end());
-    std::vector<int> filas(claves.size());
-    for (size_t i = 0; i < claves.size(); ++i)
-        filas[i] = claves[i].fila;
-    return filas;
+/// The data rows of `textos` in the order of their text in `columna`, and the cut it looks at.
+OrdenColumna Ordenar(const TextosGrid &textos, int columna) {
+    const Rangos rangos(textos, columna);
+    // Each row's key, read in the rows' own order (the texts lie in memory in that order),
+    // then the rows sorted by them: a sort of plain numbers, which touches no text. Keys by
+    // row and the rows apart take 12 bytes a row, not the 16 of the pairs.
+    std::vector<quint64> claves(textos.filas());
+    std::vector<int> filas;
+    filas.reserve(textos.filas());
+    for (size_t f = 1; f < textos.filas(); ++f) {
+        claves[f] = rangos.ClaveDe(textos.vista(f, columna));
+        filas.push_back(int(f));
+    }
+    std::sort(filas.begin(), filas.end(), [&claves](int a, int b) {
+        const quint64 x = claves[size_t(a)], y = claves[size_t(b)];
+        return x != y ? x < y : a < b;
+    });
+    return {std::move(filas), rangos.Corte()};
 }
 
 } // namespace
@@ -351,19 +339,19 @@ std::vector<int> Ordenar(std::vector<Clave> claves) {
 void ModeloGrid::ordenarColumna(int columna) {
     if (ordenEnCurso.valid()) {
         // A sort under way: its result, when it is of this column's present texts.
-        std::vector<int> hechas = ordenEnCurso.get();
+        OrdenColumna hecho = ordenEnCurso.get();
         if (columnaEnCurso == columna) {
-            ordenadas = std::move(hechas);
-            corte = corteEnCurso;
+            ordenadas = std::move(hecho.filas);
+            corte = hecho.corte;
             columnaOrdenada = columna;
             columnaEnCurso = -1;
             return;
         }
     }
     columnaEnCurso = -1;
-    const Rangos rangos(*this, columna);
-    ordenadas = Ordenar(Claves(*this, columna, rangos));
-    corte = rangos.Corte();
+    OrdenColumna orden = Ordenar(textos, columna);
+    ordenadas = std::move(orden.filas);
+    corte = orden.corte;
     columnaOrdenada = columna;
 }
 
@@ -372,12 +360,12 @@ void ModeloGrid::prepararOrden(int columna) {
         return;
     if (ordenEnCurso.valid())
         ordenEnCurso.wait(); // an older one, out of date: it goes before another starts
-    const Rangos rangos(*this, columna);
-    ordenEnCurso =
-        std::async(std::launch::async, [claves = Claves(*this, columna, rangos)]() mutable {
-            return Ordenar(std::move(claves));
-        });
-    corteEnCurso = rangos.Corte();
+    // The whole sort runs there, on the texts as they are now: the copy shares their buffer,
+    // which a write here meanwhile copies before it changes it, and lets it go when done.
+    ordenEnCurso = std::async(std::launch::async, [copia = textos, columna]() mutable {
+        const TextosGrid instantanea = std::move(copia);
+        return Ordenar(instantanea, columna);
+    });
     columnaEnCurso = columna;
 }
 
@@ -431,11 +419,19 @@ void ModeloGrid::mostrarEmpiezan(int columna, const QString &prefijo, double alt
 }
 
 int ModeloGrid::filaDeModelo(int fila) const {
+    if (nVisibles == 0)
+        return -1;
+    if (visibles.empty()) // every data row shown
+        return fila >= 1 && fila <= nVisibles ? fila - 1 : -1;
     const auto it = std::lower_bound(visibles.begin(), visibles.end(), fila);
     return it != visibles.end() && *it == fila ? int(it - visibles.begin()) : -1;
 }
 
 int ModeloGrid::primeraDesde(int fila) const {
+    if (nVisibles == 0)
+        return -1;
+    if (visibles.empty()) // every data row shown
+        return std::max(fila, 1) <= nVisibles ? std::max(fila, 1) - 1 : -1;
     const auto it = std::lower_bound(visibles.begin(), visibles.end(), fila);
     return it != visibles.end() ? int(it - visibles.begin()) : -1;
 }
@@ -456,11 +452,22 @@ void ModeloGrid::actualizar() {
         // Rows, columns or hidden rows changed: one reset, whatever the number of rows. The
         // view then asks only for what it paints.
         beginResetModel();
-        visibles.clear();
-        visibles.reserve(size_t(nFilas));
-        for (int f = 1; f < nFilas; ++f)
-            if (!ocultas[size_t(f)])
-                visibles.push_back(f);
+        // With every data row shown the map is kept as nothing at all (model row r shows grid
+        // row r + 1): a million rows need no million entries.
+        const auto primeraOculta = std::find(ocultas.begin() + std::min<ptrdiff_t>(1, nFilas),
+                                             ocultas.begin() + nFilas, char(1));
+        std::vector<int>().swap(visibles);
+        if (primeraOculta == ocultas.begin() + nFilas) {
+            nVisibles = std::max(0, nFilas - 1);
+        } else {
+            for (int f = 1; f < nFilas; ++f)
+                if (!ocultas[size_t(f)])
+                    visibles.push_back(f);
+            // A filter that hides every row leaves an empty map, which must not read as all.
+            nVisibles = int(visibles.size());
+            if (visibles.empty())
+                visibles.push_back(0);
+        }
         columnasPublicadas = nColumnas;
         estructuraSucia = textosSucios = titulosSucios = false;
         endResetModel();
@@ -469,8 +476,8 @@ void ModeloGrid::actualizar() {
         const bool celdas = std::exchange(textosSucios, false);
         if (titulos && columnasPublicadas > 0)
             emit headerDataChanged(Qt::Horizontal, 0, columnasPublicadas - 1);
-        if (celdas && !visibles.empty() && columnasPublicadas > 0)
-            emit dataChanged(index(0, 0), index(int(visibles.size()) - 1, columnasPublicadas - 1));
+        if (celdas && nVisibles > 0 && columnasPublicadas > 0)
+            emit dataChanged(index(0, 0), index(nVisibles - 1, columnasPublicadas - 1));
     }
     publicando = false;
 }
