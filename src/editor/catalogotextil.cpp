@@ -45,19 +45,19 @@ void FrmTarifas::ListarProductos_Textil() {
             QString codigoTienda = ValorPropio(codcli);
             grid.setTextMatrix(fila, ColTallaColor::CodigoTienda,
                                codigoTienda.isEmpty() ? codcliP.Texto() : std::move(codigoTienda));
-            grid.setTextMatrix(fila, ColTallaColor::Nombre, nombre.Texto());
-            grid.setTextMatrix(fila, ColTallaColor::Codigo, codigo.Texto());
+            PonerCampo(grid, fila, ColTallaColor::Nombre, nombre);
+            PonerCampo(grid, fila, ColTallaColor::Codigo, codigo);
             // A product without variants is its own sellable unit, marked "-1".
             grid.setTextMatrix(fila, ColTallaColor::CodigoHijo,
                                codigohijo.EsNulo() ? QStringLiteral("-1") : codigohijo.Texto());
             // A size or colour that is missing (or gone from its table) shows empty.
-            grid.setTextMatrix(fila, ColTallaColor::Talla, descTall.Texto());
-            grid.setTextMatrix(fila, ColTallaColor::Color, nomCol.Texto());
+            PonerCampo(grid, fila, ColTallaColor::Talla, descTall);
+            PonerCampo(grid, fila, ColTallaColor::Color, nomCol);
             // The variant's own price, even 0, or else its parent's.
             QString precioPropio = ValorPropio(precioTextil);
             grid.setTextMatrix(fila, ColTallaColor::Precio,
                                precioPropio.isEmpty() ? precio.Texto() : std::move(precioPropio));
-            grid.setTextMatrix(fila, ColTallaColor::Seccion, seccion.Texto());
+            PonerCampo(grid, fila, ColTallaColor::Seccion, seccion);
         };
     });
     // The name filter's order is made while the operator looks at the screen.

@@ -7,6 +7,23 @@
 #include <algorithm>
 #include <optional>
 
+/// Writes a field's text into a cell: a text the database gave in plain ASCII (codes, most
+/// names) goes straight from the recordset's bytes, anything else (accents, numbers, dates)
+/// through its text form. Either way the cell reads as Field::Texto would give it.
+inline void PonerCampo(Grid &grid, int fila, int columna, const ADODB::Field &campo) {
+    QByteArrayView bytes;
+    if (campo.TextoUtf8(bytes)) {
+        uchar o = 0;
+        for (char c : bytes)
+            o |= uchar(c);
+        if (o < 0x80) {
+            grid.setTextMatrix(fila, columna, QLatin1StringView(bytes.data(), bytes.size()));
+            return;
+        }
+    }
+    grid.setTextMatrix(fila, columna, campo.Texto());
+}
+
 /// One listing of the editor into a grid, as all of them go: the statement is read, the grid
 /// gets one row per record under its titles (with no record it keeps its design rows), and
 /// each row is filled. `preparar` is called once with the recordset on its first record, looks

@@ -160,8 +160,13 @@ class TstRecordset : public QObject {
                 if (rs.RecordCount() == pararEn)
                     throw ErrorBD(QStringLiteral("parada en la fila %1").arg(pararEn));
                 QStringList valores;
-                for (int c = 0; c < rs.ColumnCount(); ++c)
+                for (int c = 0; c < rs.ColumnCount(); ++c) {
                     valores << rs.Fields(c).Texto();
+                    // A text kept as UTF-8 is lent in place, the same text.
+                    QByteArrayView bytes;
+                    if (rs.Fields(c).TextoUtf8(bytes))
+                        QCOMPARE(QString::fromUtf8(bytes), valores.last());
+                }
                 leidas << valores.join('|');
                 // Only the row it stands on is held: going back to an earlier one finds none.
                 if (rs.RecordCount() > 1) {

@@ -27,10 +27,19 @@ void Comprobar(const TextosGrid &textos, const QStringList &esperados) {
     }
 }
 
-/// Writes `textos` row-major into `grid`, in the order of `orden` (cell indexes).
+/// Writes `textos` row-major into `grid`, in the order of `orden` (cell indexes); every other
+/// text that fits goes in as Latin-1 bytes, the rest as UTF-16.
 void Escribir(TextosGrid &grid, const QStringList &textos, const QList<int> &orden) {
-    for (int i : orden)
-        grid.poner(size_t(i / grid.columnas()), i % grid.columnas(), textos[i]);
+    for (int i : orden) {
+        const size_t f = size_t(i / grid.columnas());
+        const int c = i % grid.columnas();
+        if (i % 2 != 0 && CabeEnLatin1(textos[i])) {
+            const QByteArray latin1 = textos[i].toLatin1();
+            grid.poner(f, c, QLatin1StringView(latin1));
+        } else {
+            grid.poner(f, c, textos[i]);
+        }
+    }
 }
 
 QList<int> Indices(qsizetype n, bool alReves) {

@@ -32,6 +32,10 @@ QString Field::Texto() const {
     return rs->celdas.Texto(rs->Celda(columna));
 }
 
+bool Field::TextoUtf8(QByteArrayView &bytes) const {
+    return rs->celdas.Utf8(rs->Celda(columna), bytes);
+}
+
 qint32 Field::Entero() const {
     const QVariant v = Value();
     const QString nombre = rs->nombres.at(columna);

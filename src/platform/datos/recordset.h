@@ -33,6 +33,10 @@ class Field {
     bool EsNulo() const;
     /// The value's default text form (regional dates and decimals); Null gives "".
     QString Texto() const;
+    /// True when the value is a text the database gave as UTF-8: then `bytes` are its bytes,
+    /// in place, valid while the recordset stands on this row. A listing copies them without
+    /// making a QString first.
+    bool TextoUtf8(QByteArrayView &bytes) const;
     /// The value as a signed 32-bit whole number; raises ErrorBD when it is Null, not a
     /// number, or does not fit.
     qint32 Entero() const;

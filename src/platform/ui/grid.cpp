@@ -405,6 +405,11 @@ void Grid::setTextMatrix(int fila, int columna, QString &&texto) {
     m->setTexto(fila, columna, texto);
 }
 
+void Grid::setTextMatrix(int fila, int columna, QLatin1StringView texto) {
+    comprobarCelda("TextMatrix", fila, columna);
+    m->setTexto(fila, columna, texto);
+}
+
 void Grid::Clear() {
     m->setFilas(1);
     m->setFilas(2);

@@ -83,6 +83,8 @@ class Grid : public Control {
     QString TextMatrix(int fila, int columna) const;
     void setTextMatrix(int fila, int columna, const QString &texto);
     void setTextMatrix(int fila, int columna, QString &&texto);
+    /// The same, from Latin-1 (or plain ASCII) bytes, with no QString made on the way.
+    void setTextMatrix(int fila, int columna, QLatin1StringView texto);
 
     double RowHeight(int fila) const;
     void setRowHeight(int fila, double twips);

@@ -115,6 +115,15 @@ void ModeloGrid::setColumnas(int n) {
 
 void ModeloGrid::setTexto(int fila, int columna, QStringView t) {
     textos.poner(size_t(fila), columna, t);
+    escrito(fila, columna);
+}
+
+void ModeloGrid::setTexto(int fila, int columna, QLatin1StringView t) {
+    textos.poner(size_t(fila), columna, t);
+    escrito(fila, columna);
+}
+
+void ModeloGrid::escrito(int fila, int columna) {
     if (columna == columnaOrdenada)
         columnaOrdenada = -1;
     if (columna == columnaEnCurso)

@@ -58,6 +58,7 @@ class ModeloGrid : public QAbstractTableModel {
     /// The text as it is kept, for a caller that only reads it: valid until the next write.
     VistaTexto vista(int fila, int columna) const { return textos.vista(size_t(fila), columna); }
     void setTexto(int fila, int columna, QStringView t);
+    void setTexto(int fila, int columna, QLatin1StringView t);
 
     AlineacionColumna alineacion(int columna) const { return alineaciones[size_t(columna)]; }
     void setAlineacion(int columna, AlineacionColumna a);
@@ -114,6 +115,8 @@ class ModeloGrid : public QAbstractTableModel {
 
   private:
     void programar();
+    /// What a write of a cell leaves to do: the order of its column dropped, a publication.
+    void escrito(int fila, int columna);
     void ordenarColumna(int columna);
     /// The first and one-past-last positions in `ordenadas` of the rows starting with `prefijo`.
     std::pair<size_t, size_t> rangoEmpiezan(QStringView prefijo) const;

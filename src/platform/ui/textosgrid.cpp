@@ -109,30 +109,42 @@ VistaTexto TextosGrid::vista(size_t fila, int columna) const {
 }
 
 void TextosGrid::poner(size_t fila, int columna, QStringView texto) {
-    const bool enLatin1 = EnLatin1(texto);
-    if (fila == filaFinal && anadirAlFinal(columna, texto, enLatin1))
+    ponerVista(fila, columna, VistaTexto::De(texto), EnLatin1(texto));
+}
+
+void TextosGrid::poner(size_t fila, int columna, QLatin1StringView texto) {
+    ponerVista(fila, columna, {texto.data(), texto.size(), false}, false);
+}
+
+void TextosGrid::ponerVista(size_t fila, int columna, VistaTexto texto, bool estrechar) {
+    // An empty text on an empty cell changes nothing: a listing writes many (no size, no
+    // colour), and the row need not be composed again for them.
+    if (texto.largo == 0 && vista(fila, columna).largo == 0)
         return;
-    componer(posiciones[fila], columna, VistaTexto::De(texto), enLatin1, nColumnas);
+    if (fila == filaFinal && anadirAlFinal(columna, texto, estrechar))
+        return;
+    componer(posiciones[fila], columna, texto, estrechar, nColumnas);
     colocar(fila);
 }
 
-bool TextosGrid::anadirAlFinal(int columna, QStringView texto, bool enLatin1) {
+bool TextosGrid::anadirAlFinal(int columna, VistaTexto texto, bool estrechar) {
     // The row at the end of the buffer gets a cell after its last one: the cells go on after
     // it, as a listing writes a row from left to right, and only the count at its start
     // changes (while it fits in one byte).
     const size_t inicio = posiciones[filaFinal];
     const uchar cuenta = uchar(datos.at(qsizetype(inicio)));
-    if (texto.isEmpty() || cuenta >= 0x80 || columna < cuenta || columna >= 0x7f)
+    if (texto.largo == 0 || cuenta >= 0x80 || columna < cuenta || columna >= 0x7f)
         return false;
+    const bool utf16 = texto.utf16 && !estrechar;
     const size_t huecos = size_t(columna - cuenta); // empty cells in between
-    const quint64 cabecera = quint64(texto.size()) * 2 + (enLatin1 ? 0 : 1);
+    const quint64 cabecera = quint64(texto.largo) * 2 + (utf16 ? 1 : 0);
     size_t largoCabecera = 0;
     for (quint64 v = cabecera; largoCabecera == 0 || v; v >>= 7)
         ++largoCabecera;
     const size_t desde = size_t(datos.size());
-    const size_t relleno = !enLatin1 && (desde + huecos + largoCabecera) % 2 != 0 ? 1 : 0;
+    const size_t relleno = utf16 && (desde + huecos + largoCabecera) % 2 != 0 ? 1 : 0;
     const size_t total =
-        desde + huecos + largoCabecera + relleno + size_t(texto.size()) * (enLatin1 ? 1 : 2);
+        desde + huecos + largoCabecera + relleno + size_t(texto.largo) * (utf16 ? 2 : 1);
     if (total > MaximoBytes)
         return false;
     if (total > size_t(datos.capacity()))
@@ -149,12 +161,12 @@ bool TextosGrid::anadirAlFinal(int columna, QStringView texto, bool enLatin1) {
     }
     if (relleno)
         *p++ = '\0';
-    const char16_t *origen = texto.utf16();
-    if (enLatin1) {
-        for (qsizetype i = 0; i < texto.size(); ++i)
+    if (estrechar) {
+        const auto *origen = reinterpret_cast<const char16_t *>(texto.datos);
+        for (qsizetype i = 0; i < texto.largo; ++i)
             p[i] = char(origen[i]);
     } else {
-        std::memcpy(p, origen, size_t(texto.size()) * 2);
+        std::memcpy(p, texto.datos, size_t(texto.largo) * (utf16 ? 2 : 1));
     }
     datos.data()[inicio] = char(columna + 1);
     return true;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QLatin1StringView>
 #include <QString>
 #include <QStringView>
 
@@ -55,6 +56,8 @@ class TextosGrid {
     QString texto(size_t fila, int columna) const { return vista(fila, columna).texto(); }
     /// Raises std::length_error, changing nothing, when the texts would outgrow 4 GiB.
     void poner(size_t fila, int columna, QStringView texto);
+    /// The same, from Latin-1 bytes (plain ASCII is Latin-1 too).
+    void poner(size_t fila, int columna, QLatin1StringView texto);
 
     /// The bytes the buffer holds, live and left behind.
     size_t bytes() const { return size_t(datos.size()); }
@@ -69,7 +72,9 @@ class TextosGrid {
     /// Adds `texto` as cell `columna` of row filaFinal when that cell lies after the row's
     /// last one; false, having changed nothing, when it doesn't (or the row's count of cells
     /// would outgrow a byte).
-    bool anadirAlFinal(int columna, QStringView texto, bool enLatin1);
+    bool anadirAlFinal(int columna, VistaTexto texto, bool estrechar);
+    /// Writes `texto` (UTF-16 to be narrowed to Latin-1 when `estrechar`) into the cell.
+    void ponerVista(size_t fila, int columna, VistaTexto texto, bool estrechar);
     /// Puts the row in `borrador` in the place of row `fila`.
     void colocar(size_t fila);
     void compactar();
