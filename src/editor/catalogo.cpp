@@ -16,11 +16,11 @@ void FrmTarifas::ListarProductos() {
                              codigo = rs.Fields(QStringLiteral("codigo")),
                              precio = rs.Fields(QStringLiteral("precio")),
                              seccion = rs.Fields(QStringLiteral("seccion"))](int fila) {
-                         grid.setTextMatrix(fila, ColLlano::CodigoTienda, codigocliente.Texto());
-                         grid.setTextMatrix(fila, ColLlano::Nombre, nombre.Texto());
-                         grid.setTextMatrix(fila, ColLlano::Codigo, codigo.Texto());
-                         grid.setTextMatrix(fila, ColLlano::Precio, precio.Texto());
-                         grid.setTextMatrix(fila, ColLlano::Seccion, seccion.Texto());
+                         PonerCampo(grid, fila, ColLlano::CodigoTienda, codigocliente);
+                         PonerCampo(grid, fila, ColLlano::Nombre, nombre);
+                         PonerCampo(grid, fila, ColLlano::Codigo, codigo);
+                         PonerCampo(grid, fila, ColLlano::Precio, precio);
+                         PonerCampo(grid, fila, ColLlano::Seccion, seccion);
                      };
                  });
     // The name filter's order is made while the operator looks at the screen.

@@ -7,10 +7,13 @@
 
 namespace {
 
-/// The variant's own value as text, "" when it is Null or an empty text: then the parent's
+/// Whether the variant has no value of its own: Null or an empty text, and then the parent's
 /// stands instead. A price of 0 is a value of its own ("0").
-QString ValorPropio(const ADODB::Field &campo) {
-    return campo.EsNulo() ? QString() : campo.Texto();
+bool SinValorPropio(const ADODB::Field &campo) {
+    if (campo.EsNulo())
+        return true;
+    QByteArrayView bytes;
+    return campo.TextoUtf8(bytes) ? bytes.isEmpty() : campo.Texto().isEmpty();
 }
 
 } // namespace
@@ -42,22 +45,22 @@ void FrmTarifas::ListarProductos_Textil() {
                 precioTextil = rs.Fields(QStringLiteral("precioTextil")),
                 seccion = rs.Fields(QStringLiteral("seccion"))](int fila) {
             // The variant's own shop code, or else its parent's.
-            QString codigoTienda = ValorPropio(codcli);
-            grid.setTextMatrix(fila, ColTallaColor::CodigoTienda,
-                               codigoTienda.isEmpty() ? codcliP.Texto() : std::move(codigoTienda));
-            grid.setTextMatrix(fila, ColTallaColor::Nombre, nombre.Texto());
-            grid.setTextMatrix(fila, ColTallaColor::Codigo, codigo.Texto());
+            PonerCampo(grid, fila, ColTallaColor::CodigoTienda,
+                       SinValorPropio(codcli) ? codcliP : codcli);
+            PonerCampo(grid, fila, ColTallaColor::Nombre, nombre);
+            PonerCampo(grid, fila, ColTallaColor::Codigo, codigo);
             // A product without variants is its own sellable unit, marked "-1".
-            grid.setTextMatrix(fila, ColTallaColor::CodigoHijo,
-                               codigohijo.EsNulo() ? QStringLiteral("-1") : codigohijo.Texto());
+            if (codigohijo.EsNulo())
+                grid.setTextMatrix(fila, ColTallaColor::CodigoHijo, QLatin1StringView("-1"));
+            else
+                PonerCampo(grid, fila, ColTallaColor::CodigoHijo, codigohijo);
             // A size or colour that is missing (or gone from its table) shows empty.
-            grid.setTextMatrix(fila, ColTallaColor::Talla, descTall.Texto());
-            grid.setTextMatrix(fila, ColTallaColor::Color, nomCol.Texto());
+            PonerCampo(grid, fila, ColTallaColor::Talla, descTall);
+            PonerCampo(grid, fila, ColTallaColor::Color, nomCol);
             // The variant's own price, even 0, or else its parent's.
-            QString precioPropio = ValorPropio(precioTextil);
-            grid.setTextMatrix(fila, ColTallaColor::Precio,
-                               precioPropio.isEmpty() ? precio.Texto() : std::move(precioPropio));
-            grid.setTextMatrix(fila, ColTallaColor::Seccion, seccion.Texto());
+            PonerCampo(grid, fila, ColTallaColor::Precio,
+                       SinValorPropio(precioTextil) ? precio : precioTextil);
+            PonerCampo(grid, fila, ColTallaColor::Seccion, seccion);
         };
     });
     // The name filter's order is made while the operator looks at the screen.

@@ -6,6 +6,8 @@
 #include "columnas.h"
 #include "listado.h"
 
+#include "intercambio/preciosdelista.h"
+
 #include <cmath>
 
 namespace {
@@ -59,25 +61,19 @@ void FrmTarifas::ListarProductosLista() {
     // With no price the grid keeps its design rows: the titles and one empty row, which the
     // first price saved takes.
     Grid &grid = *grid_Pseleccionados;
-    ListarEnGrid(
-        grid,
-        QStringLiteral("Select productos.codigocliente,productos.nombre,productos.codigo,"
-                       "detalle_precio.precio from productos,detalle_precio where "
-                       "productos.borrar =0 and productos.codigo=detalle_precio.producto and "
-                       "detalle_precio.identificador = ") +
-            lista + QStringLiteral(" order by nombre asc"),
-        [&grid](ADODB::Recordset &rs) {
-            return [&grid, codigocliente = rs.Fields(QStringLiteral("codigocliente")),
-                    nombre = rs.Fields(QStringLiteral("nombre")),
-                    codigo = rs.Fields(QStringLiteral("codigo")),
-                    precio = rs.Fields(QStringLiteral("precio"))](int fila) {
-                grid.setTextMatrix(fila, ColLlano::CodigoTienda, codigocliente.Texto());
-                grid.setTextMatrix(fila, ColLlano::Nombre, nombre.Texto());
-                grid.setTextMatrix(fila, ColLlano::Codigo, codigo.Texto());
-                // The price of this list, never the product's standard one.
-                grid.setTextMatrix(fila, ColLlano::Precio, precio.Texto());
-            };
-        });
+    // The same statement an export reads: the grid's order and the file's are one.
+    ListarEnGrid(grid, SentenciaPreciosLista(lista), [&grid](ADODB::Recordset &rs) {
+        return [&grid, codigocliente = rs.Fields(QStringLiteral("codigocliente")),
+                nombre = rs.Fields(QStringLiteral("nombre")),
+                codigo = rs.Fields(QStringLiteral("codigo")),
+                precio = rs.Fields(QStringLiteral("precio"))](int fila) {
+            grid.setTextMatrix(fila, ColLlano::CodigoTienda, codigocliente.Texto());
+            grid.setTextMatrix(fila, ColLlano::Nombre, nombre.Texto());
+            grid.setTextMatrix(fila, ColLlano::Codigo, codigo.Texto());
+            // The price of this list, never the product's standard one.
+            grid.setTextMatrix(fila, ColLlano::Precio, precio.Texto());
+        };
+    });
 }
 
 void FrmTarifas::ListarProductosLista_textil() {
@@ -93,38 +89,31 @@ void FrmTarifas::ListarProductosLista_textil() {
         ~AlTerminar() { variantes.reset(); }
     } alTerminar{variantesDeLista};
     Grid &grid = *grid_Pseleccionados;
-    ListarEnGrid(
-        grid,
-        QStringLiteral("select producto,codproductotextil,productos.nombre,productos.codigocliente,"
-                       "detalle_precio.precio from detalle_precio,productos where "
-                       "productos.codigo = detalle_precio.producto and "
-                       "detalle_precio.identificador = ") +
-            lista,
-        [this, &grid](ADODB::Recordset &rs) {
-            return [this, &grid, producto = rs.Fields(QStringLiteral("producto")),
-                    codproductotextil = rs.Fields(QStringLiteral("codproductotextil")),
-                    nombre = rs.Fields(QStringLiteral("nombre")),
-                    codigocliente = rs.Fields(QStringLiteral("codigocliente")),
-                    precio = rs.Fields(QStringLiteral("precio"))](int fila) {
-                // Null where the row was saved in the plain mode: it is looked for as "", and
-                // like "-1" (a product without variants) it finds no ordinary variant, so no
-                // size or colour shows.
-                const QString codHijo =
-                    codproductotextil.EsNulo() ? QString() : codproductotextil.Texto();
-                QString codProd = producto.Texto();
-                QString color, codCliente;
-                QString talla = obtenerTallaYColor(codProd, codHijo, color, codCliente);
-                grid.setTextMatrix(fila, ColTallaColor::CodigoTienda,
-                                   codCliente.isEmpty() ? codigocliente.Texto()
-                                                        : std::move(codCliente));
-                grid.setTextMatrix(fila, ColTallaColor::Nombre, nombre.Texto());
-                grid.setTextMatrix(fila, ColTallaColor::Codigo, std::move(codProd));
-                grid.setTextMatrix(fila, ColTallaColor::CodigoHijo, codHijo);
-                grid.setTextMatrix(fila, ColTallaColor::Talla, std::move(talla));
-                grid.setTextMatrix(fila, ColTallaColor::Color, std::move(color));
-                grid.setTextMatrix(fila, ColTallaColor::Precio, precio.Texto());
-            };
-        });
+    ListarEnGrid(grid, SentenciaPreciosLista_textil(lista), [this, &grid](ADODB::Recordset &rs) {
+        return [this, &grid, producto = rs.Fields(QStringLiteral("producto")),
+                codproductotextil = rs.Fields(QStringLiteral("codproductotextil")),
+                nombre = rs.Fields(QStringLiteral("nombre")),
+                codigocliente = rs.Fields(QStringLiteral("codigocliente")),
+                precio = rs.Fields(QStringLiteral("precio"))](int fila) {
+            // Null where the row was saved in the plain mode: it is looked for as "", and
+            // like "-1" (a product without variants) it finds no ordinary variant, so no
+            // size or colour shows.
+            const QString codHijo =
+                codproductotextil.EsNulo() ? QString() : codproductotextil.Texto();
+            QString codProd = producto.Texto();
+            QString color, codCliente;
+            QString talla = obtenerTallaYColor(codProd, codHijo, color, codCliente);
+            grid.setTextMatrix(fila, ColTallaColor::CodigoTienda,
+                               codCliente.isEmpty() ? codigocliente.Texto()
+                                                    : std::move(codCliente));
+            grid.setTextMatrix(fila, ColTallaColor::Nombre, nombre.Texto());
+            grid.setTextMatrix(fila, ColTallaColor::Codigo, std::move(codProd));
+            grid.setTextMatrix(fila, ColTallaColor::CodigoHijo, codHijo);
+            grid.setTextMatrix(fila, ColTallaColor::Talla, std::move(talla));
+            grid.setTextMatrix(fila, ColTallaColor::Color, std::move(color));
+            grid.setTextMatrix(fila, ColTallaColor::Precio, precio.Texto());
+        };
+    });
 }
 
 QString FrmTarifas::obtenerTallaYColor(const QString &codProd, const QString &codHijo,

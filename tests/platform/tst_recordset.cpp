@@ -135,6 +135,60 @@ class TstRecordset : public QObject {
         ADODB::Connection cerrada;
         QVERIFY(ErrorDe([&] { rs.Open(sentencia, cerrada); }).contains("no está abierta"));
     }
+
+    // A result walked a row at a time: each row handed over in order with its values, the
+    // count of rows read so far, nothing held after; a failure, of the statement or of the
+    // one that reads the rows, ends the walk with its reason and leaves the recordset closed.
+    void recorrer_data() {
+        // pararEn: the row whose reading raises (0: none); error: words of the refusal
+        const auto caso = Pruebas::Tabla<QString, int, QStringList, QString>();
+        const QString variantes = QStringLiteral(
+            "select codigohijo, codcliente, descripcioncorta from productostextil join tallas on "
+            "tallas.codigo = productostextil.talla order by codigohijo");
+        caso("cada fila en orden, un Null vacío", variantes, 0,
+             QStringList{"0201|V7-0201|XS", "0202||XL"}, QString());
+        caso("ninguna fila", variantes + QStringLiteral(" limit 0"), 0, QStringList{}, QString());
+        caso("quien lee falla en la segunda", variantes, 2, QStringList{"0201|V7-0201|XS"},
+             "parada en la fila 2");
+        caso("la sentencia falla", "select * from tarifas_que_no_existen", 0, QStringList{},
+             "no such table");
+    }
+    void recorrer() {
+        const auto [sentencia, pararEn, esperadas, motivo] =
+            Pruebas::Fila<QString, int, QStringList, QString>();
+        ADODB::Recordset rs;
+        QStringList leidas;
+        const QString error = ErrorDe([&, pararEn = pararEn] {
+            rs.Recorrer(sentencia, *conexion, [&] {
+                QCOMPARE(rs.RecordCount(), leidas.size() + 1);
+                if (rs.RecordCount() == pararEn)
+                    throw ErrorBD(QStringLiteral("parada en la fila %1").arg(pararEn));
+                QStringList valores;
+                for (int c = 0; c < rs.ColumnCount(); ++c) {
+                    valores << rs.Fields(c).Texto();
+                    // A text kept as UTF-8 is lent in place, the same text.
+                    QByteArrayView bytes;
+                    if (rs.Fields(c).TextoUtf8(bytes))
+                        QCOMPARE(QString::fromUtf8(bytes), valores.last());
+                }
+                leidas << valores.join('|');
+                // Only the row it stands on is held: going back to an earlier one finds none.
+                if (rs.RecordCount() > 1) {
+                    rs.MoveFirst();
+                    QVERIFY(ErrorDe([&] { rs.Fields(0).Texto(); }).contains("No hay fila actual"));
+                }
+            });
+        });
+        QCOMPARE(leidas, esperadas);
+        if (motivo.isEmpty())
+            QVERIFY2(error.isNull(), qPrintable(error));
+        else
+            QVERIFY2(error.contains(motivo), qPrintable(error));
+        QVERIFY(ErrorDe([&] { rs.Fields(0); }).contains("cerrado"));
+        // The connection is free for the next statement.
+        rs.Open(QStringLiteral("select count(*) as n from tallas"), *conexion);
+        QCOMPARE(rs.Fields(QStringLiteral("n")).Entero(), 2);
+    }
 };
 
 TARIFAS_PRUEBAS_SIN_VENTANAS(TstRecordset)

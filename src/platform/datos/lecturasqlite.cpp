@@ -145,7 +145,7 @@ void LeerValor(sqlite3_stmt *st, int c, Clase clase, ValoresResultado &valores) 
 } // namespace
 
 bool LeerSQLite(const QSqlDatabase &base, const QString &sentencia, const QVariantList &valores,
-                LecturaSQLite &lectura) {
+                LecturaSQLite &lectura, const std::function<void()> &porFila) {
     if (base.driverName() != QLatin1String("QSQLITE") || !base.isOpen() || !base.driver())
         return false;
     const QVariant handle = base.driver()->handle();
@@ -198,6 +198,10 @@ bool LeerSQLite(const QSqlDatabase &base, const QString &sentencia, const QVaria
         for (int c = 0; c < columnas; ++c)
             LeerValor(st.get(), c, clases[size_t(c)], lectura.valores);
         ++lectura.filas;
+        if (porFila) {
+            porFila();
+            lectura.valores.vaciar();
+        }
     }
     return true;
 }

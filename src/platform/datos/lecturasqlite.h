@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <QVariantList>
 
+#include <functional>
+
 /// A result read straight through SQLite's own interface, on the handle of an open Qt SQLite
 /// database: no value passes through Qt's driver, and each column's declared type is looked at
 /// once, not once per value. The values come out as the SQLite dialect normalises them.
@@ -27,5 +29,9 @@ struct FalloSQLite {
 /// result. Gives false, having run nothing, when `base` is not an open SQLite database whose
 /// handle can be reached. Raises FalloSQLite when SQLite can't prepare or run the statement,
 /// and ErrorBD when it holds more than one statement or has another number of placeholders.
+///
+/// With `porFila`, the result is never held whole: each row is handed over as soon as it is
+/// read, its values alone in `lectura.valores` (lectura.filas counts it), and dropped after.
+/// What `porFila` raises ends the reading and goes through.
 bool LeerSQLite(const QSqlDatabase &base, const QString &sentencia, const QVariantList &valores,
-                LecturaSQLite &lectura);
+                LecturaSQLite &lectura, const std::function<void()> &porFila = {});

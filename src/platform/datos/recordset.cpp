@@ -32,6 +32,10 @@ QString Field::Texto() const {
     return rs->celdas.Texto(rs->Celda(columna));
 }
 
+bool Field::TextoUtf8(QByteArrayView &bytes) const {
+    return rs->celdas.Utf8(rs->Celda(columna), bytes);
+}
+
 qint32 Field::Entero() const {
     const QVariant v = Value();
     const QString nombre = rs->nombres.at(columna);
@@ -92,6 +96,24 @@ void Recordset::Open(const QString &sentencia, Connection &conexion, int cursorT
 void Recordset::Open(const QString &sentencia, const QVariantList &valores, Connection &conexion,
                      int, int, int) {
     Close();
+    Leer(conexion, sentencia, valores, {});
+    posicion = 0;
+    primera = 0;
+    abierto = true;
+}
+
+void Recordset::Recorrer(const QString &sentencia, Connection &conexion,
+                         const std::function<void()> &porFila, const QVariantList &valores) {
+    Close();
+    struct Cierre {
+        Recordset &rs;
+        ~Cierre() { rs.Close(); }
+    } cierre{*this};
+    Leer(conexion, sentencia, valores, porFila);
+}
+
+void Recordset::Leer(Connection &conexion, const QString &sentencia, const QVariantList &valores,
+                     const std::function<void()> &porFila) {
     if (!conexion.Abierta())
         throw ErrorBD(QStringLiteral("La conexión no está abierta.\nSentencia: ") + sentencia);
     // First, as a use of the connection: one that was lost is opened again here.
@@ -101,26 +123,43 @@ void Recordset::Open(const QString &sentencia, const QVariantList &valores, Conn
 
     LecturaSQLite sqlite;
     bool leida = false;
+    std::function<void()> enFila;
+    if (porFila)
+        enFila = [&] { EnFila(sqlite.nombres, sqlite.valores, sqlite.filas, porFila); };
     try {
-        if (!conexion.Ejecutar([&] { return leida = LeerSQLite(base, texto, valores, sqlite); }) &&
+        if (!conexion.Ejecutar(
+                [&] { return leida = LeerSQLite(base, texto, valores, sqlite, enFila); }) &&
             leida)
             throw conexion.Fallo(QSqlError(), texto);
     } catch (const FalloSQLite &fallo) {
         throw conexion.Fallo(fallo.error, texto);
     }
-    if (leida) {
+    if (!leida) {
+        LeerConQt(conexion, dialecto, texto, valores, porFila);
+    } else if (!porFila) {
         nombres = std::move(sqlite.nombres);
         celdas = std::move(sqlite.valores);
         filas = sqlite.filas;
-    } else {
-        LeerConQt(conexion, dialecto, texto, valores);
     }
-    posicion = 0;
-    abierto = true;
+}
+
+void Recordset::EnFila(const QStringList &columnas, ValoresResultado &fila, int leidas,
+                       const std::function<void()> &porFila) {
+    if (!abierto) {
+        nombres = columnas;
+        abierto = true;
+    }
+    // The row's values are lent to the recordset while `porFila` reads them, and go back to
+    // the reading to hold the next row in the same memory.
+    std::swap(celdas, fila);
+    filas = leidas;
+    posicion = primera = leidas - 1;
+    porFila();
+    std::swap(celdas, fila);
 }
 
 void Recordset::LeerConQt(Connection &conexion, const Dialecto &dialecto, const QString &texto,
-                          const QVariantList &valores) {
+                          const QVariantList &valores, const std::function<void()> &porFila) {
     QSqlQuery q(std::as_const(conexion).Base());
     // Every result is read whole and at once, so the driver need not keep rows behind us.
     q.setForwardOnly(true);
@@ -152,11 +191,17 @@ void Recordset::LeerConQt(Connection &conexion, const Dialecto &dialecto, const 
                 leidas.Anadir(dialecto.Normalizar(valor, tipos.at(c)));
             }
             ++cuenta;
+            if (porFila) {
+                EnFila(leidos, leidas, cuenta, porFila);
+                leidas.vaciar();
+            }
         }
         return !q.lastError().isValid();
     });
     if (!ok)
         throw conexion.Fallo(q.lastError(), texto);
+    if (porFila)
+        return;
     nombres = std::move(leidos);
     celdas = std::move(leidas);
     filas = cuenta;
@@ -167,6 +212,7 @@ void Recordset::Close() {
     celdas.clear();
     filas = 0;
     posicion = 0;
+    primera = 0;
     abierto = false;
 }
 
@@ -205,11 +251,12 @@ Field Recordset::Fields(int indice) const {
 size_t Recordset::Celda(int columna) const {
     if (!abierto)
         throw ErrorBD(QStringLiteral("El recordset está cerrado."));
-    if (posicion < 0 || posicion >= filas)
+    // A recordset walked row by row holds only the row it stands on.
+    if (posicion < primera || posicion >= filas)
         throw ErrorBD(QStringLiteral("No hay fila actual: la consulta no dio filas o ya se leyó la "
                                      "última (campo \"%1\").")
                           .arg(nombres.value(columna)));
-    return size_t(posicion) * size_t(nombres.size()) + size_t(columna);
+    return size_t(posicion - primera) * size_t(nombres.size()) + size_t(columna);
 }
 
 } // namespace ADODB

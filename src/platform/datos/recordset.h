@@ -8,6 +8,8 @@
 #include <QVariant>
 #include <QVariantList>
 
+#include <functional>
+
 namespace ADODB {
 
 enum CursorTypeEnum {
@@ -31,6 +33,10 @@ class Field {
     bool EsNulo() const;
     /// The value's default text form (regional dates and decimals); Null gives "".
     QString Texto() const;
+    /// True when the value is a text the database gave as UTF-8: then `bytes` are its bytes,
+    /// in place, valid while the recordset stands on this row. A listing copies them without
+    /// making a QString first.
+    bool TextoUtf8(QByteArrayView &bytes) const;
     /// The value as a signed 32-bit whole number; raises ErrorBD when it is Null, not a
     /// number, or does not fit.
     qint32 Entero() const;
@@ -65,6 +71,14 @@ class Recordset {
               int cursorType = adOpenStatic, int lockType = adLockOptimistic,
               int options = adCmdUnspecified);
     void Close();
+    /// Runs `sentencia` (with `valores` bound to its "?" placeholders, as Open) and hands its
+    /// rows to `porFila` one at a time, as they are read, with the recordset standing on each:
+    /// Fields read it and RecordCount counts the rows read so far. No row is kept once handed
+    /// over, so a result of a million rows never lies whole in memory beside what the caller
+    /// makes of it. The recordset is closed afterwards, and also when the statement fails or
+    /// `porFila` raises (which ends the reading and goes through).
+    void Recorrer(const QString &sentencia, Connection &conexion,
+                  const std::function<void()> &porFila, const QVariantList &valores = {});
 
     int RecordCount() const { return filas; }
     bool Eof() const { return posicion >= filas; }
@@ -85,12 +99,19 @@ class Recordset {
     size_t Celda(int columna) const;
     /// Runs `texto` through Qt's driver and keeps its rows: every database but SQLite.
     void LeerConQt(Connection &conexion, const Dialecto &dialecto, const QString &texto,
-                   const QVariantList &valores);
+                   const QVariantList &valores, const std::function<void()> &porFila);
+    /// Reads the adapted `texto` whole, or row by row into `porFila` when it is given.
+    void Leer(Connection &conexion, const QString &sentencia, const QVariantList &valores,
+              const std::function<void()> &porFila);
+    /// Stands on the row just read, held alone in `fila`, and hands it to `porFila`.
+    void EnFila(const QStringList &columnas, ValoresResultado &fila, int leidas,
+                const std::function<void()> &porFila);
 
     QStringList nombres;
     ValoresResultado celdas; // row-major, filas x nombres.size()
     int filas = 0;
     int posicion = 0;
+    int primera = 0; ///< the row of the first values in `celdas` (a row at a time: the current)
     bool abierto = false;
 };
 

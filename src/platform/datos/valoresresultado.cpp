@@ -81,6 +81,12 @@ void ValoresResultado::clear() {
     std::vector<QVariant>().swap(otros);
 }
 
+void ValoresResultado::vaciar() {
+    celdas.clear();
+    utf8.clear();
+    otros.clear();
+}
+
 QString ValoresResultado::TextoUtf8(const Celda &c) const {
     // An empty text is a value, not a Null: it stays an empty (non-null) string.
     if (c.largo == 0)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QDate>
 #include <QString>
 #include <QVariant>
@@ -29,8 +30,18 @@ class ValoresResultado {
 
     size_t size() const { return celdas.size(); }
     void clear();
+    /// Empties it and keeps its memory, for the next row of a result read one row at a time.
+    void vaciar();
 
     bool EsNulo(size_t i) const { return celdas[i].tipo == Tipo::Nulo; }
+    /// True when the value is a text kept as UTF-8: then `bytes` are its bytes, in place.
+    bool Utf8(size_t i, QByteArrayView &bytes) const {
+        const Celda &c = celdas[i];
+        if (c.tipo != Tipo::Utf8)
+            return false;
+        bytes = QByteArrayView(utf8.data() + c.posicion, qsizetype(c.largo));
+        return true;
+    }
     QVariant Valor(size_t i) const;
     /// The default text form (regional dates and decimals); Null gives "".
     QString Texto(size_t i) const;

@@ -390,19 +390,24 @@ int Grid::FixedRows() const {
     return 1;
 }
 
-const QString &Grid::TextMatrix(int fila, int columna) const {
+QString Grid::TextMatrix(int fila, int columna) const {
     comprobarCelda("TextMatrix", fila, columna);
     return m->texto(fila, columna);
 }
 
 void Grid::setTextMatrix(int fila, int columna, const QString &texto) {
     comprobarCelda("TextMatrix", fila, columna);
-    m->setTexto(fila, columna, QString(texto));
+    m->setTexto(fila, columna, texto);
 }
 
 void Grid::setTextMatrix(int fila, int columna, QString &&texto) {
     comprobarCelda("TextMatrix", fila, columna);
-    m->setTexto(fila, columna, std::move(texto));
+    m->setTexto(fila, columna, texto);
+}
+
+void Grid::setTextMatrix(int fila, int columna, QLatin1StringView texto) {
+    comprobarCelda("TextMatrix", fila, columna);
+    m->setTexto(fila, columna, texto);
 }
 
 void Grid::Clear() {

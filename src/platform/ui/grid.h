@@ -14,8 +14,8 @@ enum class AlineacionColumna { Izquierda, Centrado, Derecha };
 
 /// The grid control (MSFlexGrid): a table of texts addressed by (row, column), row 0 being
 /// the title row and data starting at row 1 (FixedRows 1). Behind it stand a table model
-/// and a view; the texts live in one row-major vector, so filling 100,000 rows costs little
-/// more than building their strings.
+/// and a view; the texts live compactly, row after row in one buffer (TextosGrid), so a
+/// million rows cost little more than their characters.
 ///
 /// Hiding: a data row whose RowHeight is set to 0 is hidden, and setting any height above 0
 /// shows it again. The view is told once, after the current batch of changes (when control
@@ -79,9 +79,12 @@ class Grid : public Control {
     int TopRow() const;
     void setTopRow(int fila);
 
-    const QString &TextMatrix(int fila, int columna) const;
+    /// The cell's text, made from the compact form the grid keeps it in.
+    QString TextMatrix(int fila, int columna) const;
     void setTextMatrix(int fila, int columna, const QString &texto);
     void setTextMatrix(int fila, int columna, QString &&texto);
+    /// The same, from Latin-1 (or plain ASCII) bytes, with no QString made on the way.
+    void setTextMatrix(int fila, int columna, QLatin1StringView texto);
 
     double RowHeight(int fila) const;
     void setRowHeight(int fila, double twips);

@@ -25,20 +25,17 @@ Qt::Alignment AAlineacion(AlineacionColumna a) {
 
 ModeloGrid::ModeloGrid(int filas, int columnas, QObject *padre)
     : QAbstractTableModel(padre), nFilas(filas), nColumnas(columnas),
-      textos(size_t(filas) * size_t(columnas)),
-      alineaciones(size_t(columnas), AlineacionColumna::Izquierda),
+      textos(size_t(filas), columnas), alineaciones(size_t(columnas), AlineacionColumna::Izquierda),
       anchos(size_t(columnas), AnchoColumnaPorOmision), ocultas(size_t(filas), 0),
       columnasPublicadas(columnas) {
     // Nothing is hidden yet: every data row is shown from the start.
-    visibles.reserve(size_t(filas));
-    for (int f = 1; f < filas; ++f)
-        visibles.push_back(f);
+    nVisibles = std::max(0, filas - 1);
 }
 
 ModeloGrid::~ModeloGrid() = default;
 
 int ModeloGrid::rowCount(const QModelIndex &padre) const {
-    return padre.isValid() ? 0 : int(visibles.size());
+    return padre.isValid() ? 0 : nVisibles;
 }
 
 int ModeloGrid::columnCount(const QModelIndex &padre) const {
@@ -46,10 +43,9 @@ int ModeloGrid::columnCount(const QModelIndex &padre) const {
 }
 
 QVariant ModeloGrid::data(const QModelIndex &indice, int rol) const {
-    if (!indice.isValid() || indice.row() >= int(visibles.size()) ||
-        indice.column() >= columnasPublicadas)
+    if (!indice.isValid() || indice.row() >= nVisibles || indice.column() >= columnasPublicadas)
         return {};
-    const int fila = visibles[size_t(indice.row())];
+    const int fila = filaDeGrid(indice.row());
     const int columna = indice.column();
     // The storage may have shrunk since the last publication; the reset is on its way.
     if (fila >= nFilas || columna >= nColumnas)
@@ -68,9 +64,9 @@ QVariant ModeloGrid::data(const QModelIndex &indice, int rol) const {
 
 QVariant ModeloGrid::headerData(int seccion, Qt::Orientation orientacion, int rol) const {
     if (orientacion == Qt::Vertical) {
-        if (seccion < 0 || seccion >= int(visibles.size()) || rol != Qt::DisplayRole)
+        if (seccion < 0 || seccion >= nVisibles || rol != Qt::DisplayRole)
             return {};
-        return visibles[size_t(seccion)];
+        return filaDeGrid(seccion);
     }
     if (seccion < 0 || seccion >= columnasPublicadas || seccion >= nColumnas)
         return {};
@@ -97,7 +93,7 @@ Qt::ItemFlags ModeloGrid::flags(const QModelIndex &indice) const {
 void ModeloGrid::setFilas(int n) {
     if (n == nFilas)
         return;
-    textos.resize(size_t(n) * size_t(nColumnas));
+    textos.redimensionar(size_t(n));
     ocultas.resize(size_t(n), 0);
     if (n < nFilas && !propias.isEmpty())
         propias.removeIf([n](QHash<int, double>::iterator it) { return it.key() >= n; });
@@ -109,12 +105,7 @@ void ModeloGrid::setFilas(int n) {
 void ModeloGrid::setColumnas(int n) {
     if (n == nColumnas)
         return;
-    std::vector<QString> nuevos(size_t(nFilas) * size_t(n));
-    const size_t comunes = size_t(std::min(n, nColumnas));
-    for (size_t f = 0; f < size_t(nFilas); ++f)
-        for (size_t c = 0; c < comunes; ++c)
-            nuevos[f * size_t(n) + c] = std::move(textos[f * size_t(nColumnas) + c]);
-    textos = std::move(nuevos);
+    textos.setColumnas(n);
     alineaciones.resize(size_t(n), AlineacionColumna::Izquierda);
     anchos.resize(size_t(n), AnchoColumnaPorOmision);
     nColumnas = n;
@@ -122,8 +113,17 @@ void ModeloGrid::setColumnas(int n) {
     cambioDeEstructura();
 }
 
-void ModeloGrid::setTexto(int fila, int columna, QString &&t) {
-    textos[size_t(fila) * size_t(nColumnas) + size_t(columna)] = std::move(t);
+void ModeloGrid::setTexto(int fila, int columna, QStringView t) {
+    textos.poner(size_t(fila), columna, t);
+    escrito(fila, columna);
+}
+
+void ModeloGrid::setTexto(int fila, int columna, QLatin1StringView t) {
+    textos.poner(size_t(fila), columna, t);
+    escrito(fila, columna);
+}
+
+void ModeloGrid::escrito(int fila, int columna) {
     if (columna == columnaOrdenada)
         columnaOrdenada = -1;
     if (columna == columnaEnCurso)
@@ -205,26 +205,31 @@ void ModeloGrid::setTextoFijo(const QColor &c) {
 namespace {
 
 /// Case-folded code points of a text, as QString's case-insensitive comparisons fold them.
+/// The text is a grid's (Latin-1 or UTF-16, as the column keeps it) or the operator's.
 class Plegado {
   public:
-    explicit Plegado(QStringView t, qsizetype desde = 0)
-        : inicio(t.utf16()), p(t.utf16() + desde), fin(t.utf16() + t.size()) {}
+    explicit Plegado(VistaTexto t)
+        : latin1(!t.utf16), p(t.datos), fin(t.datos + t.largo * (t.utf16 ? 2 : 1)) {}
+    explicit Plegado(QStringView t) : Plegado(VistaTexto::De(t)) {}
     /// The next folded code point, plus 1; 0 at the end of the text.
     quint32 siguiente() {
         if (p == fin)
             return 0;
-        char32_t c = *p++;
-        if (QChar::isHighSurrogate(c) && p != fin && QChar::isLowSurrogate(*p))
-            c = QChar::surrogateToUcs4(char16_t(c), *p++);
+        if (latin1)
+            return quint32(QChar::toCaseFolded(char32_t(uchar(*p++)))) + 1;
+        const auto *u = reinterpret_cast<const char16_t *>(p);
+        const auto *ultimo = reinterpret_cast<const char16_t *>(fin);
+        char32_t c = *u++;
+        if (QChar::isHighSurrogate(c) && u != ultimo && QChar::isLowSurrogate(*u))
+            c = QChar::surrogateToUcs4(char16_t(c), *u++);
+        p = reinterpret_cast<const char *>(u);
         return quint32(QChar::toCaseFolded(c)) + 1;
     }
-    /// Where the next code point starts.
-    qsizetype leidos() const { return p - inicio; }
 
   private:
-    const char16_t *inicio;
-    const char16_t *p;
-    const char16_t *fin;
+    bool latin1;
+    const char *p;
+    const char *fin;
 };
 
 /// The most code points a row's key holds, whatever the column.
@@ -232,7 +237,7 @@ constexpr int CorteMaximo = 21;
 
 /// <0, 0, >0 as the folded `a` cut to `corte` code points sorts before, with, after the
 /// folded `b` cut to as many.
-int CompararCortados(const QString &a, const QString &b, int corte) {
+int CompararCortados(VistaTexto a, QStringView b, int corte) {
     Plegado x(a), y(b);
     for (int n = 0; n < corte; ++n) {
         const quint32 i = x.siguiente(), j = y.siguiente();
@@ -246,8 +251,7 @@ int CompararCortados(const QString &a, const QString &b, int corte) {
 
 /// Whether the folded `t` starts with the folded `prefijo`, looking at no more than `hasta`
 /// code points of the prefix.
-bool Empieza(const QString &t, const QString &prefijo,
-             int hasta = std::numeric_limits<int>::max()) {
+bool Empieza(VistaTexto t, QStringView prefijo, int hasta = std::numeric_limits<int>::max()) {
     Plegado x(t), y(prefijo);
     for (int n = 0; n < hasta; ++n) {
         const quint32 j = y.siguiente();
@@ -263,20 +267,15 @@ bool Empieza(const QString &t, const QString &prefijo,
 /// code points the column holds (1 the smallest, 0 past the end), packed in order into one
 /// number. Comparing keys compares the texts cut to that many code points, and a column of a
 /// few dozen letters fits ten or more of them in the 63 bits.
-struct Clave {
-    quint64 clave;
-    int fila;
-};
-
 /// The ranks of a column's folded code points, and how many fit in a key.
 class Rangos {
   public:
-    explicit Rangos(const ModeloGrid &m, int columna) {
+    explicit Rangos(const TextosGrid &textos, int columna) {
         // Which code points occur among those a key may hold.
         std::vector<char> basicos(0x10000 + 1, 0);
         std::vector<quint32> otros;
-        for (int f = 1; f < m.filas(); ++f) {
-            Plegado p(m.texto(f, columna));
+        for (size_t f = 1; f < textos.filas(); ++f) {
+            Plegado p(textos.vista(f, columna));
             for (int n = 0; n < CorteMaximo; ++n) {
                 const quint32 c = p.siguiente();
                 if (c == 0)
@@ -302,12 +301,12 @@ class Rangos {
         corte = std::min(CorteMaximo, 63 / bits);
     }
     int Corte() const { return corte; }
-    Clave ClaveDe(const QString &t, int fila) const {
+    quint64 ClaveDe(VistaTexto t) const {
         Plegado p(t);
         quint64 clave = 0;
         for (int n = 0; n < corte; ++n)
             clave = (clave << bits) | rango(p.siguiente());
-        return {clave, fila};
+        return clave;
     }
 
   private:
@@ -324,24 +323,24 @@ class Rangos {
     int corte = 1;
 };
 
-/// Each row's key, read in the rows' own order (the texts lie in memory in that order).
-std::vector<Clave> Claves(const ModeloGrid &m, int columna, const Rangos &rangos) {
-    std::vector<Clave> claves;
-    claves.reserve(size_t(std::max(0, m.filas() - 1)));
-    for (int f = 1; f < m.filas(); ++f)
-        claves.push_back(rangos.ClaveDe(m.texto(f, columna), f));
-    return claves;
-}
-
-/// The rows in the order of their keys: a sort of plain numbers, which touches no text.
-std::vector<int> Ordenar(std::vector<Clave> claves) {
-    std::sort(claves.begin(), claves.end(), [](const Clave &a, const Clave &b) {
-        return a.clave != b.clave ? a.clave < b.clave : a.fila < b.fila;
+/// The data rows of `textos` in the order of their text in `columna`, and the cut it looks at.
+OrdenColumna Ordenar(const TextosGrid &textos, int columna) {
+    const Rangos rangos(textos, columna);
+    // Each row's key, read in the rows' own order (the texts lie in memory in that order),
+    // then the rows sorted by them: a sort of plain numbers, which touches no text. Keys by
+    // row and the rows apart take 12 bytes a row, not the 16 of the pairs.
+    std::vector<quint64> claves(textos.filas());
+    std::vector<int> filas;
+    filas.reserve(textos.filas());
+    for (size_t f = 1; f < textos.filas(); ++f) {
+        claves[f] = rangos.ClaveDe(textos.vista(f, columna));
+        filas.push_back(int(f));
+    }
+    std::sort(filas.begin(), filas.end(), [&claves](int a, int b) {
+        const quint64 x = claves[size_t(a)], y = claves[size_t(b)];
+        return x != y ? x < y : a < b;
     });
-    std::vector<int> filas(claves.size());
-    for (size_t i = 0; i < claves.size(); ++i)
-        filas[i] = claves[i].fila;
-    return filas;
+    return {std::move(filas), rangos.Corte()};
 }
 
 } // namespace
@@ -349,19 +348,19 @@ std::vector<int> Ordenar(std::vector<Clave> claves) {
 void ModeloGrid::ordenarColumna(int columna) {
     if (ordenEnCurso.valid()) {
         // A sort under way: its result, when it is of this column's present texts.
-        std::vector<int> hechas = ordenEnCurso.get();
+        OrdenColumna hecho = ordenEnCurso.get();
         if (columnaEnCurso == columna) {
-            ordenadas = std::move(hechas);
-            corte = corteEnCurso;
+            ordenadas = std::move(hecho.filas);
+            corte = hecho.corte;
             columnaOrdenada = columna;
             columnaEnCurso = -1;
             return;
         }
     }
     columnaEnCurso = -1;
-    const Rangos rangos(*this, columna);
-    ordenadas = Ordenar(Claves(*this, columna, rangos));
-    corte = rangos.Corte();
+    OrdenColumna orden = Ordenar(textos, columna);
+    ordenadas = std::move(orden.filas);
+    corte = orden.corte;
     columnaOrdenada = columna;
 }
 
@@ -370,22 +369,22 @@ void ModeloGrid::prepararOrden(int columna) {
         return;
     if (ordenEnCurso.valid())
         ordenEnCurso.wait(); // an older one, out of date: it goes before another starts
-    const Rangos rangos(*this, columna);
-    ordenEnCurso =
-        std::async(std::launch::async, [claves = Claves(*this, columna, rangos)]() mutable {
-            return Ordenar(std::move(claves));
-        });
-    corteEnCurso = rangos.Corte();
+    // The whole sort runs there, on the texts as they are now: the copy shares their buffer,
+    // which a write here meanwhile copies before it changes it, and lets it go when done.
+    ordenEnCurso = std::async(std::launch::async, [copia = textos, columna]() mutable {
+        const TextosGrid instantanea = std::move(copia);
+        return Ordenar(instantanea, columna);
+    });
     columnaEnCurso = columna;
 }
 
-std::pair<size_t, size_t> ModeloGrid::rangoEmpiezan(const QString &prefijo) const {
+std::pair<size_t, size_t> ModeloGrid::rangoEmpiezan(QStringView prefijo) const {
     // The rows whose cut text starts with the prefix's first `corte` code points.
     const auto desde = std::partition_point(ordenadas.begin(), ordenadas.end(), [&](int f) {
-        return CompararCortados(texto(f, columnaOrdenada), prefijo, corte) < 0;
+        return CompararCortados(vista(f, columnaOrdenada), prefijo, corte) < 0;
     });
     const auto hasta = std::partition_point(desde, ordenadas.end(), [&](int f) {
-        return Empieza(texto(f, columnaOrdenada), prefijo, corte);
+        return Empieza(vista(f, columnaOrdenada), prefijo, corte);
     });
     return {size_t(desde - ordenadas.begin()), size_t(hasta - ordenadas.begin())};
 }
@@ -402,7 +401,7 @@ void ModeloGrid::mostrarEmpiezan(int columna, const QString &prefijo, double alt
         const bool largo = prefijo.size() > corte;
         for (size_t i = desde; i < hasta; ++i) {
             const int f = ordenadas[i];
-            muestra[size_t(f)] = !largo || Empieza(texto(f, columna), prefijo);
+            muestra[size_t(f)] = !largo || Empieza(vista(f, columna), prefijo);
         }
     }
     const bool alturaComun = altura < 0 || altura == alturaDefecto;
@@ -429,11 +428,19 @@ void ModeloGrid::mostrarEmpiezan(int columna, const QString &prefijo, double alt
 }
 
 int ModeloGrid::filaDeModelo(int fila) const {
+    if (nVisibles == 0)
+        return -1;
+    if (visibles.empty()) // every data row shown
+        return fila >= 1 && fila <= nVisibles ? fila - 1 : -1;
     const auto it = std::lower_bound(visibles.begin(), visibles.end(), fila);
     return it != visibles.end() && *it == fila ? int(it - visibles.begin()) : -1;
 }
 
 int ModeloGrid::primeraDesde(int fila) const {
+    if (nVisibles == 0)
+        return -1;
+    if (visibles.empty()) // every data row shown
+        return std::max(fila, 1) <= nVisibles ? std::max(fila, 1) - 1 : -1;
     const auto it = std::lower_bound(visibles.begin(), visibles.end(), fila);
     return it != visibles.end() ? int(it - visibles.begin()) : -1;
 }
@@ -454,11 +461,22 @@ void ModeloGrid::actualizar() {
         // Rows, columns or hidden rows changed: one reset, whatever the number of rows. The
         // view then asks only for what it paints.
         beginResetModel();
-        visibles.clear();
-        visibles.reserve(size_t(nFilas));
-        for (int f = 1; f < nFilas; ++f)
-            if (!ocultas[size_t(f)])
-                visibles.push_back(f);
+        // With every data row shown the map is kept as nothing at all (model row r shows grid
+        // row r + 1): a million rows need no million entries.
+        const auto primeraOculta = std::find(ocultas.begin() + std::min<ptrdiff_t>(1, nFilas),
+                                             ocultas.begin() + nFilas, char(1));
+        std::vector<int>().swap(visibles);
+        if (primeraOculta == ocultas.begin() + nFilas) {
+            nVisibles = std::max(0, nFilas - 1);
+        } else {
+            for (int f = 1; f < nFilas; ++f)
+                if (!ocultas[size_t(f)])
+                    visibles.push_back(f);
+            // A filter that hides every row leaves an empty map, which must not read as all.
+            nVisibles = int(visibles.size());
+            if (visibles.empty())
+                visibles.push_back(0);
+        }
         columnasPublicadas = nColumnas;
         estructuraSucia = textosSucios = titulosSucios = false;
         endResetModel();
@@ -467,8 +485,8 @@ void ModeloGrid::actualizar() {
         const bool celdas = std::exchange(textosSucios, false);
         if (titulos && columnasPublicadas > 0)
             emit headerDataChanged(Qt::Horizontal, 0, columnasPublicadas - 1);
-        if (celdas && !visibles.empty() && columnasPublicadas > 0)
-            emit dataChanged(index(0, 0), index(int(visibles.size()) - 1, columnasPublicadas - 1));
+        if (celdas && nVisibles > 0 && columnasPublicadas > 0)
+            emit dataChanged(index(0, 0), index(nVisibles - 1, columnasPublicadas - 1));
     }
     publicando = false;
 }

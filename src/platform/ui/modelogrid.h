@@ -5,10 +5,19 @@
 #include <QHash>
 #include <QString>
 
+#include "textosgrid.h"
+
 #include <future>
 #include <vector>
 
 enum class AlineacionColumna;
+
+/// The data rows of a column in the order of their texts, case folded, looking at the first
+/// `corte` code points of each.
+struct OrdenColumna {
+    std::vector<int> filas;
+    int corte = 1;
+};
 
 /// The width of a column that no format has sized yet, in twips.
 constexpr double AnchoColumnaPorOmision = 960;
@@ -45,10 +54,11 @@ class ModeloGrid : public QAbstractTableModel {
     /// Keeps the texts, widths and alignments of the columns that remain; new columns are
     /// empty, left-aligned and AnchoColumnaPorOmision wide.
     void setColumnas(int n);
-    const QString &texto(int fila, int columna) const {
-        return textos[size_t(fila) * size_t(nColumnas) + size_t(columna)];
-    }
-    void setTexto(int fila, int columna, QString &&t);
+    QString texto(int fila, int columna) const { return textos.texto(size_t(fila), columna); }
+    /// The text as it is kept, for a caller that only reads it: valid until the next write.
+    VistaTexto vista(int fila, int columna) const { return textos.vista(size_t(fila), columna); }
+    void setTexto(int fila, int columna, QStringView t);
+    void setTexto(int fila, int columna, QLatin1StringView t);
 
     AlineacionColumna alineacion(int columna) const { return alineaciones[size_t(columna)]; }
     void setAlineacion(int columna, AlineacionColumna a);
@@ -73,10 +83,10 @@ class ModeloGrid : public QAbstractTableModel {
     /// first call, again after the column's texts or the rows change), so the matching rows
     /// are a range found by binary search, whatever their order in the grid.
     void mostrarEmpiezan(int columna, const QString &prefijo, double altura);
-    /// Starts sorting `columna`'s texts for mostrarEmpiezan on another thread (each row's key
-    /// is read here, the sort runs there), so that the first filter finds them sorted, or
-    /// waits only for what is left of the sort. A change of the column's texts or of the rows
-    /// meanwhile drops the result.
+    /// Starts sorting `columna`'s texts for mostrarEmpiezan on another thread, on the texts as
+    /// they are now (a copy that shares their buffer), so that the first filter finds them
+    /// sorted, or waits only for what is left of the sort. A change of the column's texts or of
+    /// the rows meanwhile drops the result.
     void prepararOrden(int columna);
 
     /// The title row's height: its own one, 0 when hidden, else the default.
@@ -90,7 +100,9 @@ class ModeloGrid : public QAbstractTableModel {
 
     // ---- the published map ----
     /// The grid row that model row `filaModelo` shows.
-    int filaDeGrid(int filaModelo) const { return visibles[size_t(filaModelo)]; }
+    int filaDeGrid(int filaModelo) const {
+        return visibles.empty() ? filaModelo + 1 : visibles[size_t(filaModelo)];
+    }
     /// The model row that shows grid row `fila`, or -1 when it isn't shown.
     int filaDeModelo(int fila) const;
     /// The model row of the first row shown at or after grid row `fila`, or -1.
@@ -103,9 +115,11 @@ class ModeloGrid : public QAbstractTableModel {
 
   private:
     void programar();
+    /// What a write of a cell leaves to do: the order of its column dropped, a publication.
+    void escrito(int fila, int columna);
     void ordenarColumna(int columna);
     /// The first and one-past-last positions in `ordenadas` of the rows starting with `prefijo`.
-    std::pair<size_t, size_t> rangoEmpiezan(const QString &prefijo) const;
+    std::pair<size_t, size_t> rangoEmpiezan(QStringView prefijo) const;
     void cambioDeEstructura() {
         estructuraSucia = true;
         if (!programado)
@@ -114,7 +128,7 @@ class ModeloGrid : public QAbstractTableModel {
 
     int nFilas = 0;
     int nColumnas = 0;
-    std::vector<QString> textos; ///< row-major, nFilas x nColumnas
+    TextosGrid textos; ///< nFilas x nColumnas
     std::vector<AlineacionColumna> alineaciones;
     std::vector<double> anchos;
     std::vector<char> ocultas; ///< one flag a grid row; row 0's is never set
@@ -128,14 +142,16 @@ class ModeloGrid : public QAbstractTableModel {
     int corte = 1;
     /// The sort under way on another thread, of column `columnaEnCurso` (-1: none, or its
     /// result is out of date).
-    std::future<std::vector<int>> ordenEnCurso;
+    std::future<OrdenColumna> ordenEnCurso;
     int columnaEnCurso = -1;
-    int corteEnCurso = 1;
     double alturaDefecto = 240;
     double titulo = -1;
 
     // What the model last published.
-    std::vector<int> visibles; ///< model row -> grid row, ascending
+    /// Model row -> grid row, ascending, when some data row is hidden; empty when every one
+    /// shows (row r shows grid row r + 1); {0} when none shows.
+    std::vector<int> visibles;
+    int nVisibles = 0; ///< the model's rows
     int columnasPublicadas = 0;
 
     bool estructuraSucia = false;
