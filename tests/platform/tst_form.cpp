@@ -65,8 +65,8 @@ class FormPrueba : public Form {
 };
 
 /// The test screen, loaded and shown.
-struct Pantalla : FormPrueba {
-    Pantalla() : FormPrueba(disenoPrueba) {
+struct PantallaPrueba : FormPrueba {
+    PantallaPrueba() : FormPrueba(disenoPrueba) {
         Load();
         ventana()->show();
         ventana()->activateWindow();
@@ -101,8 +101,8 @@ class TstForm : public QObject {
 
     void ordenTab() {
         QStringList focos;
-        std::optional<Pantalla> pantalla(std::in_place);
-        Pantalla &f = *pantalla;
+        std::optional<PantallaPrueba> pantalla(std::in_place);
+        PantallaPrueba &f = *pantalla;
         QVERIFY(QTest::qWaitForWindowActive(f.ventana()));
         auto *segundo = f.control<TextBox>(QStringLiteral("txtSegundo")); // tab 2
         auto *sinTab = f.control<TextBox>(QStringLiteral("txtSinTab"));   // tab 2, no tab stop

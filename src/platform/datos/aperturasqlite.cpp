@@ -17,6 +17,8 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
+namespace ADODB {
+
 namespace {
 
 // SQLite's primary result codes that tell the causes apart.
@@ -148,3 +150,5 @@ int EsperaBloqueoSQLiteActual() {
 void FijarEsperaBloqueoSQLite(int ms) {
     limiteBloqueo = ms;
 }
+
+} // namespace ADODB

@@ -3,6 +3,8 @@
 #include <QSqlDatabase>
 #include <QString>
 
+namespace ADODB {
+
 /// The checks of an SQLite file around its opening, so that a file that can't serve as the
 /// suite's database is told apart from an empty one and named with its cause.
 
@@ -34,3 +36,5 @@ void EsperarBloqueosSQLite(const QSqlDatabase &base);
 /// EsperaBloqueoSQLite unless changed (a test that must not wait that long).
 int EsperaBloqueoSQLiteActual();
 void FijarEsperaBloqueoSQLite(int ms);
+
+} // namespace ADODB

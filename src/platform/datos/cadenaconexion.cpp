@@ -16,6 +16,8 @@
 #include <pwd.h>
 #include <unistd.h>
 
+namespace ADODB {
+
 namespace {
 
 const QString formasAceptadas =
@@ -309,3 +311,5 @@ QString MotivoODBC(const QString &dsn, const QString &textoControlador) {
                                : QStringLiteral(" (%1)").arg(destino.join(QStringLiteral(", "))),
              textoControlador);
 }
+
+} // namespace ADODB

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace ADODB {
+
 /// The data source that names the terminal: the one "dsn=" with an embedded stand-in.
 inline const QString OrigenTerminal = QStringLiteral("Corvanta");
 
@@ -49,3 +51,5 @@ QString CadenaSinClave(const QString &texto);
 /// what the source leads to. `textoControlador` is the driver manager's own text, kept at the
 /// end.
 QString MotivoODBC(const QString &dsn, const QString &textoControlador);
+
+} // namespace ADODB

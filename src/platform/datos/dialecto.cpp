@@ -6,6 +6,8 @@
 #include <QSqlDriver>
 #include <limits>
 
+namespace ADODB {
+
 QVariant Dialecto::Normalizar(const QVariant &valor, const QString &) const {
     if (valor.isNull())
         return {}; // whatever type the driver gave its Null, the program sees one Null
@@ -120,3 +122,5 @@ int Dialecto::SocketServidor(const QSqlDatabase &) const {
 Dialecto::Seguimiento Dialecto::SeguimientoCambios() const {
     return Seguimiento::Huella;
 }
+
+} // namespace ADODB

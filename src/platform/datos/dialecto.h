@@ -10,6 +10,8 @@
 
 class QSqlDatabase;
 
+namespace ADODB {
+
 /// What differs between the databases the suite runs on. The program's statements are
 /// written once; where a database reads one differently, the difference is named here
 /// and nowhere else.
@@ -120,3 +122,5 @@ class Dialecto {
     Diferencias diferencias;
     QSqlDriver::DbmsType producto = QSqlDriver::UnknownDbms;
 };
+
+} // namespace ADODB

@@ -5,6 +5,8 @@
 
 #include <vector>
 
+namespace ADODB {
+
 namespace {
 
 enum class Clase { Blanco, Palabra, Literal, Nombre, Comentario, Simbolo };
@@ -238,3 +240,5 @@ QString Dialecto::Adaptar(const QString &sentencia) const {
         adaptada += p.texto;
     return adaptada;
 }
+
+} // namespace ADODB

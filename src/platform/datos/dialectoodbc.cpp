@@ -1,5 +1,7 @@
 #include "dialectos.h"
 
+namespace ADODB {
+
 const Dialecto *DialectoODBC::detras() const {
     static const DialectoPostgreSQL postgresql;
     static const DialectoSQLite sqlite;
@@ -52,3 +54,5 @@ QString DialectoODBC::TipoSQL(TipoColumna tipo) const {
         return Dialecto::TipoSQL(tipo);
     }
 }
+
+} // namespace ADODB

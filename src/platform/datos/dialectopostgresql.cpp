@@ -5,6 +5,8 @@
 
 #include <dlfcn.h>
 
+namespace ADODB {
+
 namespace {
 
 /// A function of libpq, found in the process: libpq is there whenever a PostgreSQL
@@ -88,3 +90,5 @@ int DialectoPostgreSQL::SocketServidor(const QSqlDatabase &base) const {
 Dialecto::Seguimiento DialectoPostgreSQL::SeguimientoCambios() const {
     return Seguimiento::Notificaciones;
 }
+
+} // namespace ADODB

@@ -2,6 +2,8 @@
 
 #include "dialecto.h"
 
+namespace ADODB {
+
 /// The dialects the suite runs on. Each overrides only what its database does differently.
 /// Private to the data layer: the rest of the program sees Dialecto.
 
@@ -67,3 +69,5 @@ class DialectoODBC : public Dialecto {
     /// The dialect of the database product behind the source, when it is one of ours.
     const Dialecto *detras() const;
 };
+
+} // namespace ADODB

@@ -5,6 +5,8 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 
+namespace ADODB {
+
 namespace {
 
 using Clase = DialectoSQLite::Clase;
@@ -167,3 +169,5 @@ QSqlError DialectoSQLite::DeshacerUnidad(QSqlDatabase &base) const {
 Dialecto::Seguimiento DialectoSQLite::SeguimientoCambios() const {
     return Seguimiento::ContadorFichero;
 }
+
+} // namespace ADODB

@@ -3,6 +3,8 @@
 #include <QString>
 #include <stdexcept>
 
+namespace ADODB {
+
 /// The one error type of data access. Raised by every failed open, prepare or
 /// statement, and by a value that does not fit where it is going; what() and
 /// Texto() carry the database's own text (or ours, for a value that does not fit).
@@ -12,3 +14,5 @@ class ErrorBD : public std::runtime_error {
     explicit ErrorBD(const QString &texto);
     QString Texto() const { return QString::fromUtf8(what()); }
 };
+
+} // namespace ADODB

@@ -13,6 +13,8 @@
 #include <csignal>
 #include <sys/socket.h>
 
+namespace ADODB {
+
 namespace {
 
 Espera *actual = nullptr;
@@ -233,3 +235,5 @@ Espera::Aviso Espera::FijarAviso(Aviso nuevo) {
     std::swap(aviso(), nuevo);
     return nuevo;
 }
+
+} // namespace ADODB

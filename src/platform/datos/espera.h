@@ -5,6 +5,8 @@
 #include <QString>
 #include <functional>
 
+namespace ADODB {
+
 /// A wait on the database while a statement runs: for another program's lock on an SQLite
 /// file, or for a server's answer. The program's own deadline on a server and what the
 /// operator sees of a long wait hang from it.
@@ -72,3 +74,5 @@ class Espera {
     quint64 vigilancia = 0; ///< 0 when no deadline is armed
     bool larga = false;
 };
+
+} // namespace ADODB

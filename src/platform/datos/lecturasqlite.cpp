@@ -11,6 +11,8 @@
 #include <sqlite3.h>
 #include <vector>
 
+namespace ADODB {
+
 namespace {
 
 using Clase = DialectoSQLite::Clase;
@@ -205,3 +207,5 @@ bool LeerSQLite(const QSqlDatabase &base, const QString &sentencia, const QVaria
     }
     return true;
 }
+
+} // namespace ADODB

@@ -10,6 +10,8 @@
 
 #include <functional>
 
+namespace ADODB {
+
 /// A result read straight through SQLite's own interface, on the handle of an open Qt SQLite
 /// database: no value passes through Qt's driver, and each column's declared type is looked at
 /// once, not once per value. The values come out as the SQLite dialect normalises them.
@@ -35,3 +37,5 @@ struct FalloSQLite {
 /// What `porFila` raises ends the reading and goes through.
 bool LeerSQLite(const QSqlDatabase &base, const QString &sentencia, const QVariantList &valores,
                 LecturaSQLite &lectura, const std::function<void()> &porFila = {});
+
+} // namespace ADODB

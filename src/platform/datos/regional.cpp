@@ -7,6 +7,8 @@
 #include <charconv>
 #include <cmath>
 
+namespace Sistema {
+
 namespace {
 
 /// Rewrites every run of one letter of a date format, leaving quoted literals alone.
@@ -152,3 +154,5 @@ QString ValorATexto(const QVariant &valor) {
         return valor.toString();
     }
 }
+
+} // namespace Sistema

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QVariant>
 
+namespace Sistema {
+
 /// Text forms by the system's regional settings (QLocale(), which tests may set).
 /// Dates always carry a four-digit year, so every date from 1601 to 9999 reads back as
 /// itself: the locale's own short format, with its year widened.
@@ -21,3 +23,5 @@ QString NumeroATexto(double valor);
 /// The default text form of any value read from the database: dates as above, whole
 /// numbers as digits, decimals as NumeroATexto, booleans as "Verdadero"/"Falso", Null as "".
 QString ValorATexto(const QVariant &valor);
+
+} // namespace Sistema

@@ -12,6 +12,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace Sistema {
+
 namespace {
 
 /// A folder of this account's own, where a lock file can't be made or held by anybody else.
@@ -83,3 +85,5 @@ int ExisteFichero(const QString &ruta) {
 QDate Hoy() {
     return QDate::currentDate();
 }
+
+} // namespace Sistema

@@ -3,6 +3,8 @@
 #include <QDate>
 #include <QString>
 
+namespace Sistema {
+
 /// The operating system's services that the program asks for.
 
 /// True when another copy of this program already runs for this account. The first copy holds
@@ -19,3 +21,5 @@ int ExisteFichero(const QString &ruta);
 
 /// Today's date, with no time part.
 QDate Hoy();
+
+} // namespace Sistema

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace ADODB {
+
 /// The kinds of column the suite's tables hold. The schema names them, the record writer
 /// converts values to them, and each dialect spells them in its DDL.
 enum class TipoColumna {
@@ -11,3 +13,5 @@ enum class TipoColumna {
     Real,    ///< a double: screen sizes
     Booleano,
 };
+
+} // namespace ADODB

@@ -4,6 +4,8 @@
 
 #include <limits>
 
+namespace ADODB {
+
 void ValoresResultado::AnadirEntero(qint64 n) {
     Celda c{Tipo::Entero, 0, {0}};
     c.entero = n;
@@ -134,3 +136,5 @@ QString ValoresResultado::Texto(size_t i) const {
     }
     return {};
 }
+
+} // namespace ADODB

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace ADODB {
+
 /// The values of one query result, read once and kept compactly in reading order (row-major).
 /// A whole number, a double, a day or a Boolean lives in its cell; a text lives as UTF-8 bytes
 /// in one buffer shared by all cells; anything else is kept as a QVariant on the side. A text
@@ -64,3 +66,5 @@ class ValoresResultado {
     std::vector<char> utf8;
     std::vector<QVariant> otros;
 };
+
+} // namespace ADODB

@@ -3,6 +3,8 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+namespace Pantalla {
+
 namespace {
 
 /// The palette role that stands for each of the old system colour indices; the indices with
@@ -78,3 +80,5 @@ ColorOLE DeColor(const QColor &color) {
     const QColor c = color.toRgb();
     return RGB(c.red(), c.green(), c.blue());
 }
+
+} // namespace Pantalla

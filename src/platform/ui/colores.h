@@ -3,6 +3,8 @@
 #include <QColor>
 #include <QtGlobal>
 
+namespace Pantalla {
+
 /// Colours as the screens keep them: a 32-bit value 0x00BBGGRR, or a system colour with
 /// bit 31 set and its index in the low byte (7 menu text, 8 window text, 18 button text...).
 using ColorOLE = qint32;
@@ -19,3 +21,5 @@ constexpr ColorOLE SinColor = -1; ///< in design tables: keep the platform's def
 QColor AColor(ColorOLE color);
 /// The value of a painted colour (never a system colour).
 ColorOLE DeColor(const QColor &color);
+
+} // namespace Pantalla

@@ -5,6 +5,8 @@
 
 #include <QPalette>
 
+namespace Pantalla {
+
 Control::Control(const QString &nombre, Control *padre, Form *pantalla)
     : QObject(pantalla), contenedor(padre), form(pantalla) {
     setObjectName(nombre);
@@ -165,3 +167,5 @@ void Control::ponerWidget(QWidget *widget) {
         w->setEnabled(false);
     setVisible(visible);
 }
+
+} // namespace Pantalla

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QWidget>
 
+namespace Pantalla {
+
 class Form;
 
 /// A control of a screen, with the members the screens' code uses: position and size in
@@ -77,3 +79,5 @@ class Control : public QObject {
     ColorOLE back = SinColor, fore = SinColor;
     QFont fuente;
 };
+
+} // namespace Pantalla

@@ -21,6 +21,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace Pantalla {
+
 // ---- Frame -----------------------------------------------------------------------------
 
 Frame::Frame(const QString &nombre, Control *padre, Form *pantalla, bool conBorde)
@@ -383,3 +385,5 @@ void Timer::actualizar() {
     else
         reloj->stop();
 }
+
+} // namespace Pantalla

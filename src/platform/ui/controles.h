@@ -10,6 +10,8 @@ class QFrame;
 class QPushButton;
 class QTimer;
 
+namespace Pantalla {
+
 /// A container: its children are placed relative to it.
 class Frame : public Control {
     Q_OBJECT
@@ -120,3 +122,5 @@ class Timer : public Control {
     int intervalo = 0;
     bool activo = true; // a new timer is enabled, and still until it has an Interval
 };
+
+} // namespace Pantalla

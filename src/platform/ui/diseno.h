@@ -4,6 +4,8 @@
 
 #include <span>
 
+namespace Pantalla {
+
 /// A screen as data: one row per control, in the order of the design (within one container
 /// an earlier control lies in front of a later one), positions and sizes in twips relative
 /// to the container. The builder (Form::Load) turns a table into widgets.
@@ -82,3 +84,5 @@ struct DisenoFormulario {
     const char *icono;             ///< resource path
     std::span<const DisenoControl> controles;
 };
+
+} // namespace Pantalla

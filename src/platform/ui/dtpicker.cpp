@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+namespace Pantalla {
+
 DTPicker::DTPicker(const QString &nombre, Control *padre, Form *pantalla)
     : Control(nombre, padre, pantalla), editor(new QDateEdit) {
     editor->setCalendarPopup(true);
@@ -97,3 +99,5 @@ void DTPicker::pintarCalendario() {
         barra->setAutoFillBackground(true);
     }
 }
+
+} // namespace Pantalla

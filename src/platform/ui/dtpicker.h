@@ -6,6 +6,8 @@
 
 class QDateEdit;
 
+namespace Pantalla {
+
 /// The date control (DTPicker): a date with a drop-down calendar, from 1601-01-01 to
 /// 9999-12-31. Change is raised whenever Value changes, by the operator or by code.
 class DTPicker : public Control {
@@ -40,3 +42,5 @@ class DTPicker : public Control {
     ColorOLE calBack = RGB(255, 255, 255), calFore = 0, calTitleBack = RGB(0, 0, 128),
              calTitleFore = RGB(255, 255, 255);
 };
+
+} // namespace Pantalla

@@ -21,6 +21,8 @@
 #include <functional>
 #include <stdexcept>
 
+namespace Pantalla {
+
 namespace {
 
 /// The outer size of a window beyond its client area, as the screens were measured: two
@@ -442,3 +444,5 @@ Form *Form::Buscar(const QString &nombre) {
             return f;
     return nullptr;
 }
+
+} // namespace Pantalla

@@ -12,6 +12,8 @@
 #include <stdexcept>
 #include <utility>
 
+namespace Pantalla {
+
 /// Thrown out of ShowModal once the program is ending (Form::TerminarPrograma), so that the
 /// code that showed a screen doesn't go on with a program that is closing. The handler
 /// boundary and Main catch it; nothing else should.
@@ -75,10 +77,10 @@ class Form : public QObject {
     /// Wires an event of a control to a handler of this screen, through Atender: the one line
     /// a screen writes for each of its handlers, e.g.
     ///     Enlazar(cmdSalir, &CommandButton::Click, &FrmListas::cmdSalir_Click);
-    template <class Emisor, class Pantalla, class... Args>
+    template <class Emisor, class Formulario, class... Args>
     void Enlazar(Emisor *control, void (Emisor::*evento)(Args...),
-                 void (Pantalla::*manejador)(Args...)) {
-        auto *pantalla = static_cast<Pantalla *>(this);
+                 void (Formulario::*manejador)(Args...)) {
+        auto *pantalla = static_cast<Formulario *>(this);
         connect(control, evento, this, [pantalla, manejador](Args... args) {
             Atender([&] { (pantalla->*manejador)(std::forward<Args>(args)...); });
         });
@@ -121,3 +123,5 @@ class Form : public QObject {
     QString titulo;
     ColorOLE fondo = SinColor;
 };
+
+} // namespace Pantalla

@@ -18,6 +18,8 @@
 #include <stdexcept>
 #include <utility>
 
+namespace Pantalla {
+
 namespace {
 
 /// The view of a grid: a table view whose mouse handling follows the grid's rules (only the
@@ -709,5 +711,7 @@ ModeloGrid *Grid::modelo() const {
     m->actualizar();
     return m;
 }
+
+} // namespace Pantalla
 
 #include "grid.moc"

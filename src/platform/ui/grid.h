@@ -7,6 +7,8 @@
 #include <vector>
 
 class QTableView;
+
+namespace Pantalla {
 class ModeloGrid;
 
 /// Alignment words of a column, as the grid's formats name them.
@@ -151,3 +153,5 @@ class Grid : public Control {
     bool sincronizando = false;        ///< the view's current index is being set from Row
     std::vector<int> seccionesPropias; ///< view rows sized to a height of their own
 };
+
+} // namespace Pantalla

@@ -11,6 +11,8 @@
 #include <QScreen>
 #include <QThread>
 
+namespace Pantalla {
+
 namespace {
 
 bool EsEntrada(QEvent::Type tipo) {
@@ -161,3 +163,5 @@ QString LineaEspera() {
 int EntradasDescartadas() {
     return indicador()->descartadas;
 }
+
+} // namespace Pantalla

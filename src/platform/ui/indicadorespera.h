@@ -3,6 +3,8 @@
 #include <QRect>
 #include <QString>
 
+namespace Pantalla {
+
 /// What the operator sees of a long wait on the database (see Espera): past a second, the
 /// wait cursor and a line under the active window that says what the program waits for,
 /// repainted while the wait goes on. Whatever the operator clicks or types during the wait is
@@ -25,3 +27,5 @@ QRect VentanaEnEspera();
 /// the indicator has dropped since it was installed.
 QString LineaEspera();
 int EntradasDescartadas();
+
+} // namespace Pantalla

@@ -9,6 +9,8 @@
 #include <cstdio>
 #include <exception>
 
+namespace Pantalla {
+
 AplicacionTarifas::AplicacionTarifas(int &argc, char **argv) : QApplication(argc, argv) {
     InstalarIndicadorEspera();
 }
@@ -42,3 +44,5 @@ void MostrarError(const QString &texto) {
     else if (!sinPantalla && qobject_cast<QApplication *>(QCoreApplication::instance()))
         MsgBoxError(texto);
 }
+
+} // namespace Pantalla

@@ -2,6 +2,8 @@
 
 #include <QApplication>
 
+namespace Pantalla {
+
 /// The application object. Its notify is the last resort of the error report: an error that
 /// escapes every handler boundary (Form::Atender) is shown there and ends the program cleanly,
 /// with status 1, instead of unwinding through Qt's event frames.
@@ -16,3 +18,5 @@ class AplicacionTarifas : public QApplication {
 /// and to a message box titled with the program's title, and the program goes on; whether it
 /// then ends is the caller's decision (see Form::Atender).
 void MostrarError(const QString &texto);
+
+} // namespace Pantalla

@@ -5,6 +5,8 @@
 #include <QFileDialog>
 #include <QMessageBox>
 
+namespace Pantalla {
+
 namespace {
 
 QMessageBox::StandardButton mostrar(QMessageBox::Icon icono, const QString &titulo,
@@ -66,3 +68,5 @@ QString PedirFicheroAbrir(QWidget *padre, const QString &titulo, const QString &
         return c->ContestarFichero(titulo, carpeta);
     return QFileDialog::getOpenFileName(padre, titulo, carpeta, filtros);
 }
+
+} // namespace Pantalla

@@ -4,6 +4,8 @@
 
 class QWidget;
 
+namespace Pantalla {
+
 /// Message boxes, titled with the program's title (QApplication::applicationDisplayName).
 /// While a Contestador is installed, it answers them instead of the operator.
 
@@ -42,3 +44,5 @@ class Contestador {
 };
 /// The installed one (nullptr: the operator answers). Not owned.
 Contestador *&ContestadorMensajes();
+
+} // namespace Pantalla

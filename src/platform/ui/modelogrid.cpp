@@ -7,6 +7,8 @@
 #include <limits>
 #include <utility>
 
+namespace Pantalla {
+
 namespace {
 
 Qt::Alignment AAlineacion(AlineacionColumna a) {
@@ -490,3 +492,5 @@ void ModeloGrid::actualizar() {
     }
     publicando = false;
 }
+
+} // namespace Pantalla

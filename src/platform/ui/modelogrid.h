@@ -10,6 +10,8 @@
 #include <future>
 #include <vector>
 
+namespace Pantalla {
+
 enum class AlineacionColumna;
 
 /// The data rows of a column in the order of their texts, case folded, looking at the first
@@ -162,3 +164,5 @@ class ModeloGrid : public QAbstractTableModel {
 
     QColor fondo, fondoFijo, textoFijo;
 };
+
+} // namespace Pantalla

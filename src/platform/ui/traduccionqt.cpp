@@ -6,6 +6,8 @@
 
 #include <cstdio>
 
+namespace Pantalla {
+
 bool CargarTraduccionQt() {
     // One for the program's whole run, owned by the application object.
     static QTranslator *traduccion = nullptr;
@@ -25,3 +27,5 @@ bool CargarTraduccionQt() {
     traduccion = nueva;
     return true;
 }
+
+} // namespace Pantalla

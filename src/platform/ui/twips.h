@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace Pantalla {
+
 /// The screens are laid out in twips, 1440 to the inch, on a display of 96 dots to the
 /// inch: 15 twips make one pixel.
 constexpr double TwipsPorPixel = 15.0;
@@ -12,3 +14,5 @@ inline int APixeles(double twips) {
 inline double ATwips(int pixeles) {
     return pixeles * TwipsPorPixel;
 }
+
+} // namespace Pantalla

@@ -10,6 +10,8 @@
 #include <QTextBrowser>
 #include <QVBoxLayout>
 
+namespace Pantalla {
+
 VisorAyuda::VisorAyuda(const QString &nombre, Control *padre, Form *pantalla)
     : Control(nombre, padre, pantalla) {
     auto *panel = new QFrame;
@@ -82,3 +84,5 @@ void VisorAyuda::MostrarPagina() {
     else
         pagina->setSource(url);
 }
+
+} // namespace Pantalla

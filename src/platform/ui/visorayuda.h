@@ -5,6 +5,8 @@
 class QTextBrowser;
 class QPushButton;
 
+namespace Pantalla {
+
 /// The suite's help viewer: shows one HTML page in a panel. The page is set with RutaPagina
 /// and shown by MostrarPagina. Its one event, Aviso, is raised when the operator presses the
 /// panel's close button (PedidoCierre is then True) and when a link inside the page is
@@ -32,3 +34,5 @@ class VisorAyuda : public Control {
     QPushButton *cerrar;
     bool pedidoCierre = false;
 };
+
+} // namespace Pantalla
