@@ -2,6 +2,8 @@
 
 #include "colores.h"
 
+#include <QFlags>
+
 #include <span>
 
 namespace Pantalla {
@@ -23,7 +25,7 @@ enum class Clase {
 };
 
 /// Appearance flags of a design row.
-enum Estilo : unsigned {
+enum class Estilo : unsigned {
     Oculto = 1u << 0,       ///< not visible at design
     SinBorde = 1u << 1,     ///< frames: no border, so the caption never shows
     Transparente = 1u << 2, ///< labels: the container's colour shows through
@@ -34,6 +36,8 @@ enum Estilo : unsigned {
     SinTabStop = 1u << 7,   ///< text boxes: not reached by Tab
     Grafico = 1u << 8,      ///< command buttons: Style 1, a picture above the caption
 };
+Q_DECLARE_FLAGS(Estilos, Estilo)
+Q_DECLARE_OPERATORS_FOR_FLAGS(Estilos)
 
 struct Fuente {
     const char *familia = nullptr; ///< nullptr: the class's default font
@@ -69,7 +73,7 @@ struct DisenoControl {
     Fuente fuente = {};
     ColorOLE back = SinColor;
     ColorOLE fore = SinColor;
-    unsigned estilo = 0;
+    Estilos estilo = {};
     const char *tooltip = "";
     const char *imagen = nullptr;     ///< resource path of a picture
     const DisenoGrid *grid = nullptr; ///< grids only

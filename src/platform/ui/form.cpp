@@ -93,10 +93,10 @@ QFont fuenteDe(const Fuente &f, QFont base) {
     return base;
 }
 
-Qt::Alignment alineacion(unsigned estilo) {
-    if (estilo & Centrado)
+Qt::Alignment alineacion(Estilos estilo) {
+    if (estilo.testFlag(Estilo::Centrado))
         return Qt::AlignHCenter | Qt::AlignTop;
-    if (estilo & Derecha)
+    if (estilo.testFlag(Estilo::Derecha))
         return Qt::AlignRight | Qt::AlignTop;
     return Qt::AlignLeft | Qt::AlignTop;
 }
@@ -240,11 +240,11 @@ void Form::construir() {
 
 Control *Form::crear(const DisenoControl &fila, Control *contenedor) {
     const QString nombre = texto(fila.nombre);
-    const unsigned estilo = fila.estilo;
+    const Estilos estilo = fila.estilo;
     Control *c = nullptr;
     switch (fila.clase) {
     case Clase::Frame:
-        c = new Frame(nombre, contenedor, this, !(estilo & SinBorde));
+        c = new Frame(nombre, contenedor, this, !estilo.testFlag(Estilo::SinBorde));
         break;
     case Clase::Label:
         c = new Label(nombre, contenedor, this);
@@ -306,25 +306,25 @@ Control *Form::crear(const DisenoControl &fila, Control *contenedor) {
         c->setToolTipText(texto(fila.tooltip));
 
     if (auto *l = qobject_cast<Label *>(c)) {
-        l->setTransparente(estilo & Transparente);
+        l->setTransparente(estilo.testFlag(Estilo::Transparente));
         l->setAlignment(alineacion(estilo));
         l->setCaption(texto(fila.texto));
-        if (estilo & AutoSize)
+        if (estilo.testFlag(Estilo::AutoSize))
             l->setAutoSize(true);
     } else if (auto *t = qobject_cast<TextBox *>(c)) {
         t->setText(texto(fila.texto));
         t->setAlignment((alineacion(estilo) & ~Qt::AlignTop) | Qt::AlignVCenter);
-        t->setLocked(estilo & Bloqueado);
-        t->setTabStop(!(estilo & SinTabStop));
+        t->setLocked(estilo.testFlag(Estilo::Bloqueado));
+        t->setTabStop(!estilo.testFlag(Estilo::SinTabStop));
     } else if (auto *b = qobject_cast<CommandButton *>(c)) {
         b->setCaption(texto(fila.texto));
-        if ((estilo & Grafico) || fila.imagen)
+        if (estilo.testFlag(Estilo::Grafico) || fila.imagen)
             b->setPicture(texto(fila.imagen));
     } else if (auto *p = qobject_cast<PictureBox *>(c)) {
         if (fila.imagen)
             p->setPicture(texto(fila.imagen));
     }
-    c->setVisible(!(estilo & Oculto));
+    c->setVisible(!estilo.testFlag(Estilo::Oculto));
     return c;
 }
 
