@@ -10,6 +10,7 @@
 #include <QDateEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTextBrowser>
 
 #include <stdexcept>
@@ -144,6 +145,34 @@ class TstControles : public QObject {
     }
 
     // ---- Label, CommandButton, Timer ----
+
+    // A screen's code often holds a timer as a plain Control (the form's Controls, a loop
+    // that disables a whole frame): Enabled must reach the timer's clock that way too, or a
+    // disabled timer keeps firing.
+    void timerPorControl_data() {
+        // intervalo in ms; habilitar: what is set through the Control; activo: the clock runs
+        const auto caso = Pruebas::Tabla<int, bool, bool>();
+        caso("apagado", 10, false, false);
+        caso("encendido", 10, true, true);
+        caso("encendido sin intervalo sigue quieto", 0, true, false);
+    }
+    void timerPorControl() {
+        const auto [intervalo, habilitar, activo] = Pruebas::Fila<int, bool, bool>();
+        Timer reloj(QStringLiteral("Timer1"), nullptr, nullptr);
+        reloj.setInterval(intervalo);
+        reloj.setEnabled(!habilitar);
+        Control &comoControl = reloj;
+        comoControl.setEnabled(habilitar);
+        QCOMPARE(comoControl.Enabled(), habilitar);
+        QCOMPARE(reloj.Enabled(), habilitar);
+        auto *qtimer = reloj.findChild<QTimer *>();
+        QVERIFY(qtimer);
+        QCOMPARE(qtimer->isActive(), activo);
+        if (activo) {
+            QSignalSpy ticks(&reloj, &Timer::Tick);
+            QVERIFY(ticks.wait());
+        }
+    }
 
     // ---- VisorAyuda ----
 

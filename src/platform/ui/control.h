@@ -41,8 +41,8 @@ class Control : public QObject {
 
     bool Visible() const { return visible; }
     void setVisible(bool v);
-    bool Enabled() const;
-    void setEnabled(bool v);
+    virtual bool Enabled() const;
+    virtual void setEnabled(bool v);
 
     virtual ColorOLE BackColor() const;
     virtual void setBackColor(ColorOLE c);

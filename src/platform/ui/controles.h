@@ -110,8 +110,8 @@ class Timer : public Control {
     Timer(const QString &nombre, Control *contenedor, Form *form);
     int Interval() const;
     void setInterval(int ms);
-    bool Enabled() const;
-    void setEnabled(bool v);
+    bool Enabled() const override;
+    void setEnabled(bool v) override;
 
   signals:
     void Tick(); // the Timer event
