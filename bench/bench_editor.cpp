@@ -47,6 +47,9 @@
 #include <stdexcept>
 #include <vector>
 
+using namespace ADODB;
+using namespace Pantalla;
+
 namespace {
 
 constexpr int Repeticiones = 3;

@@ -18,6 +18,8 @@
 #include <functional>
 #include <vector>
 
+using namespace Pantalla;
+
 namespace {
 
 int Filas = 100000;

@@ -45,6 +45,9 @@
 #include <stdexcept>
 #include <vector>
 
+using namespace ADODB;
+using namespace Pantalla;
+
 namespace {
 
 bool fallo = false;

@@ -39,6 +39,10 @@
 #include <stdexcept>
 #include <vector>
 
+using namespace ADODB;
+using namespace Pantalla;
+using namespace Sistema;
+
 namespace {
 
 constexpr int Repeticiones = 3;

@@ -14,6 +14,8 @@
 #include <cstdlib>
 #include <unistd.h>
 
+using namespace Pantalla;
+
 namespace {
 
 /// While the application object is made: a display that can't be opened is a fatal error of

@@ -11,6 +11,9 @@
 
 #include <exception>
 
+using namespace Pantalla;
+using namespace Sistema;
+
 namespace Principal {
 
 int Main() {

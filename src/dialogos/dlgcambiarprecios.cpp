@@ -12,6 +12,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+using namespace Pantalla;
+
 DlgCambiarPrecios::DlgCambiarPrecios(const ContextoMotor &c, qint32 l, const QString &nombre,
                                      QWidget *padre)
     : QDialog(padre), contexto(c), lista(l) {

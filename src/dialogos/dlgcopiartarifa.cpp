@@ -19,6 +19,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+using namespace Pantalla;
+using namespace Sistema;
+
 namespace {
 
 QDateEdit *Fecha(const QDate &dia, const char *nombre) {

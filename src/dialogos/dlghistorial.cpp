@@ -15,6 +15,8 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+using namespace Pantalla;
+
 DlgHistorial::DlgHistorial(const ContextoMotor &c, qint32 l, const QString &nombre, QWidget *padre)
     : QDialog(padre), contexto(c), lista(l) {
     setWindowTitle(QStringLiteral("Historial de precios de la tarifa «%1»").arg(nombre));

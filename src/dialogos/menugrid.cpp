@@ -13,8 +13,10 @@
 #include <QMenu>
 #include <QTableView>
 
+using namespace Pantalla;
+
 MenuGrid::MenuGrid(Grid &g) : QObject(&g), grid(g) {
-    menu_ = new MenuAtajos(grid.vista());
+    menuContextual = new MenuAtajos(grid.vista());
     QTableView *v = grid.vista();
     v->installEventFilter(this);
     v->viewport()->installEventFilter(this);
@@ -23,13 +25,13 @@ MenuGrid::MenuGrid(Grid &g) : QObject(&g), grid(g) {
 
 MenuGrid::~MenuGrid() {
     // The view may already be going with the screen's window, taking the menu with it.
-    if (menu_)
-        delete menu_.data();
+    if (menuContextual)
+        delete menuContextual.data();
 }
 
 QAction *MenuGrid::Agregar(const QString &texto, const QKeySequence &atajo,
                            std::function<void()> manejador, Habilitado habilitado) {
-    QAction *accion = menu_->addAction(texto);
+    QAction *accion = menuContextual->addAction(texto);
     accion->setShortcut(atajo);
     // Shown in the menu, and caught by this object's filter while the grid has the focus: the
     // action itself sits on no widget, so it takes no key from the rest of the screen.
@@ -40,7 +42,7 @@ QAction *MenuGrid::Agregar(const QString &texto, const QKeySequence &atajo,
 }
 
 void MenuGrid::Separador() {
-    menu_->addSeparator();
+    menuContextual->addSeparator();
 }
 
 void MenuGrid::preparar(int fila) {
@@ -54,11 +56,11 @@ void MenuGrid::preparar(int fila) {
 }
 
 void MenuGrid::Abrir(int fila, const QPoint &donde) {
-    fila_ = fila;
+    filaPulsada = fila;
     if (fila > 0)
         grid.setRow(fila);
     preparar(fila);
-    menu_->popup(donde);
+    menuContextual->popup(donde);
 }
 
 int MenuGrid::filaEn(const QPoint &punto) const {
@@ -102,12 +104,12 @@ bool MenuGrid::eventFilter(QObject *objeto, QEvent *e) {
         Abrir(grid.Row() > 0 ? grid.Row() : -1, bajoFilaActual());
         return true;
     }
-    for (QAction *accion : menu_->actions()) {
+    for (QAction *accion : menuContextual->actions()) {
         if (accion->shortcut().isEmpty() || accion->shortcut() != pulsada)
             continue;
         tecla->accept();
-        fila_ = grid.Row() > 0 ? grid.Row() : -1;
-        preparar(fila_);
+        filaPulsada = grid.Row() > 0 ? grid.Row() : -1;
+        preparar(filaPulsada);
         if (accion->isEnabled())
             accion->trigger();
         return true;

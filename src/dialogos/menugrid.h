@@ -9,7 +9,9 @@
 #include <functional>
 #include <utility>
 
+namespace Pantalla {
 class Grid;
+} // namespace Pantalla
 class QAction;
 class QContextMenuEvent;
 class QPoint;
@@ -32,7 +34,7 @@ class MenuGrid : public QObject {
   public:
     /// Whether an item may act on row `fila` (see above).
     using Habilitado = std::function<bool(int fila)>;
-    explicit MenuGrid(Grid &grid);
+    explicit MenuGrid(Pantalla::Grid &grid);
     ~MenuGrid() override;
 
     /// Appends an item. `atajo` may be empty (no shortcut); without `habilitado` the item is
@@ -42,9 +44,9 @@ class MenuGrid : public QObject {
     void Separador();
 
     /// The menu, shown or not, with every item added.
-    QMenu *menu() const { return menu_; }
+    QMenu *menu() const { return menuContextual; }
     /// The row the last menu or shortcut was for (see above), -2 before any.
-    int Fila() const { return fila_; }
+    int Fila() const { return filaPulsada; }
     /// Opens the menu for `fila` at `donde` (global coordinates), as the right button does.
     void Abrir(int fila, const QPoint &donde);
 
@@ -59,8 +61,8 @@ class MenuGrid : public QObject {
     /// Enables each item as row `fila` allows.
     void preparar(int fila);
 
-    Grid &grid;
+    Pantalla::Grid &grid;
     QList<std::pair<QAction *, Habilitado>> items;
-    QPointer<QMenu> menu_;
-    int fila_ = -2;
+    QPointer<QMenu> menuContextual;
+    int filaPulsada = -2;
 };

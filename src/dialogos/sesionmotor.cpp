@@ -5,6 +5,8 @@
 #include "platform/ui/mensajes.h"
 #include "session/sesionsuite.h"
 
+using namespace Pantalla;
+
 ContextoMotor ContextoSesion() {
     ContextoMotor contexto;
     contexto.conexion = SesionSuite.Conexion.get();

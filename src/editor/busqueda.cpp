@@ -10,6 +10,9 @@
 #include "platform/ui/controles.h"
 #include "session/sesionsuite.h"
 
+using namespace ADODB;
+using namespace Pantalla;
+
 BusquedaCodigo SentenciaBusquedaCodigo(const Dialecto &dialecto, const QString &cod) {
     // A Null would match nothing, while an empty text finds an empty shop code.
     const QString codigo = cod.isNull() ? QStringLiteral("") : cod;

@@ -14,4 +14,4 @@ struct BusquedaCodigo {
     QString sentencia;
     QVariantList valores;
 };
-BusquedaCodigo SentenciaBusquedaCodigo(const Dialecto &dialecto, const QString &cod);
+BusquedaCodigo SentenciaBusquedaCodigo(const ADODB::Dialecto &dialecto, const QString &cod);

@@ -7,6 +7,8 @@
 #include "session/sesionsuite.h"
 #include "suite/ui/svctraduccion.h"
 
+using namespace Pantalla;
+
 namespace {
 
 /// The catalogue slides in by this many twips a tick, whatever the scale.

@@ -4,6 +4,8 @@
 #include "columnas.h"
 #include "listado.h"
 
+using namespace Pantalla;
+
 void FrmTarifas::ListarProductos() {
     Grid &grid = *grid_productos;
     ListarEnGrid(grid,

@@ -5,6 +5,8 @@
 #include "columnas.h"
 #include "listado.h"
 
+using namespace Pantalla;
+
 namespace {
 
 /// Whether the variant has no value of its own: Null or an empty text, and then the parent's

@@ -10,6 +10,8 @@
 #include "session/sesionsuite.h"
 #include "suite/datos/svcregistros.h"
 
+using namespace Pantalla;
+
 void FrmTarifas::cmdEliminar_Click() {
     // The plain Yes/No box, Yes the default, with no icon.
     if (!MsgBoxPregunta(QStringLiteral("¿Desea eliminar la tarifa ") + Label5->Caption() +

@@ -11,6 +11,8 @@
 #include "session/sesionsuite.h"
 #include "suite/ui/svcteclado.h"
 
+using namespace Pantalla;
+
 namespace {
 
 /// The list view (the selected products with their title and the period below) or the entry

@@ -7,6 +7,8 @@
 #include "suite/ui/svcescala.h"
 #include "suite/ui/svcgrid.h"
 
+using namespace Sistema;
+
 void FrmTarifas::inicializarGrid_Productos() {
     SvcGrid svcGrid;
     const QString titulos = QStringLiteral("Codigo;Producto;codigo;precio;seccion");

@@ -4,6 +4,8 @@
 #include "screens/disenotarifas.h"
 #include "session/vida.h"
 
+using namespace Pantalla;
+
 FrmTarifas::FrmTarifas() : Form(DisenoTarifas()) {}
 
 FrmTarifas &frmTarifas() {

@@ -45,7 +45,7 @@ bool MismoPrecio(const std::optional<QString> &a, const std::optional<QString> &
 /// row is listed all the same). Row counters are 32-bit: a catalogue of any size lists whole.
 /// A failed query raises ErrorBD, which nothing here catches: the error report shows it. A
 /// load that fails takes the half-built screen away (Unload) before the error goes on.
-class FrmTarifas : public Form {
+class FrmTarifas : public Pantalla::Form {
     Q_OBJECT
   public:
     FrmTarifas();
@@ -53,17 +53,18 @@ class FrmTarifas : public Form {
     EstadoEditor estado;
 
     // The controls the screen's code works with, bound at each load.
-    Frame *frPadre = nullptr, *frHijo = nullptr, *frResultado = nullptr, *frCambio = nullptr,
-          *Frame2 = nullptr;
-    Grid *grid_productos = nullptr, *grid_productos_textil = nullptr,
-         *grid_Pseleccionados = nullptr;
-    TextBox *ct_buscar_c = nullptr, *ct_buscar_n = nullptr, *txt_NuevoPrecio = nullptr;
-    Label *lblCodigo = nullptr, *lblDesde = nullptr, *lblHasta = nullptr, *lblCodProducto = nullptr,
-          *lblCodCliente = nullptr, *lblCodProdTextil = nullptr, *lblTalla = nullptr,
-          *lblColor = nullptr, *lblNomProd = nullptr, *Label5 = nullptr;
-    DTPicker *desde = nullptr, *hasta = nullptr;
-    Timer *tmrRegresaLista = nullptr;
-    CommandButton *cmdSalir = nullptr, *Command1 = nullptr;
+    Pantalla::Frame *frPadre = nullptr, *frHijo = nullptr, *frResultado = nullptr,
+                    *frCambio = nullptr, *Frame2 = nullptr;
+    Pantalla::Grid *grid_productos = nullptr, *grid_productos_textil = nullptr,
+                   *grid_Pseleccionados = nullptr;
+    Pantalla::TextBox *ct_buscar_c = nullptr, *ct_buscar_n = nullptr, *txt_NuevoPrecio = nullptr;
+    Pantalla::Label *lblCodigo = nullptr, *lblDesde = nullptr, *lblHasta = nullptr,
+                    *lblCodProducto = nullptr, *lblCodCliente = nullptr,
+                    *lblCodProdTextil = nullptr, *lblTalla = nullptr, *lblColor = nullptr,
+                    *lblNomProd = nullptr, *Label5 = nullptr;
+    Pantalla::DTPicker *desde = nullptr, *hasta = nullptr;
+    Pantalla::Timer *tmrRegresaLista = nullptr;
+    Pantalla::CommandButton *cmdSalir = nullptr, *Command1 = nullptr;
 
     /// Titles and format of grid_productos and grid_Pseleccionados, plain mode.
     void inicializarGrid_Productos();
@@ -107,10 +108,10 @@ class FrmTarifas : public Form {
     // Price entry, saving and search
     // The price panel frCambio lies over grid_Pseleccionados; the screen is in the list view
     // (Label3 and Frame1 shown, the panel hidden) or in the entry view (the other way round).
-    Frame *Frame1 = nullptr;
-    Label *Label3 = nullptr;
-    TextBox *txt_precio = nullptr;
-    CommandButton *cmdAceptar = nullptr, *cmdCancelar = nullptr;
+    Pantalla::Frame *Frame1 = nullptr;
+    Pantalla::Label *Label3 = nullptr;
+    Pantalla::TextBox *txt_precio = nullptr;
+    Pantalla::CommandButton *cmdAceptar = nullptr, *cmdCancelar = nullptr;
     /// A click on a row of the plain catalogue opens that product in the panel. A click on
     /// the title row, below the rows, or on a row without a product code opens nothing.
     void grid_productos_Click();
@@ -162,17 +163,17 @@ class FrmTarifas : public Form {
     void ct_buscar_n_Change();
     /// Filters the mode's catalogue grid by the start of the name (column 1), case ignored.
     void Buscar(const QString &texto);
-    void BusquedaItemsxNombre_Grid(const QString &valor, Grid &grid);
+    void BusquedaItemsxNombre_Grid(const QString &valor, Pantalla::Grid &grid);
     /// Shows every row of the mode's catalogue grid again.
     void AnularBusqueda();
-    void DeshacerBusquedaItemsxNombre_Grid(Grid &grid);
+    void DeshacerBusquedaItemsxNombre_Grid(Pantalla::Grid &grid);
     /// The size-and-colour code search: a variant's own shop code opens that variant; the
     /// code of a product without variants opens it with "-1"; the code of a product with
     /// variants leaves only its rows in the catalogue for the operator to pick one. false
     /// when no product has that code.
     bool BuscarCodigo_textil(const QString &cod);
     /// The catalogue grid of the current mode.
-    Grid &GridCatalogo();
+    Pantalla::Grid &GridCatalogo();
     // end of price entry, saving and search
 
     // What other terminals do to the list in hand (otrospuestos.cpp)
@@ -199,7 +200,8 @@ class FrmTarifas : public Form {
     bool ConfirmarPrecioAjeno(const std::optional<QString> &guardado);
 
     // Validity period and deletion
-    CommandButton *cmdAceptarFecha = nullptr, *cmdCancelarFecha = nullptr, *cmdEliminar = nullptr;
+    Pantalla::CommandButton *cmdAceptarFecha = nullptr, *cmdCancelarFecha = nullptr,
+                            *cmdEliminar = nullptr;
     /// Stores the period that desde and hasta show in the open list's header, both dates
     /// whichever changed, and makes it the stored one (lblDesde, lblHasta). No check of the
     /// dates: a period may end before it starts. Writes nothing, and closes the editor, when

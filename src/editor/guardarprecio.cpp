@@ -15,6 +15,8 @@
 
 #include <limits>
 
+using namespace Pantalla;
+
 namespace {
 
 const QString Tabla = QStringLiteral("detalle_precio");

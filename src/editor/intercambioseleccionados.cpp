@@ -5,6 +5,8 @@
 #include "dialogos/sesionmotor.h"
 #include "intercambioui/intercambioui.h"
 
+using namespace Pantalla;
+
 namespace {
 
 /// The open list: the editor's own lblCodigo, as for every write of the editor; 0 when none.

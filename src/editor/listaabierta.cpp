@@ -3,6 +3,8 @@
 
 #include "codigo.h"
 
+using namespace Pantalla;
+
 QString FrmTarifas::CodigoListaAbierta() {
     // The register writes the code into its own label before it touches the editor, and the
     // editor's label gets it only after the load: the listings read the register's.

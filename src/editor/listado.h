@@ -10,7 +10,7 @@
 /// Writes a field's text into a cell: a text the database gave in plain ASCII (codes, most
 /// names) goes straight from the recordset's bytes, anything else (accents, numbers, dates)
 /// through its text form. Either way the cell reads as Field::Texto would give it.
-inline void PonerCampo(Grid &grid, int fila, int columna, const ADODB::Field &campo) {
+inline void PonerCampo(Pantalla::Grid &grid, int fila, int columna, const ADODB::Field &campo) {
     QByteArrayView bytes;
     if (campo.TextoUtf8(bytes)) {
         uchar o = 0;
@@ -33,7 +33,7 @@ inline void PonerCampo(Grid &grid, int fila, int columna, const ADODB::Field &ca
 /// a million products is in memory once, in the grid's compact form. The grid grows by half
 /// again as it fills and is cut to the records read at the end.
 template <class Preparar>
-void ListarEnGrid(Grid &grid, const QString &sentencia, Preparar &&preparar) {
+void ListarEnGrid(Pantalla::Grid &grid, const QString &sentencia, Preparar &&preparar) {
     ADODB::Recordset rs;
     std::optional<decltype(preparar(rs))> llenar;
     int fila = 0;

@@ -10,6 +10,8 @@
 #include "platform/ui/mensajes.h"
 #include "session/sesionsuite.h"
 
+using namespace Pantalla;
+
 bool FrmTarifas::ListaSigueViva() {
     ADODB::Connection &conexion = *SesionSuite.Conexion;
     // The editor's own label: after the load the list in hand is the one handed over to it.

@@ -14,6 +14,8 @@
 #include <QKeySequence>
 #include <algorithm>
 
+using namespace Pantalla;
+
 namespace {
 
 /// A row that holds a price of the list: a data row with a product code (the empty design row

@@ -17,6 +17,9 @@
 #include <QRegularExpression>
 #include <QScopedValueRollback>
 
+using namespace Pantalla;
+using namespace Sistema;
+
 namespace {
 
 /// A price as text with a point and without the zeros that say nothing ("12,50" and "12.5"

@@ -9,6 +9,9 @@
 #include "session/sesionsuite.h"
 #include "suite/datos/svcregistros.h"
 
+using namespace Pantalla;
+using namespace Sistema;
+
 namespace {
 
 /// The stored date that `etiqueta` holds, as the control can show it; invalid when the label

@@ -9,6 +9,8 @@
 #include "platform/ui/mensajes.h"
 #include "session/sesionsuite.h"
 
+using namespace Pantalla;
+
 namespace {
 
 /// The product of a row as the question names it: its name, and its size and colour when the

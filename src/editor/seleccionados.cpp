@@ -10,6 +10,8 @@
 
 #include <cmath>
 
+using namespace Pantalla;
+
 namespace {
 
 /// A stored parent code as the database compares it with a whole number: a whole value

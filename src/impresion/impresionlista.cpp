@@ -8,6 +8,8 @@
 #include <QPagedPaintDevice>
 #include <QPainter>
 
+using namespace Sistema;
+
 namespace {
 
 /// Where everything goes on a page, in the device's pixels.

@@ -9,6 +9,8 @@
 #include <QFileInfo>
 #include <QLocale>
 
+using namespace Pantalla;
+
 void DialogoExportar(const ContextoMotor &contexto, qint32 lista, const QString &nombre,
                      QWidget *padre) {
     QString filtro;

@@ -15,6 +15,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+using namespace Pantalla;
+
 namespace {
 
 /// Larger than any list a shop keeps: a file above it is not a price list.

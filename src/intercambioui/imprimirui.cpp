@@ -18,6 +18,8 @@
 #include <QSaveFile>
 #include <QToolBar>
 
+using namespace Pantalla;
+
 namespace {
 
 /// Draws the document with a progress dialog that the operator may cancel. The dialog shows

@@ -12,6 +12,8 @@
 
 #include <algorithm>
 
+using namespace ADODB;
+
 using Alcance = PeticionCambio::Alcance;
 using Base = PeticionCambio::Base;
 
@@ -128,7 +130,7 @@ std::vector<FilaLeida> LeerFilas(const ContextoMotor &contexto, const PeticionCa
 
 /// What the rule makes of one row.
 struct Calculo {
-    enum Clase { Cambia, Igual, Rechazada } clase;
+    enum Desenlace { Cambia, Igual, Rechazada } clase;
     std::optional<Importe> anterior;
     std::optional<Importe> nuevo;
     QString motivo;

@@ -11,6 +11,8 @@
 
 #include <limits>
 
+using namespace ADODB;
+
 namespace {
 
 /// The next code after the highest, as a new list takes it. Inside the unit that holds the

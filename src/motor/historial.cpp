@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <map>
 
+using namespace ADODB;
+
 namespace {
 
 struct EstadoHistorial {

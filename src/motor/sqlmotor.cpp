@@ -6,6 +6,8 @@
 #include <QSqlDriver>
 #include <QSqlError>
 
+using namespace ADODB;
+
 namespace SQLMotor {
 
 Motor De(ADODB::Connection &conexion) {

@@ -13,6 +13,8 @@
 #include <cstring>
 #include <exception>
 
+using namespace ADODB;
+
 namespace Ordenes {
 
 namespace {

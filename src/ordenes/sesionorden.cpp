@@ -11,6 +11,8 @@
 
 #include <QDate>
 
+using namespace Sistema;
+
 namespace Ordenes {
 
 SesionOrden::SesionOrden() : conexion(std::make_unique<ADODB::Connection>()) {

@@ -14,6 +14,10 @@
 #include <exception>
 #include <limits>
 
+using namespace ADODB;
+using namespace Pantalla;
+using namespace Sistema;
+
 namespace {
 
 /// How many times Aceptar takes a fresh code when other terminals keep taking the one it

@@ -5,6 +5,8 @@
 
 #include "platform/datos/sistema.h"
 
+using namespace Sistema;
+
 namespace {
 
 /// What the panel moves at each tick, in twips, in single precision as the old screens kept

@@ -8,6 +8,8 @@
 #include "session/vida.h"
 #include "suite/ui/svctraduccion.h"
 
+using namespace Pantalla;
+
 FrmListas::FrmListas() : Form(DisenoListas()) {}
 
 FrmListas &frmListas() {

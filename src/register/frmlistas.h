@@ -25,7 +25,7 @@ struct EstadoListas {
 /// frmListas, the register of price lists: the first screen the operator sees. A double
 /// click on a row opens the editor on that list; the grid is listed again when the editor
 /// closes.
-class FrmListas : public Form {
+class FrmListas : public Pantalla::Form {
     Q_OBJECT
   public:
     FrmListas();
@@ -84,16 +84,16 @@ class FrmListas : public Form {
     void mnuImprimir_Click();
 
     // The controls the screen's code works with, bound at each load.
-    Frame *frCabecera = nullptr, *frHijo = nullptr, *frAltaLista = nullptr, *Frame1 = nullptr,
-          *fr_SeparacionH1 = nullptr;
-    Grid *grid_precios = nullptr;
-    Label *lblCodigo = nullptr;
-    TextBox *txtNomLista = nullptr;
-    DTPicker *desde = nullptr, *hasta = nullptr;
-    CommandButton *cmdSalir = nullptr, *Command1 = nullptr, *cmdNuevo = nullptr,
-                  *cmd_Ayuda = nullptr, *cmdAceptar = nullptr, *cmdCancelar = nullptr;
-    Timer *tmrAyuda = nullptr;
-    VisorAyuda *Open1 = nullptr;
+    Pantalla::Frame *frCabecera = nullptr, *frHijo = nullptr, *frAltaLista = nullptr,
+                    *Frame1 = nullptr, *fr_SeparacionH1 = nullptr;
+    Pantalla::Grid *grid_precios = nullptr;
+    Pantalla::Label *lblCodigo = nullptr;
+    Pantalla::TextBox *txtNomLista = nullptr;
+    Pantalla::DTPicker *desde = nullptr, *hasta = nullptr;
+    Pantalla::CommandButton *cmdSalir = nullptr, *Command1 = nullptr, *cmdNuevo = nullptr,
+                            *cmd_Ayuda = nullptr, *cmdAceptar = nullptr, *cmdCancelar = nullptr;
+    Pantalla::Timer *tmrAyuda = nullptr;
+    Pantalla::VisorAyuda *Open1 = nullptr;
 
   protected:
     void Form_Load() override;

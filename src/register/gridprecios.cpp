@@ -15,6 +15,10 @@
 #include <algorithm>
 #include <vector>
 
+using namespace ADODB;
+using namespace Pantalla;
+using namespace Sistema;
+
 void FrmListas::inicializarGridPrecios() {
     SvcGrid svcGrid;
     const QString titulos = QStringLiteral("Nombre;Desde;Hasta;Cod");

@@ -13,6 +13,8 @@
 
 #include <QKeySequence>
 
+using namespace Pantalla;
+
 void FrmListas::crearMenuPrecios() {
     menuPrecios = new MenuGrid(*grid_precios);
     const auto conLista = [this](int fila) { return ListaDeFila(fila) != 0; };

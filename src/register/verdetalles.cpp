@@ -8,6 +8,9 @@
 #include "platform/datos/regional.h"
 #include "platform/datos/sistema.h"
 
+using namespace Pantalla;
+using namespace Sistema;
+
 void FrmListas::grid_precios_DblClick() {
     // A double click that arrives while the editor is open (one queued behind the click that
     // opened it) opens nothing: the open editor is never handed over again from inside itself.

@@ -4,4 +4,4 @@
 
 /// The register screen frmListas as designed: a header band, the grid of price lists with
 /// its hint, the new-list panel (hidden) and the help panel below the bottom edge.
-const DisenoFormulario &DisenoListas();
+const Pantalla::DisenoFormulario &DisenoListas();

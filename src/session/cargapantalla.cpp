@@ -10,6 +10,8 @@
 #include "suite/ui/svcescala.h"
 #include "suite/ui/svctraduccion.h"
 
+using namespace Pantalla;
+
 namespace Principal {
 
 void TraducirPantalla(Form &pantalla) {

@@ -15,6 +15,9 @@
 
 #include <QDir>
 
+using namespace ADODB;
+using namespace Sistema;
+
 RegistroSesion SesionSuite;
 
 namespace Principal {

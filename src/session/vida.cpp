@@ -6,6 +6,8 @@
 
 #include <stdexcept>
 
+using namespace Pantalla;
+
 namespace Principal {
 
 namespace {

@@ -10,6 +10,8 @@
 #include <QSqlQuery>
 #include <QUrl>
 
+using namespace ADODB;
+
 namespace {
 
 QSqlQuery Correr(const QSqlDatabase &base, const QString &sql, const QVariantList &valores) {

@@ -8,6 +8,8 @@
 #include <sqlite3.h>
 #include <thread>
 
+using namespace ADODB;
+
 namespace {
 
 sqlite3 *Manejador(const QSqlDatabase &base) {

@@ -65,7 +65,7 @@ inline int Ejecutar(QObject &prueba, const QStringList &argumentos, const QStrin
     QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
     try {
         return QTest::qExec(&prueba, argumentos);
-    } catch (const ErrorBD &e) {
+    } catch (const ADODB::ErrorBD &e) {
         return fallo(QStringLiteral("ErrorBD: ") + e.Texto());
     } catch (const std::exception &e) {
         return fallo(QString::fromLocal8Bit(e.what()));

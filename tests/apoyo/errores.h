@@ -9,7 +9,7 @@
 inline QString ErrorDe(const std::function<void()> &accion) {
     try {
         accion();
-    } catch (const ErrorBD &e) {
+    } catch (const ADODB::ErrorBD &e) {
         return e.Texto();
     }
     return {};

@@ -29,12 +29,12 @@ class RespuestasMensajes {
             r.ficheros.clear();
             r.pedidos.clear();
             r.enUnidad = 0;
-            ContestadorMensajes() = &r;
+            Pantalla::ContestadorMensajes() = &r;
         }
     }
     ~RespuestasMensajes() {
         if (--registro().activas == 0)
-            ContestadorMensajes() = nullptr;
+            Pantalla::ContestadorMensajes() = nullptr;
     }
     RespuestasMensajes(const RespuestasMensajes &) = delete;
     RespuestasMensajes &operator=(const RespuestasMensajes &) = delete;
@@ -51,7 +51,7 @@ class RespuestasMensajes {
     int DentroDeUnidad() const { return registro().enUnidad; }
 
   private:
-    struct Registro : Contestador {
+    struct Registro : Pantalla::Contestador {
         int activas = 0;
         QStringList mostrados;
         QStringList titulos;

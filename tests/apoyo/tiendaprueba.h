@@ -24,7 +24,7 @@
 /// The business type of the size-and-colour shops.
 inline const QString TallaColor = QStringLiteral("TALLACOLOR");
 
-inline QStringList Fila(const Grid &g, int fila) {
+inline QStringList Fila(const Pantalla::Grid &g, int fila) {
     QStringList t;
     for (int c = 0; c < g.Cols(); ++c)
         t << g.TextMatrix(fila, c);
@@ -32,7 +32,7 @@ inline QStringList Fila(const Grid &g, int fila) {
 }
 
 /// The data rows of `g` whose column `columna` holds `valor`.
-inline QList<int> FilasCon(const Grid &g, int columna, const QString &valor) {
+inline QList<int> FilasCon(const Pantalla::Grid &g, int columna, const QString &valor) {
     QList<int> filas;
     for (int f = 1; f < g.Rows(); ++f)
         if (g.TextMatrix(f, columna) == valor)
@@ -99,7 +99,7 @@ inline bool DobleClic(int lista, const std::function<void(FrmTarifas &)> &mientr
 
 /// Clicks with the mouse the catalogue's row that shows product `codigo` (and variant `hijo`).
 inline bool ClicProducto(FrmTarifas &e, const QString &codigo, const QString &hijo = {}) {
-    Grid &g = ModoTallaColor() ? *e.grid_productos_textil : *e.grid_productos;
+    Pantalla::Grid &g = ModoTallaColor() ? *e.grid_productos_textil : *e.grid_productos;
     QTableView *v = g.vista();
     for (int r = 0; r < v->model()->rowCount(); ++r) {
         const int fila = g.modelo()->filaDeGrid(r);
@@ -114,7 +114,7 @@ inline bool ClicProducto(FrmTarifas &e, const QString &codigo, const QString &hi
 }
 
 /// Types `texto` into the box and presses Enter.
-inline void Teclear(TextBox *caja, const QString &texto) {
+inline void Teclear(Pantalla::TextBox *caja, const QString &texto) {
     QTest::keyClicks(caja->widget(), texto);
     QTest::keyClick(caja->widget(), Qt::Key_Return);
 }
@@ -124,7 +124,7 @@ inline void Teclear(TextBox *caja, const QString &texto) {
 inline bool GuardarPrecio(FrmTarifas &e, const QString &codigo, const QString &precio,
                           const QString &hijo = {}) {
     const bool textil = ModoTallaColor();
-    const Grid &g = textil ? *e.grid_productos_textil : *e.grid_productos;
+    const Pantalla::Grid &g = textil ? *e.grid_productos_textil : *e.grid_productos;
     const QList<int> filas = FilasCon(g, ColTallaColor::Codigo, codigo);
     for (const int f : filas) {
         if (textil && g.TextMatrix(f, ColTallaColor::CodigoHijo) != hijo)

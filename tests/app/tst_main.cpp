@@ -12,6 +12,9 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 
+using namespace Pantalla;
+using namespace Sistema;
+
 namespace {
 
 /// The variable that makes this test's executable the program, with an operator's case.

@@ -10,6 +10,8 @@
 
 #include <QSignalSpy>
 
+using namespace ADODB;
+
 namespace {
 
 /// Long enough for a watcher to hear a change (it looks twice a second), for the rows where

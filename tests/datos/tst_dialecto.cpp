@@ -7,6 +7,8 @@
 #include <QSqlDatabase>
 #include <memory>
 
+using namespace ADODB;
+
 namespace {
 
 /// The dialect of a driver, from a database that is never opened.

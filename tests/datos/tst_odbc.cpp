@@ -17,6 +17,8 @@
 #include <QSignalSpy>
 #include <QSqlQuery>
 
+using namespace ADODB;
+
 class TstOdbc : public QObject {
     Q_OBJECT
     QTemporaryDir casa;

@@ -20,7 +20,7 @@
 
 /// The right button on grid row `fila` of `g`: a data row, 0 the title row, -1 below the last
 /// row. Gives the menu that shows, or nullptr when none does.
-inline QMenu *ClicDerecho(Grid &g, int fila) {
+inline QMenu *ClicDerecho(Pantalla::Grid &g, int fila) {
     QTableView *v = g.vista();
     QWidget *destino = fila == 0 ? v->horizontalHeader()->viewport() : v->viewport();
     QPoint punto = destino->rect().center();

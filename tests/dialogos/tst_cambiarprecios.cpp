@@ -15,6 +15,8 @@
 #include <QRadioButton>
 #include <QTableWidget>
 
+using namespace Pantalla;
+
 namespace {
 
 const QString Cambiar = QStringLiteral("Cambiar precios…");

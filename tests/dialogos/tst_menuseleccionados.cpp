@@ -8,6 +8,8 @@
 #include "editor/columnas.h"
 #include "platform/ui/traduccionqt.h"
 
+using namespace Pantalla;
+
 namespace {
 
 const QString Quitar = QStringLiteral("Quitar de la tarifa");

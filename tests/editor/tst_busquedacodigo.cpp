@@ -8,6 +8,8 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
+using namespace ADODB;
+
 namespace {
 
 /// The plan of `sentencia` with `valores`, one line a step. A server plans with the values

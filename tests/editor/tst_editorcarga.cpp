@@ -6,6 +6,8 @@
 #include "apoyo/tiendaprueba.h"
 #include "editor/columnas.h"
 
+using namespace Pantalla;
+
 namespace {
 
 /// Each data row of `g`, its cells joined by "|".

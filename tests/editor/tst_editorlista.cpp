@@ -13,6 +13,10 @@
 #include <future>
 #include <thread>
 
+using namespace ADODB;
+using namespace Pantalla;
+using namespace Sistema;
+
 namespace {
 
 const QDate Desde(2026, 1, 1), Hasta(2026, 12, 31);

@@ -13,6 +13,9 @@
 #include <QClipboard>
 #include <QMenu>
 
+using namespace Pantalla;
+using namespace Sistema;
+
 namespace {
 
 /// Another terminal's change: `cambio` runs through the record writer in one unit of work.

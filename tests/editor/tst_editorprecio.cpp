@@ -8,6 +8,8 @@
 #include "apoyo/tiendaprueba.h"
 #include "editor/columnas.h"
 
+using namespace Pantalla;
+
 namespace {
 
 double Guardado(TiendaPrueba &t, int producto) {

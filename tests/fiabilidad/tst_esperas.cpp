@@ -29,6 +29,9 @@
 #include <sys/types.h>
 #include <unistd.h>
 
+using namespace ADODB;
+using namespace Pantalla;
+
 namespace {
 
 const QString Cabecera = QStringLiteral("cabecera_precio");

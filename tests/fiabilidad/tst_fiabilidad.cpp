@@ -5,6 +5,8 @@
 #include "apoyo/tiendaprueba.h"
 #include "suite/datos/svcopciones.h"
 
+using namespace Pantalla;
+
 class TstFiabilidad : public QObject {
     Q_OBJECT
 

@@ -19,6 +19,8 @@
 #include <QToolBar>
 #include <numeric>
 
+using namespace Pantalla;
+
 namespace {
 
 const QString Exportar = QStringLiteral("Exportar…");

@@ -13,6 +13,8 @@
 #include <QSqlQuery>
 #include <thread>
 
+using namespace ADODB;
+
 namespace {
 
 /// A small shop on a fresh database: products of two sections, one gone from the catalogue,

@@ -10,6 +10,8 @@
 #include <functional>
 #include <memory>
 
+using namespace ADODB;
+
 namespace {
 
 void Escribir(const QString &ruta, const QString &texto) {

@@ -15,6 +15,9 @@
 
 #include <stdexcept>
 
+using namespace Pantalla;
+using namespace Sistema;
+
 Q_DECLARE_METATYPE(QList<int>)
 
 using MapaTeclas = QHash<int, int>;

@@ -12,30 +12,33 @@
 
 #include <stdexcept>
 
+using namespace ADODB;
+using namespace Pantalla;
+
 namespace {
 
 // clang-format off
 // Values chosen off the 15-twip grid, so that rounding shows.
 const DisenoControl filasPrueba[] = {
-    {.nombre = "frFondo", .clase = Clase::Frame, .contenedor = nullptr, .left = 0, .top = 0,
+    {.nombre = "frFondo", .clase = ClaseControl::Frame, .contenedor = nullptr, .left = 0, .top = 0,
      .width = 6000, .height = 4500, .tab = 0, .texto = "Frame1", .back = RGB(224, 224, 224),
-     .estilo = SinBorde},
-    {.nombre = "lblDelante", .clase = Clase::Label, .contenedor = "frFondo", .left = 300,
+     .estilo = Estilo::SinBorde},
+    {.nombre = "lblDelante", .clase = ClaseControl::Label, .contenedor = "frFondo", .left = 300,
      .top = 150, .width = 1500, .height = 300, .tab = 4, .texto = "Delante",
-     .fuente = {"Verdana", 9.75, true}, .fore = RGB(0, 0, 0), .estilo = Transparente | Centrado},
-    {.nombre = "frInterior", .clase = Clase::Frame, .contenedor = "frFondo", .left = 1507,
+     .fuente = {"Verdana", 9.75, true}, .fore = RGB(0, 0, 0), .estilo = Estilo::Transparente | Estilo::Centrado},
+    {.nombre = "frInterior", .clase = ClaseControl::Frame, .contenedor = "frFondo", .left = 1507,
      .top = 1515, .width = 3000, .height = 1500, .tab = 1, .back = RGB(255, 255, 255),
-     .estilo = SinBorde},
-    {.nombre = "txtDentro", .clase = Clase::TextBox, .contenedor = "frInterior", .left = 23,
+     .estilo = Estilo::SinBorde},
+    {.nombre = "txtDentro", .clase = ClaseControl::TextBox, .contenedor = "frInterior", .left = 23,
      .top = 300, .width = 1500, .height = 322, .tab = 3, .texto = "9999,99",
-     .estilo = Derecha | Bloqueado, .tooltip = "Precio del menu."},
-    {.nombre = "txtSegundo", .clase = Clase::TextBox, .contenedor = "frInterior", .left = 1650,
+     .estilo = Estilo::Derecha | Estilo::Bloqueado, .tooltip = "Precio del menu."},
+    {.nombre = "txtSegundo", .clase = ClaseControl::TextBox, .contenedor = "frInterior", .left = 1650,
      .top = 300, .width = 1200, .height = 322, .tab = 2, .texto = "Text1"},
-    {.nombre = "txtSinTab", .clase = Clase::TextBox, .contenedor = "frFondo", .left = 300,
-     .top = 3300, .width = 1200, .height = 322, .tab = 2, .estilo = SinTabStop},
-    {.nombre = "cmdOculto", .clase = Clase::CommandButton, .contenedor = "frFondo", .left = 0,
-     .top = 0, .width = 1200, .height = 450, .tab = 9, .texto = "Genera caption", .estilo = Oculto},
-    {.nombre = "lblDetras", .clase = Clase::Label, .contenedor = "frFondo", .left = 600,
+    {.nombre = "txtSinTab", .clase = ClaseControl::TextBox, .contenedor = "frFondo", .left = 300,
+     .top = 3300, .width = 1200, .height = 322, .tab = 2, .estilo = Estilo::SinTabStop},
+    {.nombre = "cmdOculto", .clase = ClaseControl::CommandButton, .contenedor = "frFondo", .left = 0,
+     .top = 0, .width = 1200, .height = 450, .tab = 9, .texto = "Genera caption", .estilo = Estilo::Oculto},
+    {.nombre = "lblDetras", .clase = ClaseControl::Label, .contenedor = "frFondo", .left = 600,
      .top = 150, .width = 1500, .height = 300, .tab = 5, .texto = "Detras",
      .back = RGB(255, 255, 0)},
 };
@@ -44,7 +47,7 @@ const DisenoFormulario disenoPrueba{"frmPrueba", "Pantalla de prueba", 6000, 450
                                     ":/no/hay/icono.ico", filasPrueba};
 
 const DisenoControl filasOtra[] = {
-    {.nombre = "cmdSalir", .clase = Clase::CommandButton, .contenedor = nullptr, .left = 150,
+    {.nombre = "cmdSalir", .clase = ClaseControl::CommandButton, .contenedor = nullptr, .left = 150,
      .top = 150, .width = 1605, .height = 1155, .texto = "Salir"},
 };
 const DisenoFormulario disenoOtra{"frmOtra", "Otra", 3000, 2000, nullptr, filasOtra};

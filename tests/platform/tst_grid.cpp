@@ -10,6 +10,8 @@
 
 #include <functional>
 
+using namespace Pantalla;
+
 namespace {
 
 /// The names of data rows 1..8 of the test grids, as a catalogue lists them.

@@ -11,6 +11,8 @@
 #include <QSqlQuery>
 #include <memory>
 
+using namespace ADODB;
+
 class TstRecordset : public QObject {
     Q_OBJECT
     std::unique_ptr<QTemporaryDir> dir;

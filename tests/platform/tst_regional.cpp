@@ -2,6 +2,8 @@
 #include "apoyo/ejecucion.h"
 #include "platform/datos/regional.h"
 
+using namespace Sistema;
+
 class TstRegional : public QObject {
     Q_OBJECT
 

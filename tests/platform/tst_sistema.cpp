@@ -6,6 +6,8 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+using namespace Sistema;
+
 class TstSistema : public QObject {
     Q_OBJECT
     QTemporaryDir dir;

@@ -5,6 +5,8 @@
 #include "apoyo/ejecucion.h"
 #include "platform/ui/textosgrid.h"
 
+using namespace Pantalla;
+
 namespace {
 
 bool CabeEnLatin1(const QString &t) {

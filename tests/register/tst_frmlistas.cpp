@@ -14,6 +14,9 @@
 #include <QSqlQuery>
 #include <functional>
 
+using namespace Pantalla;
+using namespace Sistema;
+
 namespace {
 
 std::unique_ptr<TiendaPrueba> tienda;

@@ -16,6 +16,8 @@
 #include <csignal>
 #include <sys/resource.h>
 
+using namespace ADODB;
+
 namespace {
 
 QVariant Valor(ADODB::Connection &c, const QString &sql) {

@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <memory>
 
+using namespace ADODB;
+
 namespace {
 
 const QString Extra = QStringLiteral("ix_codigosextra_codigo_extra");

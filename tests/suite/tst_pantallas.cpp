@@ -11,18 +11,21 @@
 #include "suite/ui/svcteclado.h"
 #include "suite/ui/svctraduccion.h"
 
+using namespace ADODB;
+using namespace Pantalla;
+
 namespace {
 
 // clang-format off
 constexpr DisenoControl controles[] = {
-    {.nombre = "frPadre", .clase = Clase::Frame, .contenedor = nullptr,
-     .left = 0, .top = 0, .width = 15360, .height = 11085, .estilo = SinBorde},
-    {.nombre = "frHijo", .clase = Clase::Frame, .contenedor = "frPadre",
-     .left = 0, .top = 1005, .width = 15285, .height = 9720, .estilo = SinBorde},
-    {.nombre = "Label1", .clase = Clase::Label, .contenedor = "frHijo",
+    {.nombre = "frPadre", .clase = ClaseControl::Frame, .contenedor = nullptr,
+     .left = 0, .top = 0, .width = 15360, .height = 11085, .estilo = Estilo::SinBorde},
+    {.nombre = "frHijo", .clase = ClaseControl::Frame, .contenedor = "frPadre",
+     .left = 0, .top = 1005, .width = 15285, .height = 9720, .estilo = Estilo::SinBorde},
+    {.nombre = "Label1", .clase = ClaseControl::Label, .contenedor = "frHijo",
      .left = 495, .top = 420, .width = 4650, .height = 420, .texto = "Lista de Productos",
      .fuente = {"Verdana", 12, true}},
-    {.nombre = "cmdSalir", .clase = Clase::CommandButton, .contenedor = "frHijo",
+    {.nombre = "cmdSalir", .clase = ClaseControl::CommandButton, .contenedor = "frHijo",
      .left = 13545, .top = 8445, .width = 1605, .height = 1155, .texto = "Salir"},
 };
 constexpr DisenoFormulario diseno{.nombre = "frmPrueba", .caption = "Prueba", .clientWidth = 15270,

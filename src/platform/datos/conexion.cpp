@@ -157,7 +157,7 @@ void Connection::Open(const QString &cadena, const QString &usuario, const QStri
                 throw;
             }
         }
-        dialecto_ = Dialecto::Para(base);
+        dialectoActivo = Dialecto::Para(base);
     }
     destino = DestinoDe(c);
     perdida = false;
@@ -174,7 +174,7 @@ void Connection::Close() {
         base.close();
     }
     QSqlDatabase::removeDatabase(nombreConexion);
-    dialecto_.reset();
+    dialectoActivo.reset();
     destino.clear();
     if (enTransaccion)
         --unidadesAbiertas;
@@ -199,7 +199,7 @@ QSqlDatabase Connection::Base() const {
 bool Connection::Caida() const {
     if (!Abierta())
         return false;
-    return perdida || (dialecto_ && dialecto_->ConexionPerdida(QSqlError(), Base()));
+    return perdida || (dialectoActivo && dialectoActivo->ConexionPerdida(QSqlError(), Base()));
 }
 
 void Connection::reabrir() {
@@ -246,7 +246,8 @@ QSqlDatabase Connection::Base() {
 }
 
 bool Connection::Ejecutar(const std::function<bool()> &paso) {
-    const int socket = dialecto_ ? dialecto_->SocketServidor(std::as_const(*this).Base()) : -1;
+    const int socket =
+        dialectoActivo ? dialectoActivo->SocketServidor(std::as_const(*this).Base()) : -1;
     Espera espera(destino, socket, esperaSentencia * 1000);
     const bool hecho = paso();
     if (espera.Vencida()) {
@@ -317,7 +318,7 @@ ErrorBD Connection::Fallo(const QSqlError &error, const QString &sentencia) {
             return ErrorBD(QStringLiteral("El fichero SQLite \"%1\" %2\n").arg(ruta, causa) +
                            texto + cola);
     }
-    if (dialecto_ && dialecto_->ConexionPerdida(error, std::as_const(*this).Base()))
+    if (dialectoActivo && dialectoActivo->ConexionPerdida(error, std::as_const(*this).Base()))
         perdida = true;
     if (perdida)
         return ErrorBD(QStringLiteral("Se ha perdido la conexión con la base de datos (%1). Lo que "
@@ -376,9 +377,9 @@ bool Connection::HayUnidadAbierta() {
 }
 
 const Dialecto &Connection::dialecto() const {
-    if (!dialecto_)
+    if (!dialectoActivo)
         throw ErrorBD(QStringLiteral("La conexión no está abierta."));
-    return *dialecto_;
+    return *dialectoActivo;
 }
 
 } // namespace ADODB

@@ -102,7 +102,7 @@ class Connection {
     int esperaSentencia = 0; ///< seconds a server has for a statement, as at the opening
     quint64 cambiosPropios = 0;
     QString soloLectura;
-    std::unique_ptr<Dialecto> dialecto_;
+    std::unique_ptr<Dialecto> dialectoActivo;
 };
 
 } // namespace ADODB

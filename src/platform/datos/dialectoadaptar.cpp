@@ -9,10 +9,10 @@ namespace ADODB {
 
 namespace {
 
-enum class Clase { Blanco, Palabra, Literal, Nombre, Comentario, Simbolo };
+enum class ClasePieza { Blanco, Palabra, Literal, Nombre, Comentario, Simbolo };
 
 struct Pieza {
-    Clase clase;
+    ClasePieza clase;
     QString texto;
 };
 
@@ -26,7 +26,7 @@ std::vector<Pieza> Trocear(const QString &sentencia) {
     std::vector<Pieza> piezas;
     const qsizetype n = sentencia.size();
     qsizetype i = 0;
-    const auto hasta = [&](qsizetype fin, Clase clase) {
+    const auto hasta = [&](qsizetype fin, ClasePieza clase) {
         piezas.push_back({clase, sentencia.mid(i, fin - i)});
         i = fin;
     };
@@ -36,12 +36,12 @@ std::vector<Pieza> Trocear(const QString &sentencia) {
         if (c.isSpace()) {
             while (fin < n && sentencia.at(fin).isSpace())
                 ++fin;
-            hasta(fin, Clase::Blanco);
+            hasta(fin, ClasePieza::Blanco);
         } else if (EsLetra(c)) {
             while (fin < n && (EsLetra(sentencia.at(fin)) || sentencia.at(fin).isDigit() ||
                                sentencia.at(fin) == QLatin1Char('$')))
                 ++fin;
-            hasta(fin, Clase::Palabra);
+            hasta(fin, ClasePieza::Palabra);
         } else if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
             // A doubled quote inside stands for one; an unclosed one runs to the end.
             for (;;) {
@@ -54,32 +54,32 @@ std::vector<Pieza> Trocear(const QString &sentencia) {
                 fin = qMin(fin + 1, n);
                 break;
             }
-            hasta(fin, c == QLatin1Char('\'') ? Clase::Literal : Clase::Nombre);
+            hasta(fin, c == QLatin1Char('\'') ? ClasePieza::Literal : ClasePieza::Nombre);
         } else if (c == QLatin1Char('-') && fin < n && sentencia.at(fin) == QLatin1Char('-')) {
             while (fin < n && sentencia.at(fin) != QLatin1Char('\n'))
                 ++fin;
-            hasta(fin, Clase::Comentario);
+            hasta(fin, ClasePieza::Comentario);
         } else if (c == QLatin1Char('/') && fin < n && sentencia.at(fin) == QLatin1Char('*')) {
             const qsizetype cierre = sentencia.indexOf(QLatin1String("*/"), fin + 1);
-            hasta(cierre < 0 ? n : cierre + 2, Clase::Comentario);
+            hasta(cierre < 0 ? n : cierre + 2, ClasePieza::Comentario);
         } else if (QStringView(u"<>=!|").contains(c)) {
             while (fin < n && QStringView(u"<>=!|").contains(sentencia.at(fin)))
                 ++fin;
-            hasta(fin, Clase::Simbolo);
+            hasta(fin, ClasePieza::Simbolo);
         } else {
-            hasta(fin, Clase::Simbolo);
+            hasta(fin, ClasePieza::Simbolo);
         }
     }
     return piezas;
 }
 
 bool Es(const Pieza &p, const char *palabra) {
-    return p.clase == Clase::Palabra &&
+    return p.clase == ClasePieza::Palabra &&
            p.texto.compare(QLatin1String(palabra), Qt::CaseInsensitive) == 0;
 }
 
 bool EsSimbolo(const Pieza &p, const char *simbolo) {
-    return p.clase == Clase::Simbolo && p.texto == QLatin1String(simbolo);
+    return p.clase == ClasePieza::Simbolo && p.texto == QLatin1String(simbolo);
 }
 
 bool EsPalabraDe(const Pieza &p, std::initializer_list<const char *> palabras) {
@@ -92,7 +92,7 @@ bool EsPalabraDe(const Pieza &p, std::initializer_list<const char *> palabras) {
 /// The next piece from `i` on that is neither a blank nor a comment; piezas.size() if none.
 size_t Siguiente(const std::vector<Pieza> &piezas, size_t i) {
     while (i < piezas.size() &&
-           (piezas[i].clase == Clase::Blanco || piezas[i].clase == Clase::Comentario))
+           (piezas[i].clase == ClasePieza::Blanco || piezas[i].clase == ClasePieza::Comentario))
         ++i;
     return i;
 }
@@ -124,7 +124,7 @@ void AnadirTrasExpresion(std::vector<Pieza> &piezas, size_t inicio, size_t fin,
                          const QString &texto) {
     size_t ultimo = fin;
     for (size_t i = inicio; i < fin; ++i)
-        if (piezas[i].clase != Clase::Blanco && piezas[i].clase != Clase::Comentario)
+        if (piezas[i].clase != ClasePieza::Blanco && piezas[i].clase != ClasePieza::Comentario)
             ultimo = i;
     if (ultimo != fin)
         piezas[ultimo].texto += texto;
@@ -139,7 +139,7 @@ void DistintoDeNulo(std::vector<Pieza> &piezas) {
         if (siguiente < piezas.size() && Es(piezas[siguiente], "null")) {
             piezas[i].texto = QStringLiteral("is not");
             // "x<>null" has no blank before the operator.
-            if (i > 0 && piezas[i - 1].clase != Clase::Blanco)
+            if (i > 0 && piezas[i - 1].clase != ClasePieza::Blanco)
                 piezas[i].texto.prepend(QLatin1Char(' '));
             if (siguiente == i + 1)
                 piezas[i].texto.append(QLatin1Char(' '));
@@ -191,7 +191,7 @@ void NulosPrimero(std::vector<Pieza> &piezas) {
                     --profundidad;
                 else if (profundidad == 0 && Es(piezas[j], "nulls"))
                     dice = true;
-                else if (profundidad == 0 && piezas[j].clase == Clase::Palabra)
+                else if (profundidad == 0 && piezas[j].clase == ClasePieza::Palabra)
                     descendente = Es(piezas[j], "desc");
             }
             if (!dice)
@@ -207,7 +207,7 @@ void NulosPrimero(std::vector<Pieza> &piezas) {
 
 void NombresEnMinusculas(std::vector<Pieza> &piezas) {
     for (Pieza &p : piezas)
-        if (p.clase == Clase::Nombre)
+        if (p.clase == ClasePieza::Nombre)
             p.texto = p.texto.toLower();
 }
 

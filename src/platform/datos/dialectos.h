@@ -29,10 +29,10 @@ class DialectoSQLite : public Dialecto {
     /// What a declared type means, by SQLite's habit of reading the type's name: "date",
     /// "numeric(10,2)", "decimal", "boolean"... Other names ("integer", "text", "real", none)
     /// are Otra and change nothing. Worked out once per column of a result.
-    enum class Clase { Otra, Fecha, FechaHora, Decimal, Booleano };
-    static Clase ClaseDe(QStringView tipoDeclarado);
+    enum class ClaseColumna { Otra, Fecha, FechaHora, Decimal, Booleano };
+    static ClaseColumna ClaseDe(QStringView tipoDeclarado);
     /// Normalizar, for a column whose class is known.
-    static QVariant NormalizarClase(const QVariant &valor, Clase clase);
+    static QVariant NormalizarClase(const QVariant &valor, ClaseColumna clase);
 };
 
 /// PostgreSQL, through Qt's QPSQL driver. `tipoDeclarado` is the name of the column's Qt type.

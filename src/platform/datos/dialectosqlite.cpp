@@ -9,7 +9,7 @@ namespace ADODB {
 
 namespace {
 
-using Clase = DialectoSQLite::Clase;
+using ClaseColumna = DialectoSQLite::ClaseColumna;
 
 /// Whether `tipo` starts with `prefijo` (lower-case ASCII), whatever the case.
 template <qsizetype N> bool Empieza(QStringView tipo, const char (&prefijo)[N]) {
@@ -27,26 +27,26 @@ template <qsizetype N> bool Empieza(QStringView tipo, const char (&prefijo)[N]) 
 
 } // namespace
 
-DialectoSQLite::Clase DialectoSQLite::ClaseDe(QStringView tipo) {
+DialectoSQLite::ClaseColumna DialectoSQLite::ClaseDe(QStringView tipo) {
     if (tipo.isEmpty())
-        return Clase::Otra;
+        return ClaseColumna::Otra;
     switch (tipo[0].unicode() | 0x20) { // lower case, for letters
     case u'd':
         if (Empieza(tipo, "datetime"))
-            return Clase::FechaHora;
+            return ClaseColumna::FechaHora;
         if (Empieza(tipo, "date"))
-            return Clase::Fecha;
+            return ClaseColumna::Fecha;
         if (Empieza(tipo, "decimal"))
-            return Clase::Decimal;
-        return Clase::Otra;
+            return ClaseColumna::Decimal;
+        return ClaseColumna::Otra;
     case u't':
-        return Empieza(tipo, "timestamp") ? Clase::FechaHora : Clase::Otra;
+        return Empieza(tipo, "timestamp") ? ClaseColumna::FechaHora : ClaseColumna::Otra;
     case u'n':
-        return Empieza(tipo, "numeric") ? Clase::Decimal : Clase::Otra;
+        return Empieza(tipo, "numeric") ? ClaseColumna::Decimal : ClaseColumna::Otra;
     case u'b':
-        return Empieza(tipo, "bool") ? Clase::Booleano : Clase::Otra;
+        return Empieza(tipo, "bool") ? ClaseColumna::Booleano : ClaseColumna::Otra;
     default:
-        return Clase::Otra;
+        return ClaseColumna::Otra;
     }
 }
 
@@ -80,14 +80,14 @@ QVariant DialectoSQLite::Normalizar(const QVariant &valor, const QString &tipoDe
     return NormalizarClase(valor, ClaseDe(tipoDeclarado));
 }
 
-QVariant DialectoSQLite::NormalizarClase(const QVariant &valor, Clase clase) {
+QVariant DialectoSQLite::NormalizarClase(const QVariant &valor, ClaseColumna clase) {
     if (valor.isNull())
         return {};
     switch (clase) {
-    case Clase::Otra:
+    case ClaseColumna::Otra:
         // SQLite's own storage classes: a whole number, a double, a text or a blob.
         return valor.typeId() == QMetaType::Int ? QVariant(valor.toLongLong()) : valor;
-    case Clase::Fecha:
+    case ClaseColumna::Fecha:
         if (valor.typeId() == QMetaType::QString) {
             // "2026-01-31", or a date that another program stored with a time after it.
             const QDate fecha = QDate::fromString(valor.toString().left(10), Qt::ISODate);
@@ -95,7 +95,7 @@ QVariant DialectoSQLite::NormalizarClase(const QVariant &valor, Clase clase) {
                 return fecha;
         }
         return valor; // anything else is shown as it was stored, not lost
-    case Clase::FechaHora:
+    case ClaseColumna::FechaHora:
         if (valor.typeId() == QMetaType::QString) {
             const QDateTime momento = QDateTime::fromString(valor.toString(), Qt::ISODate);
             if (momento.isValid())
@@ -105,7 +105,7 @@ QVariant DialectoSQLite::NormalizarClase(const QVariant &valor, Clase clase) {
                 return QDateTime(fecha, QTime(0, 0));
         }
         return valor;
-    case Clase::Decimal:
+    case ClaseColumna::Decimal:
         if (valor.typeId() == QMetaType::LongLong || valor.typeId() == QMetaType::Int)
             return QVariant(valor.toDouble());
         if (valor.typeId() == QMetaType::QString) {
@@ -116,7 +116,7 @@ QVariant DialectoSQLite::NormalizarClase(const QVariant &valor, Clase clase) {
                 return d;
         }
         return valor;
-    case Clase::Booleano:
+    case ClaseColumna::Booleano:
         return Booleano(valor);
     }
     return valor;

@@ -19,7 +19,7 @@ namespace {
 
 Espera *actual = nullptr;
 
-Espera::Aviso &aviso() {
+Espera::Aviso &AvisoInstalado() {
     static Espera::Aviso a;
     return a;
 }
@@ -197,8 +197,8 @@ Espera::~Espera() {
     actual = anterior;
     // A wait that nobody saw go by (a call blocked on a server tells nothing until it
     // returns) is long all the same: what the operator did meanwhile is dropped.
-    if ((larga || reloj.elapsed() >= umbral) && aviso())
-        aviso()(Fase::Acabada, {});
+    if ((larga || reloj.elapsed() >= umbral) && AvisoInstalado())
+        AvisoInstalado()(Fase::Acabada, {});
 }
 
 bool Espera::Vencida() const {
@@ -218,8 +218,8 @@ void Espera::avisar() {
         std::fprintf(stderr, "%s\n", qPrintable(motivo));
         std::fflush(stderr);
     }
-    if (aviso())
-        aviso()(Fase::Larga, motivo);
+    if (AvisoInstalado())
+        AvisoInstalado()(Fase::Larga, motivo);
 }
 
 void Espera::Latido() {
@@ -232,7 +232,7 @@ void Espera::FijarAvisoExterno(const QString &programa, std::function<QRect()> l
 }
 
 Espera::Aviso Espera::FijarAviso(Aviso nuevo) {
-    std::swap(aviso(), nuevo);
+    std::swap(AvisoInstalado(), nuevo);
     return nuevo;
 }
 

@@ -15,7 +15,7 @@ namespace ADODB {
 
 namespace {
 
-using Clase = DialectoSQLite::Clase;
+using ClaseColumna = DialectoSQLite::ClaseColumna;
 
 [[noreturn]] void Fallo(sqlite3 *db) {
     throw FalloSQLite{QSqlError(QString(), QString::fromUtf8(sqlite3_errmsg(db)),
@@ -105,14 +105,14 @@ QDate FechaISO(const unsigned char *t, int largo) {
 }
 
 /// Reads column `c` of the current row into `valores`.
-void LeerValor(sqlite3_stmt *st, int c, Clase clase, ValoresResultado &valores) {
+void LeerValor(sqlite3_stmt *st, int c, ClaseColumna clase, ValoresResultado &valores) {
     const int tipo = sqlite3_column_type(st, c);
     if (tipo == SQLITE_NULL) {
         valores.AnadirNulo();
         return;
     }
     // The suite's dates, as it stores them: a register of a million lists reads two a row.
-    if (clase == Clase::Fecha && tipo == SQLITE_TEXT) {
+    if (clase == ClaseColumna::Fecha && tipo == SQLITE_TEXT) {
         const QDate fecha = FechaISO(sqlite3_column_text(st, c), sqlite3_column_bytes(st, c));
         if (fecha.isValid()) {
             valores.AnadirFecha(fecha);
@@ -121,10 +121,10 @@ void LeerValor(sqlite3_stmt *st, int c, Clase clase, ValoresResultado &valores) 
     }
     // The common cases stay in SQLite's bytes and numbers: texts of any column but a date or a
     // number, whole numbers and doubles of plain columns, and prices stored as numbers.
-    if (clase == Clase::Otra || (clase == Clase::Decimal && tipo != SQLITE_TEXT)) {
+    if (clase == ClaseColumna::Otra || (clase == ClaseColumna::Decimal && tipo != SQLITE_TEXT)) {
         switch (tipo) {
         case SQLITE_INTEGER:
-            if (clase == Clase::Decimal)
+            if (clase == ClaseColumna::Decimal)
                 valores.AnadirReal(double(sqlite3_column_int64(st, c)));
             else
                 valores.AnadirEntero(sqlite3_column_int64(st, c));
@@ -182,7 +182,7 @@ bool LeerSQLite(const QSqlDatabase &base, const QString &sentencia, const QVaria
             Fallo(db);
 
     const int columnas = sqlite3_column_count(st.get());
-    std::vector<Clase> clases(size_t(columnas), Clase::Otra);
+    std::vector<ClaseColumna> clases(size_t(columnas), ClaseColumna::Otra);
     lectura.nombres.clear();
     for (int c = 0; c < columnas; ++c) {
         lectura.nombres.append(QString::fromUtf8(sqlite3_column_name(st.get(), c)));

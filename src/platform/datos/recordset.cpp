@@ -14,6 +14,8 @@
 #include <limits>
 #include <utility>
 
+using namespace Sistema;
+
 namespace ADODB {
 
 QString Field::Name() const {

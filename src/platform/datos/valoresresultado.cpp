@@ -4,6 +4,8 @@
 
 #include <limits>
 
+using namespace Sistema;
+
 namespace ADODB {
 
 void ValoresResultado::AnadirEntero(qint64 n) {

@@ -9,7 +9,7 @@ namespace {
 
 /// The palette role that stands for each of the old system colour indices; the indices with
 /// no close relative in a Qt palette borrow the nearest one.
-QPalette::ColorRole rolSistema(int indice) {
+QPalette::ColorRole RolSistema(int indice) {
     switch (indice) {
     case 0:
         return QPalette::Button; // scroll bar
@@ -71,7 +71,7 @@ QColor AColor(ColorOLE color) {
     const quint32 v = quint32(color);
     if (v & 0x80000000u) {
         const QPalette paleta = QGuiApplication::palette();
-        return paleta.color(QPalette::Active, rolSistema(int(v & 0xFFu)));
+        return paleta.color(QPalette::Active, RolSistema(int(v & 0xFFu)));
     }
     return QColor(int(v & 0xFFu), int((v >> 8) & 0xFFu), int((v >> 16) & 0xFFu));
 }

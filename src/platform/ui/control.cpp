@@ -15,7 +15,7 @@ Control::Control(const QString &nombre, Control *padre, Form *pantalla)
 Control::~Control() {
     // A control destroyed before its window takes its widget along; when the window went
     // first the pointer is already null.
-    delete w.data();
+    delete widgetPropio.data();
 }
 
 void Control::setLeft(double v) {
@@ -47,102 +47,102 @@ void Control::Move(double l, double t, double ancho, double alto) {
 }
 
 void Control::aplicarGeometria() {
-    if (w)
-        w->setGeometry(APixeles(left), APixeles(top), APixeles(width), APixeles(height));
+    if (widgetPropio)
+        widgetPropio->setGeometry(APixeles(left), APixeles(top), APixeles(width), APixeles(height));
 }
 
 void Control::setVisible(bool v) {
     visible = v;
-    if (!w)
+    if (!widgetPropio)
         return;
     // A widget with no parent is a window of its own (a control tested alone): it is only
     // ever hidden here, never shown behind the caller's back.
-    if (w->parentWidget() || !v)
-        w->setVisible(v);
+    if (widgetPropio->parentWidget() || !v)
+        widgetPropio->setVisible(v);
 }
 
 bool Control::Enabled() const {
-    return w ? w->isEnabled() : habilitado;
+    return widgetPropio ? widgetPropio->isEnabled() : habilitado;
 }
 
 void Control::setEnabled(bool v) {
     habilitado = v;
-    if (w)
-        w->setEnabled(v);
+    if (widgetPropio)
+        widgetPropio->setEnabled(v);
 }
 
 namespace {
 
-void pintarFondo(QWidget *w, ColorOLE c) {
-    QPalette p = w->palette();
+void PintarFondo(QWidget *widgetPropio, ColorOLE c) {
+    QPalette p = widgetPropio->palette();
     const QColor color = AColor(c);
     for (auto rol : {QPalette::Window, QPalette::Base, QPalette::Button}) {
         p.setColor(QPalette::Active, rol, color);
         p.setColor(QPalette::Inactive, rol, color);
         p.setColor(QPalette::Disabled, rol, color);
     }
-    w->setPalette(p);
-    w->setAutoFillBackground(true);
+    widgetPropio->setPalette(p);
+    widgetPropio->setAutoFillBackground(true);
 }
 
-void pintarTexto(QWidget *w, ColorOLE c) {
-    QPalette p = w->palette();
+void PintarTexto(QWidget *widgetPropio, ColorOLE c) {
+    QPalette p = widgetPropio->palette();
     const QColor color = AColor(c);
     for (auto rol : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         p.setColor(QPalette::Active, rol, color);
         p.setColor(QPalette::Inactive, rol, color);
     }
-    w->setPalette(p);
+    widgetPropio->setPalette(p);
 }
 
 } // namespace
 
 ColorOLE Control::BackColor() const {
-    if (back != SinColor || !w)
+    if (back != SinColor || !widgetPropio)
         return back;
-    return DeColor(w->palette().color(w->backgroundRole()));
+    return DeColor(widgetPropio->palette().color(widgetPropio->backgroundRole()));
 }
 
 void Control::setBackColor(ColorOLE c) {
     back = c;
-    if (w && c != SinColor)
-        pintarFondo(w, c);
+    if (widgetPropio && c != SinColor)
+        PintarFondo(widgetPropio, c);
 }
 
 ColorOLE Control::ForeColor() const {
-    if (fore != SinColor || !w)
+    if (fore != SinColor || !widgetPropio)
         return fore;
-    return DeColor(w->palette().color(w->foregroundRole()));
+    return DeColor(widgetPropio->palette().color(widgetPropio->foregroundRole()));
 }
 
 void Control::setForeColor(ColorOLE c) {
     fore = c;
-    if (w && c != SinColor)
-        pintarTexto(w, c);
+    if (widgetPropio && c != SinColor)
+        PintarTexto(widgetPropio, c);
 }
 
 QFont Control::Font() const {
-    return w ? w->font() : fuente;
+    return widgetPropio ? widgetPropio->font() : fuente;
 }
 
 void Control::setFont(const QFont &f) {
     fuente = f;
-    if (w)
-        w->setFont(f);
+    if (widgetPropio)
+        widgetPropio->setFont(f);
 }
 
 QString Control::ToolTipText() const {
-    return w ? w->toolTip() : QString();
+    return widgetPropio ? widgetPropio->toolTip() : QString();
 }
 
 void Control::setToolTipText(const QString &t) {
-    if (w)
-        w->setToolTip(t);
+    if (widgetPropio)
+        widgetPropio->setToolTip(t);
 }
 
 void Control::SetFocus() {
-    if (w)
-        w->setFocus(Qt::OtherFocusReason);
+    if (widgetPropio)
+        widgetPropio->setFocus(Qt::OtherFocusReason);
 }
 
 QWidget *Control::widgetContenedor() const {
@@ -152,19 +152,19 @@ QWidget *Control::widgetContenedor() const {
 }
 
 void Control::ponerWidget(QWidget *widget) {
-    w = widget;
-    if (!w)
+    widgetPropio = widget;
+    if (!widgetPropio)
         return;
-    w->setObjectName(objectName());
+    widgetPropio->setObjectName(objectName());
     if (QWidget *padre = widgetContenedor())
-        w->setParent(padre);
+        widgetPropio->setParent(padre);
     aplicarGeometria();
     if (back != SinColor)
-        pintarFondo(w, back);
+        PintarFondo(widgetPropio, back);
     if (fore != SinColor)
-        pintarTexto(w, fore);
+        PintarTexto(widgetPropio, fore);
     if (!habilitado)
-        w->setEnabled(false);
+        widgetPropio->setEnabled(false);
     setVisible(visible);
 }
 

@@ -27,7 +27,7 @@ class Control : public QObject {
     Control *Container() const { return contenedor; }
     Form *Parent() const { return form; }
     /// The widget that shows the control; nullptr for a control that isn't seen (a timer).
-    QWidget *widget() const { return w; }
+    QWidget *widget() const { return widgetPropio; }
 
     double Left() const { return left; }
     double Top() const { return top; }
@@ -72,7 +72,7 @@ class Control : public QObject {
   private:
     Control *contenedor;
     Form *form;
-    QPointer<QWidget> w;
+    QPointer<QWidget> widgetPropio;
     double left = 0, top = 0, width = 0, height = 0;
     bool visible = true;
     bool habilitado = true;

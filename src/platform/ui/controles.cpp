@@ -102,7 +102,7 @@ namespace {
 
 /// The character code of a key as the key press handlers see it; 0 for a key that types
 /// nothing (arrows, function keys, Delete), which is not announced.
-int codigoTecla(const QKeyEvent *tecla) {
+int CodigoTecla(const QKeyEvent *tecla) {
     switch (tecla->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -136,7 +136,7 @@ QAction *AccionPegar(QMenu &menu) {
     return nullptr;
 }
 
-int teclaDeCodigo(int codigo) {
+int TeclaDeCodigo(int codigo) {
     switch (codigo) {
     case 8:
         return Qt::Key_Backspace;
@@ -239,7 +239,7 @@ bool TextBox::eventFilter(QObject *obj, QEvent *ev) {
             Pegar();
             return true;
         }
-        const int original = codigoTecla(tecla);
+        const int original = CodigoTecla(tecla);
         if (original == 0)
             break;
         int codigo = original;
@@ -249,7 +249,7 @@ bool TextBox::eventFilter(QObject *obj, QEvent *ev) {
         if (codigo == original)
             break;
         // The handler put another character in the key's place: the box gets that one.
-        QKeyEvent otra(QEvent::KeyPress, teclaDeCodigo(codigo), Qt::NoModifier,
+        QKeyEvent otra(QEvent::KeyPress, TeclaDeCodigo(codigo), Qt::NoModifier,
                        codigo == 8 || codigo == 13 || codigo == 27
                            ? QString()
                            : QString(QChar(char16_t(codigo))));
@@ -307,12 +307,12 @@ void CommandButton::colocarImagen() {
     // With no caption the picture takes the middle of the button.
     const bool conTexto = !texto->text().isEmpty();
     texto->setVisible(conTexto);
-    imagen_->setAlignment(conTexto ? Qt::AlignHCenter | Qt::AlignBottom : Qt::AlignCenter);
+    etiquetaImagen->setAlignment(conTexto ? Qt::AlignHCenter | Qt::AlignBottom : Qt::AlignCenter);
 }
 
 void CommandButton::setPicture(const QString &recurso) {
     const QPixmap imagen(recurso);
-    if (!imagen_) {
+    if (!etiquetaImagen) {
         // The graphical style: the picture above the caption, both centred. A push button
         // puts its icon beside the text, so two labels inside it do the drawing; they let
         // the mouse through to the button.
@@ -321,17 +321,17 @@ void CommandButton::setPicture(const QString &recurso) {
         auto *capa = new QVBoxLayout(boton);
         capa->setContentsMargins(3, 3, 3, 3);
         capa->setSpacing(2);
-        imagen_ = new QLabel(boton);
+        etiquetaImagen = new QLabel(boton);
         texto = new QLabel(caption, boton);
         texto->setTextFormat(Qt::PlainText);
         texto->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
         texto->setWordWrap(true);
-        for (QLabel *l : {imagen_, texto})
+        for (QLabel *l : {etiquetaImagen, texto})
             l->setAttribute(Qt::WA_TransparentForMouseEvents);
-        capa->addWidget(imagen_, 1);
+        capa->addWidget(etiquetaImagen, 1);
         capa->addWidget(texto, 0);
     }
-    imagen_->setPixmap(imagen);
+    etiquetaImagen->setPixmap(imagen);
     colocarImagen();
 }
 

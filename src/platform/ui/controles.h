@@ -92,8 +92,8 @@ class CommandButton : public Control {
   private:
     void colocarImagen();
     QPushButton *boton;
-    QLabel *imagen_ = nullptr; ///< graphical style only
-    QLabel *texto = nullptr;   ///< graphical style only: the caption under the picture
+    QLabel *etiquetaImagen = nullptr; ///< graphical style only
+    QLabel *texto = nullptr;          ///< graphical style only: the caption under the picture
 };
 
 class PictureBox : public Control {

@@ -12,7 +12,7 @@ namespace Pantalla {
 /// an earlier control lies in front of a later one), positions and sizes in twips relative
 /// to the container. The builder (Form::Load) turns a table into widgets.
 
-enum class Clase {
+enum class ClaseControl {
     Frame,
     Label,
     TextBox,
@@ -65,7 +65,7 @@ struct DisenoGrid {
 
 struct DisenoControl {
     const char *nombre;
-    Clase clase;
+    ClaseControl clase;
     const char *contenedor; ///< nullptr: the screen itself
     int left, top, width, height;
     int tab = 0;

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+using namespace Sistema;
+
 namespace Pantalla {
 
 DTPicker::DTPicker(const QString &nombre, Control *padre, Form *pantalla)

@@ -21,6 +21,8 @@
 #include <functional>
 #include <stdexcept>
 
+using namespace ADODB;
+
 namespace Pantalla {
 
 namespace {
@@ -31,7 +33,7 @@ constexpr double BordesAncho = 90;
 constexpr double BordesAlto = 375;
 
 /// The loaded screens by their design name.
-QList<Form *> &cargados() {
+QList<Form *> &Cargados() {
     static QList<Form *> lista;
     return lista;
 }
@@ -41,7 +43,7 @@ struct Fin {
     bool terminando = false;
     int estado = 0;
 };
-Fin &fin() {
+Fin &EstadoFin() {
     static Fin f;
     return f;
 }
@@ -69,7 +71,7 @@ class Ventana : public QWidget {
 
 /// The fonts the screens were drawn with, and what stands in for them where they are
 /// missing: the metrics of DejaVu Sans are the closest to Verdana's among the free fonts.
-void sustitutosDeFuentes() {
+void SustitutosDeFuentes() {
     static const bool hecho = [] {
         QFont::insertSubstitutions(
             QStringLiteral("Verdana"),
@@ -84,7 +86,7 @@ void sustitutosDeFuentes() {
     Q_UNUSED(hecho);
 }
 
-QFont fuenteDe(const Fuente &f, QFont base) {
+QFont FuenteDe(const Fuente &f, QFont base) {
     if (f.familia)
         base.setFamilies({QString::fromUtf8(f.familia)});
     if (f.puntos > 0)
@@ -93,7 +95,7 @@ QFont fuenteDe(const Fuente &f, QFont base) {
     return base;
 }
 
-Qt::Alignment alineacion(Estilos estilo) {
+Qt::Alignment Alineacion(Estilos estilo) {
     if (estilo.testFlag(Estilo::Centrado))
         return Qt::AlignHCenter | Qt::AlignTop;
     if (estilo.testFlag(Estilo::Derecha))
@@ -101,7 +103,7 @@ Qt::Alignment alineacion(Estilos estilo) {
     return Qt::AlignLeft | Qt::AlignTop;
 }
 
-QString texto(const char *t) {
+QString TextoDiseno(const char *t) {
     return t ? QString::fromUtf8(t) : QString();
 }
 
@@ -109,12 +111,12 @@ QString texto(const char *t) {
 
 Form::Form(const DisenoFormulario &tabla, QObject *padre)
     : QObject(padre), diseno(tabla), ancho(tabla.clientWidth + BordesAncho),
-      alto(tabla.clientHeight + BordesAlto), titulo(texto(tabla.caption)) {
-    setObjectName(texto(tabla.nombre));
+      alto(tabla.clientHeight + BordesAlto), titulo(TextoDiseno(tabla.caption)) {
+    setObjectName(TextoDiseno(tabla.nombre));
 }
 
 Form::~Form() {
-    cargados().removeAll(this);
+    Cargados().removeAll(this);
     destruir(true);
 }
 
@@ -127,7 +129,7 @@ void Form::Load() {
         destruir(true);
         throw;
     }
-    cargados().append(this);
+    Cargados().append(this);
     try {
         Form_Load();
     } catch (const FinPrograma &) {
@@ -143,7 +145,7 @@ void Form::Load() {
 void Form::Unload() {
     if (!Loaded())
         return;
-    cargados().removeAll(this);
+    Cargados().removeAll(this);
     destruir(false);
     emit Unloaded();
 }
@@ -167,9 +169,9 @@ void Form::destruir(bool ahora) {
         else
             c->deleteLater();
     }
-    if (ventana_) {
-        QWidget *v = ventana_;
-        ventana_ = nullptr;
+    if (ventanaCargada) {
+        QWidget *v = ventanaCargada;
+        ventanaCargada = nullptr;
         v->hide();
         if (ahora)
             delete v;
@@ -179,23 +181,23 @@ void Form::destruir(bool ahora) {
 }
 
 void Form::construir() {
-    sustitutosDeFuentes();
+    SustitutosDeFuentes();
     ancho = diseno.clientWidth + BordesAncho;
     alto = diseno.clientHeight + BordesAlto;
-    titulo = texto(diseno.caption);
+    titulo = TextoDiseno(diseno.caption);
     fondo = SinColor;
 
-    ventana_ = new Ventana([this] { Unload(); });
-    ventana_->setObjectName(texto(diseno.nombre));
-    ventana_->setWindowTitle(titulo);
-    if (diseno.icono && QFile::exists(texto(diseno.icono)))
-        ventana_->setWindowIcon(QIcon(texto(diseno.icono)));
-    ventana_->setAutoFillBackground(true);
+    ventanaCargada = new Ventana([this] { Unload(); });
+    ventanaCargada->setObjectName(TextoDiseno(diseno.nombre));
+    ventanaCargada->setWindowTitle(titulo);
+    if (diseno.icono && QFile::exists(TextoDiseno(diseno.icono)))
+        ventanaCargada->setWindowIcon(QIcon(TextoDiseno(diseno.icono)));
+    ventanaCargada->setAutoFillBackground(true);
     aplicarTamano();
 
     QHash<QString, Control *> porNombre;
     for (const DisenoControl &fila : diseno.controles) {
-        const QString nombre = texto(fila.nombre);
+        const QString nombre = TextoDiseno(fila.nombre);
         if (nombre.isEmpty())
             throw std::logic_error(QStringLiteral("El diseño de %1 tiene un control sin nombre.")
                                        .arg(objectName())
@@ -206,7 +208,7 @@ void Form::construir() {
                                        .toStdString());
         Control *contenedor = nullptr;
         if (fila.contenedor) {
-            const QString nombreContenedor = texto(fila.contenedor);
+            const QString nombreContenedor = TextoDiseno(fila.contenedor);
             contenedor = porNombre.value(nombreContenedor);
             if (!contenedor)
                 throw std::logic_error(
@@ -239,37 +241,37 @@ void Form::construir() {
 }
 
 Control *Form::crear(const DisenoControl &fila, Control *contenedor) {
-    const QString nombre = texto(fila.nombre);
+    const QString nombre = TextoDiseno(fila.nombre);
     const Estilos estilo = fila.estilo;
     Control *c = nullptr;
     switch (fila.clase) {
-    case Clase::Frame:
+    case ClaseControl::Frame:
         c = new Frame(nombre, contenedor, this, !estilo.testFlag(Estilo::SinBorde));
         break;
-    case Clase::Label:
+    case ClaseControl::Label:
         c = new Label(nombre, contenedor, this);
         break;
-    case Clase::TextBox:
+    case ClaseControl::TextBox:
         c = new TextBox(nombre, contenedor, this);
         break;
-    case Clase::CommandButton:
+    case ClaseControl::CommandButton:
         c = new CommandButton(nombre, contenedor, this);
         break;
-    case Clase::PictureBox:
+    case ClaseControl::PictureBox:
         c = new PictureBox(nombre, contenedor, this);
         break;
-    case Clase::Timer:
+    case ClaseControl::Timer:
         c = new Timer(nombre, contenedor, this);
         break;
-    case Clase::Grid: {
+    case ClaseControl::Grid: {
         static const DisenoGrid porOmision;
         c = new Grid(nombre, contenedor, this, fila.grid ? *fila.grid : porOmision);
         break;
     }
-    case Clase::DTPicker:
+    case ClaseControl::DTPicker:
         c = new DTPicker(nombre, contenedor, this);
         break;
-    case Clase::VisorAyuda:
+    case ClaseControl::VisorAyuda:
         c = new VisorAyuda(nombre, contenedor, this);
         break;
     }
@@ -297,40 +299,40 @@ Control *Form::crear(const DisenoControl &fila, Control *contenedor) {
     // platform the screens were drawn on, which the small picture buttons were sized for.
     static constexpr Fuente fuenteDelFormulario{"MS Sans Serif", 8.25, false};
     const bool sinFuente = !fila.fuente.familia && fila.fuente.puntos <= 0 && !fila.fuente.negrita;
-    c->setFont(fuenteDe(sinFuente ? fuenteDelFormulario : fila.fuente, c->Font()));
+    c->setFont(FuenteDe(sinFuente ? fuenteDelFormulario : fila.fuente, c->Font()));
     if (fila.back != SinColor)
         c->setBackColor(fila.back);
     if (fila.fore != SinColor)
         c->setForeColor(fila.fore);
     if (fila.tooltip && *fila.tooltip)
-        c->setToolTipText(texto(fila.tooltip));
+        c->setToolTipText(TextoDiseno(fila.tooltip));
 
     if (auto *l = qobject_cast<Label *>(c)) {
         l->setTransparente(estilo.testFlag(Estilo::Transparente));
-        l->setAlignment(alineacion(estilo));
-        l->setCaption(texto(fila.texto));
+        l->setAlignment(Alineacion(estilo));
+        l->setCaption(TextoDiseno(fila.texto));
         if (estilo.testFlag(Estilo::AutoSize))
             l->setAutoSize(true);
     } else if (auto *t = qobject_cast<TextBox *>(c)) {
-        t->setText(texto(fila.texto));
-        t->setAlignment((alineacion(estilo) & ~Qt::AlignTop) | Qt::AlignVCenter);
+        t->setText(TextoDiseno(fila.texto));
+        t->setAlignment((Alineacion(estilo) & ~Qt::AlignTop) | Qt::AlignVCenter);
         t->setLocked(estilo.testFlag(Estilo::Bloqueado));
         t->setTabStop(!estilo.testFlag(Estilo::SinTabStop));
     } else if (auto *b = qobject_cast<CommandButton *>(c)) {
-        b->setCaption(texto(fila.texto));
+        b->setCaption(TextoDiseno(fila.texto));
         if (estilo.testFlag(Estilo::Grafico) || fila.imagen)
-            b->setPicture(texto(fila.imagen));
+            b->setPicture(TextoDiseno(fila.imagen));
     } else if (auto *p = qobject_cast<PictureBox *>(c)) {
         if (fila.imagen)
-            p->setPicture(texto(fila.imagen));
+            p->setPicture(TextoDiseno(fila.imagen));
     }
     c->setVisible(!estilo.testFlag(Estilo::Oculto));
     return c;
 }
 
 void Form::aplicarTamano() {
-    if (ventana_)
-        ventana_->setFixedSize(APixeles(ancho - BordesAncho), APixeles(alto - BordesAlto));
+    if (ventanaCargada)
+        ventanaCargada->setFixedSize(APixeles(ancho - BordesAncho), APixeles(alto - BordesAlto));
 }
 
 void Form::ShowModal() {
@@ -339,16 +341,16 @@ void Form::ShowModal() {
         return;
     QEventLoop bucle;
     connect(this, &Form::Unloaded, &bucle, &QEventLoop::quit);
-    ventana_->setWindowModality(Qt::ApplicationModal);
-    ventana_->show();
-    ventana_->activateWindow();
+    ventanaCargada->setWindowModality(Qt::ApplicationModal);
+    ventanaCargada->show();
+    ventanaCargada->activateWindow();
     bucle.exec();
-    if (fin().terminando)
+    if (EstadoFin().terminando)
         throw FinPrograma{};
 }
 
 void Form::Atender(const std::function<void()> &manejador) {
-    if (fin().terminando)
+    if (EstadoFin().terminando)
         return;
     try {
         manejador();
@@ -366,28 +368,28 @@ void Form::Atender(const std::function<void()> &manejador) {
 }
 
 void Form::TerminarPrograma(int estado) {
-    if (fin().terminando)
+    if (EstadoFin().terminando)
         return;
-    fin() = {true, estado};
+    EstadoFin() = {true, estado};
     // Unloading a screen quits its modal show; the show then throws FinPrograma, so the code
     // that opened it goes no further.
     // Without a screen (an event before the first one shows), the application's own loop.
-    if (cargados().isEmpty())
+    if (Cargados().isEmpty())
         QCoreApplication::exit(estado);
-    while (!cargados().isEmpty())
-        cargados().constLast()->Unload();
+    while (!Cargados().isEmpty())
+        Cargados().constLast()->Unload();
 }
 
 bool Form::Terminando() {
-    return fin().terminando;
+    return EstadoFin().terminando;
 }
 
 int Form::EstadoSalida() {
-    return fin().estado;
+    return EstadoFin().estado;
 }
 
 void Form::Reanudar() {
-    fin() = {};
+    EstadoFin() = {};
 }
 
 QString Form::Caption() const {
@@ -396,8 +398,8 @@ QString Form::Caption() const {
 
 void Form::setCaption(const QString &t) {
     titulo = t;
-    if (ventana_)
-        ventana_->setWindowTitle(t);
+    if (ventanaCargada)
+        ventanaCargada->setWindowTitle(t);
 }
 
 void Form::setWidth(double twips) {
@@ -411,17 +413,17 @@ void Form::setHeight(double twips) {
 }
 
 ColorOLE Form::BackColor() const {
-    if (fondo != SinColor || !ventana_)
+    if (fondo != SinColor || !ventanaCargada)
         return fondo;
-    return DeColor(ventana_->palette().color(QPalette::Window));
+    return DeColor(ventanaCargada->palette().color(QPalette::Window));
 }
 
 void Form::setBackColor(ColorOLE c) {
     fondo = c;
-    if (ventana_ && c != SinColor) {
-        QPalette p = ventana_->palette();
+    if (ventanaCargada && c != SinColor) {
+        QPalette p = ventanaCargada->palette();
         p.setColor(QPalette::Window, AColor(c));
-        ventana_->setPalette(p);
+        ventanaCargada->setPalette(p);
     }
 }
 
@@ -439,7 +441,7 @@ void Form::faltaControl(const QString &nombre) {
 }
 
 Form *Form::Buscar(const QString &nombre) {
-    for (Form *f : cargados())
+    for (Form *f : Cargados())
         if (f->objectName() == nombre)
             return f;
     return nullptr;

@@ -38,7 +38,7 @@ class Form : public QObject {
 
     /// Builds the screen if it isn't loaded (and then runs Form_Load); does nothing if it is.
     void Load();
-    bool Loaded() const { return ventana_ != nullptr; }
+    bool Loaded() const { return ventanaCargada != nullptr; }
     /// Closes and destroys the window and its controls; a modal show then returns. The
     /// controls are silenced (timers stopped, signals cut) at once; the objects themselves
     /// go when control returns to the event loop, since Unload is mostly called from a
@@ -59,7 +59,7 @@ class Form : public QObject {
     ColorOLE BackColor() const;
     void setBackColor(ColorOLE c);
 
-    QWidget *ventana() const { return ventana_; }
+    QWidget *ventana() const { return ventanaCargada; }
     const QList<Control *> &Controls() const { return controles; }
     Control *control(const QString &nombre) const;
     /// The control of that name and class; raises std::logic_error when the design lacks it.
@@ -117,7 +117,7 @@ class Form : public QObject {
     void aplicarTamano();
     void destruir(bool ahora);
     const DisenoFormulario &diseno;
-    QPointer<QWidget> ventana_;
+    QPointer<QWidget> ventanaCargada;
     QList<Control *> controles;
     double ancho = 0, alto = 0;
     QString titulo;

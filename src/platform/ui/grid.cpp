@@ -182,8 +182,8 @@ class EstiloGrid : public QProxyStyle {
     QColor lineas;
 };
 
-VistaGrid *comoVista(QTableView *v) {
-    return static_cast<VistaGrid *>(v);
+VistaGrid *ComoVista(QTableView *tabla) {
+    return static_cast<VistaGrid *>(tabla);
 }
 
 int APixelesMinimo1(double twips) {
@@ -193,7 +193,7 @@ int APixelesMinimo1(double twips) {
 } // namespace
 
 Grid::Grid(const QString &nombre, Control *padre, Form *pantalla, const DisenoGrid &diseno)
-    : Control(nombre, padre, pantalla), d(diseno), filaActual(diseno.rows > 1 ? 1 : 0),
+    : Control(nombre, padre, pantalla), aspecto(diseno), filaActual(diseno.rows > 1 ? 1 : 0),
       filasMinimas(diseno.rows) {
     if (diseno.fixedRows != 1 || diseno.fixedCols != 0)
         throw std::invalid_argument(
@@ -211,10 +211,10 @@ Grid::Grid(const QString &nombre, Control *padre, Form *pantalla, const DisenoGr
                                         .arg(diseno.cols)
                                         .toStdString());
 
-    m = new ModeloGrid(diseno.rows, diseno.cols, this);
+    almacen = new ModeloGrid(diseno.rows, diseno.cols, this);
     auto *vista = new VistaGrid;
-    v = vista;
-    vista->setModel(m);
+    tabla = vista;
+    vista->setModel(almacen);
     vista->setItemDelegate(new DelegadoGrid(vista, diseno.highLight));
 
     // MSFlexGrid look and manners: no row header, titles that don't sort or select, no
@@ -255,15 +255,17 @@ Grid::Grid(const QString &nombre, Control *padre, Form *pantalla, const DisenoGr
     ponerWidget(vista);
     aplicarPaleta();
     Control::setForeColor(diseno.foreColor);
-    m->setFondo(diseno.backColor == SinColor ? QColor() : AColor(diseno.backColor));
-    m->setFondoFijo(diseno.backColorFixed == SinColor ? QColor() : AColor(diseno.backColorFixed));
-    m->setTextoFijo(diseno.foreColorFixed == SinColor ? QColor() : AColor(diseno.foreColorFixed));
+    almacen->setFondo(diseno.backColor == SinColor ? QColor() : AColor(diseno.backColor));
+    almacen->setFondoFijo(diseno.backColorFixed == SinColor ? QColor()
+                                                            : AColor(diseno.backColorFixed));
+    almacen->setTextoFijo(diseno.foreColorFixed == SinColor ? QColor()
+                                                            : AColor(diseno.foreColorFixed));
 
     // The view's rows are the shown ones only: the grid row a press falls on is read through
     // the published map, so a filtered grid opens the row the operator sees.
     connect(vista, &VistaGrid::pulsada, this, [this](const QModelIndex &indice) {
         if (indice.isValid()) {
-            filaActual = filaRaton = m->filaDeGrid(indice.row());
+            filaActual = filaRaton = almacen->filaDeGrid(indice.row());
             colActual = indice.column();
             mostrarActual(false);
         } else {
@@ -277,7 +279,7 @@ Grid::Grid(const QString &nombre, Control *padre, Form *pantalla, const DisenoGr
             emit DblClick();
             return;
         }
-        const int fila = filaRaton = m->filaDeGrid(indice.row());
+        const int fila = filaRaton = almacen->filaDeGrid(indice.row());
         if (fila != filaActual) {
             filaActual = fila;
             colActual = indice.column();
@@ -298,28 +300,28 @@ Grid::Grid(const QString &nombre, Control *padre, Form *pantalla, const DisenoGr
             [this](const QModelIndex &actual) {
                 // Keys and drags move the view's current index; Row follows it. A reset
                 // leaves no current index, and Row stays where it was.
-                if (sincronizando || !actual.isValid() || comoVista(v)->eligiendoSola)
+                if (sincronizando || !actual.isValid() || ComoVista(tabla)->eligiendoSola)
                     return;
-                filaActual = m->filaDeGrid(actual.row());
+                filaActual = almacen->filaDeGrid(actual.row());
                 colActual = actual.column();
             });
     // Connected after the view's own handling of the reset, so the view is ready here.
-    connect(m, &QAbstractItemModel::modelAboutToBeReset, this, &Grid::antesDePublicar);
-    connect(m, &QAbstractItemModel::modelReset, this, &Grid::trasPublicar);
+    connect(almacen, &QAbstractItemModel::modelAboutToBeReset, this, &Grid::antesDePublicar);
+    connect(almacen, &QAbstractItemModel::modelReset, this, &Grid::trasPublicar);
 
     trasCambioDeFuente();
-    for (int c = 0; c < m->columnas(); ++c)
+    for (int c = 0; c < almacen->columnas(); ++c)
         aplicarColumna(c);
 }
 
 Grid::~Grid() {
     // The view outlives this part of the object (the control base deletes it): nothing it
     // does on its way out may reach the grid.
-    if (v) {
-        disconnect(v, nullptr, this, nullptr);
-        disconnect(v->selectionModel(), nullptr, this, nullptr);
+    if (tabla) {
+        disconnect(tabla, nullptr, this, nullptr);
+        disconnect(tabla->selectionModel(), nullptr, this, nullptr);
     }
-    disconnect(m, nullptr, this, nullptr);
+    disconnect(almacen, nullptr, this, nullptr);
 }
 
 // ---- checks ----
@@ -328,8 +330,8 @@ void Grid::fueraDeRango(const QString &que) const {
     throw std::out_of_range(
         QStringLiteral("%1.%2: subíndice fuera del intervalo (Rows %3, Cols %4)")
             .arg(objectName(), que)
-            .arg(m->filas())
-            .arg(m->columnas())
+            .arg(almacen->filas())
+            .arg(almacen->columnas())
             .toStdString());
 }
 
@@ -344,18 +346,18 @@ void Grid::fueraDeRango(const char *miembro, int fila, int columna) const {
 // The checks stand in the way of every cell read and every RowHeight of the name search's
 // walk: kept small enough to inline, with the message built elsewhere.
 inline void Grid::comprobarFila(const char *miembro, int fila) const {
-    if (unsigned(fila) >= unsigned(m->filas())) [[unlikely]]
+    if (unsigned(fila) >= unsigned(almacen->filas())) [[unlikely]]
         fueraDeRango(miembro, fila);
 }
 
 inline void Grid::comprobarColumna(const char *miembro, int columna) const {
-    if (unsigned(columna) >= unsigned(m->columnas())) [[unlikely]]
+    if (unsigned(columna) >= unsigned(almacen->columnas())) [[unlikely]]
         fueraDeRango(miembro, columna);
 }
 
 inline void Grid::comprobarCelda(const char *miembro, int fila, int columna) const {
-    const bool dentro =
-        unsigned(fila) < unsigned(m->filas()) && unsigned(columna) < unsigned(m->columnas());
+    const bool dentro = unsigned(fila) < unsigned(almacen->filas()) &&
+                        unsigned(columna) < unsigned(almacen->columnas());
     if (!dentro) [[unlikely]]
         fueraDeRango(miembro, fila, columna);
 }
@@ -363,14 +365,14 @@ inline void Grid::comprobarCelda(const char *miembro, int fila, int columna) con
 // ---- size and texts ----
 
 int Grid::Rows() const {
-    return m->filas();
+    return almacen->filas();
 }
 
 void Grid::setRows(int n) {
     if (n < 1)
         fueraDeRango(
             QStringLiteral("Rows = %1 (la fila de títulos queda siempre: Rows 1 o más)").arg(n));
-    m->setFilas(n);
+    almacen->setFilas(n);
     // A grid filled from its title row starts at its first data row, as the grid control
     // did: a handler that reads Row never reads the titles of a filled grid.
     filaActual = filaActual == 0 ? std::min(1, n - 1) : std::min(filaActual, n - 1);
@@ -378,13 +380,13 @@ void Grid::setRows(int n) {
 }
 
 int Grid::Cols() const {
-    return m->columnas();
+    return almacen->columnas();
 }
 
 void Grid::setCols(int n) {
     if (n < 1)
         fueraDeRango(QStringLiteral("Cols = %1 (una columna o más)").arg(n));
-    m->setColumnas(n);
+    almacen->setColumnas(n);
     colActual = std::min(colActual, n - 1);
 }
 
@@ -394,27 +396,27 @@ int Grid::FixedRows() const {
 
 QString Grid::TextMatrix(int fila, int columna) const {
     comprobarCelda("TextMatrix", fila, columna);
-    return m->texto(fila, columna);
+    return almacen->texto(fila, columna);
 }
 
 void Grid::setTextMatrix(int fila, int columna, const QString &texto) {
     comprobarCelda("TextMatrix", fila, columna);
-    m->setTexto(fila, columna, texto);
+    almacen->setTexto(fila, columna, texto);
 }
 
 void Grid::setTextMatrix(int fila, int columna, QString &&texto) {
     comprobarCelda("TextMatrix", fila, columna);
-    m->setTexto(fila, columna, texto);
+    almacen->setTexto(fila, columna, texto);
 }
 
 void Grid::setTextMatrix(int fila, int columna, QLatin1StringView texto) {
     comprobarCelda("TextMatrix", fila, columna);
-    m->setTexto(fila, columna, texto);
+    almacen->setTexto(fila, columna, texto);
 }
 
 void Grid::Clear() {
-    m->setFilas(1);
-    m->setFilas(2);
+    almacen->setFilas(1);
+    almacen->setFilas(2);
     filaActual = 1;
     filasMinimas = 1;
 }
@@ -428,7 +430,7 @@ int Grid::Row() const {
 void Grid::setRow(int fila) {
     comprobarFila("Row", fila);
     filaActual = fila;
-    m->actualizar();
+    almacen->actualizar();
     mostrarActual(true);
 }
 
@@ -439,61 +441,61 @@ int Grid::Col() const {
 void Grid::setCol(int columna) {
     comprobarColumna("Col", columna);
     colActual = columna;
-    m->actualizar();
+    almacen->actualizar();
     mostrarActual(false);
 }
 
 int Grid::TopRow() const {
-    m->actualizar();
+    almacen->actualizar();
     return filaSuperior();
 }
 
 void Grid::setTopRow(int fila) {
-    if (fila < 1 || fila >= m->filas())
+    if (fila < 1 || fila >= almacen->filas())
         fueraDeRango(QStringLiteral("TopRow = %1").arg(fila));
-    m->actualizar();
-    if (!v || m->rowCount() == 0)
+    almacen->actualizar();
+    if (!tabla || almacen->rowCount() == 0)
         return;
-    int filaModelo = m->primeraDesde(fila);
+    int filaModelo = almacen->primeraDesde(fila);
     if (filaModelo < 0)
-        filaModelo = m->rowCount() - 1;
-    comoVista(v)->ponerAlDia();
-    v->verticalScrollBar()->setValue(filaModelo);
+        filaModelo = almacen->rowCount() - 1;
+    ComoVista(tabla)->ponerAlDia();
+    tabla->verticalScrollBar()->setValue(filaModelo);
 }
 
 int Grid::filaSuperior() const {
-    if (!v || m->rowCount() == 0)
+    if (!tabla || almacen->rowCount() == 0)
         return 0;
-    const int filaModelo = v->rowAt(0);
-    return filaModelo < 0 ? 0 : m->filaDeGrid(filaModelo);
+    const int filaModelo = tabla->rowAt(0);
+    return filaModelo < 0 ? 0 : almacen->filaDeGrid(filaModelo);
 }
 
 void Grid::mostrarActual(bool desplazar) {
-    if (!v)
+    if (!tabla)
         return;
-    QItemSelectionModel *seleccion = v->selectionModel();
-    const int filaModelo = filaActual > 0 ? m->filaDeModelo(filaActual) : -1;
+    QItemSelectionModel *seleccion = tabla->selectionModel();
+    const int filaModelo = filaActual > 0 ? almacen->filaDeModelo(filaActual) : -1;
     const bool antes = std::exchange(sincronizando, true);
-    if (filaModelo < 0 || m->columnCount() == 0) {
+    if (filaModelo < 0 || almacen->columnCount() == 0) {
         seleccion->clear();
     } else {
-        const int columna = std::clamp(colActual, 0, m->columnCount() - 1);
+        const int columna = std::clamp(colActual, 0, almacen->columnCount() - 1);
         QItemSelectionModel::SelectionFlags modo = QItemSelectionModel::ClearAndSelect;
-        if (d.selectionMode == 1)
+        if (aspecto.selectionMode == 1)
             modo |= QItemSelectionModel::Rows;
         // The view would scroll to its new current row; only setRow asks for that.
-        const bool desplazaSola = v->hasAutoScroll();
-        v->setAutoScroll(false);
-        seleccion->setCurrentIndex(m->index(filaModelo, columna), modo);
-        v->setAutoScroll(desplazaSola);
+        const bool desplazaSola = tabla->hasAutoScroll();
+        tabla->setAutoScroll(false);
+        seleccion->setCurrentIndex(almacen->index(filaModelo, columna), modo);
+        tabla->setAutoScroll(desplazaSola);
         if (desplazar) {
             // scrollTo ignores a hidden column: aim at a shown one of the same row.
             int mostrada = columna;
-            for (int c = 0; c < m->columnCount() && v->isColumnHidden(mostrada); ++c)
-                if (!v->isColumnHidden(c))
+            for (int c = 0; c < almacen->columnCount() && tabla->isColumnHidden(mostrada); ++c)
+                if (!tabla->isColumnHidden(c))
                     mostrada = c;
-            comoVista(v)->ponerAlDia();
-            v->scrollTo(m->index(filaModelo, mostrada));
+            ComoVista(tabla)->ponerAlDia();
+            tabla->scrollTo(almacen->index(filaModelo, mostrada));
         }
     }
     sincronizando = antes;
@@ -508,21 +510,21 @@ void Grid::antesDePublicar() {
 }
 
 void Grid::trasPublicar() {
-    filasMinimas = m->filas();
-    if (!v)
+    filasMinimas = almacen->filas();
+    if (!tabla)
         return;
     const bool antes = std::exchange(sincronizando, true);
-    for (int c = 0; c < m->columnCount(); ++c)
+    for (int c = 0; c < almacen->columnCount(); ++c)
         aplicarColumna(c);
     aplicarAlturas();
     // The grid row that was at the top stays there, or the first shown one after it; with
     // none before, the view starts at its first row.
-    comoVista(v)->ponerAlDia();
-    QScrollBar *barra = v->verticalScrollBar();
-    if (superiorPrevio <= 0 || m->rowCount() == 0) {
+    ComoVista(tabla)->ponerAlDia();
+    QScrollBar *barra = tabla->verticalScrollBar();
+    if (superiorPrevio <= 0 || almacen->rowCount() == 0) {
         barra->setValue(0);
     } else {
-        const int filaModelo = m->primeraDesde(superiorPrevio);
+        const int filaModelo = almacen->primeraDesde(superiorPrevio);
         barra->setValue(filaModelo >= 0 ? filaModelo : barra->maximum());
     }
     mostrarActual(false);
@@ -530,10 +532,10 @@ void Grid::trasPublicar() {
 }
 
 void Grid::Refresh() {
-    m->actualizar();
-    if (v && v->isVisible()) {
-        v->viewport()->repaint();
-        v->horizontalHeader()->viewport()->repaint();
+    almacen->actualizar();
+    if (tabla && tabla->isVisible()) {
+        tabla->viewport()->repaint();
+        tabla->horizontalHeader()->viewport()->repaint();
     }
 }
 
@@ -541,69 +543,69 @@ void Grid::Refresh() {
 
 double Grid::RowHeight(int fila) const {
     comprobarFila("RowHeight", fila);
-    return m->altura(fila);
+    return almacen->altura(fila);
 }
 
 void Grid::setRowHeight(int fila, double twips) {
     comprobarFila("RowHeight", fila);
     if (fila == 0) {
-        m->setAlturaTitulo(twips);
+        almacen->setAlturaTitulo(twips);
         aplicarTitulo();
         return;
     }
-    m->setAltura(fila, twips);
+    almacen->setAltura(fila, twips);
 }
 
 void Grid::MostrarFilasQueEmpiezan(int columna, const QString &prefijo, double twips) {
     comprobarColumna("MostrarFilasQueEmpiezan", columna);
-    m->mostrarEmpiezan(columna, prefijo, twips);
+    almacen->mostrarEmpiezan(columna, prefijo, twips);
 }
 
 void Grid::PrepararFiltro(int columna) {
     comprobarColumna("PrepararFiltro", columna);
-    m->prepararOrden(columna);
+    almacen->prepararOrden(columna);
 }
 
 double Grid::ColWidth(int columna) const {
     comprobarColumna("ColWidth", columna);
-    return m->ancho(columna);
+    return almacen->ancho(columna);
 }
 
 void Grid::setColWidth(int columna, double twips) {
     comprobarColumna("ColWidth", columna);
-    m->setAncho(columna, twips < 0 ? AnchoColumnaPorOmision : twips);
+    almacen->setAncho(columna, twips < 0 ? AnchoColumnaPorOmision : twips);
     // A column the view doesn't have yet gets its width when the new columns are published.
-    if (columna < m->columnCount())
+    if (columna < almacen->columnCount())
         aplicarColumna(columna);
 }
 
 AlineacionColumna Grid::ColAlignment(int columna) const {
     comprobarColumna("ColAlignment", columna);
-    return m->alineacion(columna);
+    return almacen->alineacion(columna);
 }
 
 void Grid::setColAlignment(int columna, AlineacionColumna a) {
     comprobarColumna("ColAlignment", columna);
-    m->setAlineacion(columna, a);
+    almacen->setAlineacion(columna, a);
 }
 
 void Grid::aplicarColumna(int columna) {
-    if (!v)
+    if (!tabla)
         return;
-    const double ancho = m->ancho(columna);
+    const double ancho = almacen->ancho(columna);
     if (ancho == 0) {
-        v->setColumnHidden(columna, true);
+        tabla->setColumnHidden(columna, true);
         return;
     }
-    v->setColumnHidden(columna, false);
-    v->setColumnWidth(columna, APixelesMinimo1(ancho));
+    tabla->setColumnHidden(columna, false);
+    tabla->setColumnWidth(columna, APixelesMinimo1(ancho));
 }
 
 void Grid::aplicarAlturas() {
-    if (!v)
+    if (!tabla)
         return;
-    QHeaderView *vh = v->verticalHeader();
-    const int porOmision = APixelesMinimo1(m->alturaPorOmision());
+    QHeaderView *vh = tabla->verticalHeader();
+    const int porOmision = APixelesMinimo1(almacen->alturaPorOmision());
     if (vh->defaultSectionSize() != porOmision)
         vh->setDefaultSectionSize(porOmision);
     // View rows shift at each publication: undo the sizes given last time, then size the
@@ -612,9 +614,9 @@ void Grid::aplicarAlturas() {
         if (seccion < vh->count() && vh->sectionSize(seccion) != porOmision)
             vh->resizeSection(seccion, porOmision);
     seccionesPropias.clear();
-    const QHash<int, double> &propias = m->alturasPropias();
+    const QHash<int, double> &propias = almacen->alturasPropias();
     for (auto it = propias.cbegin(); it != propias.cend(); ++it) {
-        const int filaModelo = m->filaDeModelo(it.key());
+        const int filaModelo = almacen->filaDeModelo(it.key());
         if (filaModelo < 0)
             continue;
         vh->resizeSection(filaModelo, APixelesMinimo1(it.value()));
@@ -623,21 +625,21 @@ void Grid::aplicarAlturas() {
 }
 
 void Grid::aplicarTitulo() {
-    if (!v)
+    if (!tabla)
         return;
-    const double alto = m->alturaTitulo();
-    QHeaderView *hh = v->horizontalHeader();
+    const double alto = almacen->alturaTitulo();
+    QHeaderView *hh = tabla->horizontalHeader();
     hh->setVisible(alto > 0);
     if (alto > 0)
         hh->setFixedHeight(APixelesMinimo1(alto));
 }
 
 void Grid::trasCambioDeFuente() {
-    if (!v)
+    if (!tabla)
         return;
     // Rows as tall as the font's line, with a little air, as the grid control drew them.
-    const QFontMetrics medidas(v->font());
-    m->setAlturaPorOmision(ATwips(medidas.height() + 3));
+    const QFontMetrics medidas(tabla->font());
+    almacen->setAlturaPorOmision(ATwips(medidas.height() + 3));
     aplicarAlturas();
     aplicarTitulo();
 }
@@ -645,71 +647,71 @@ void Grid::trasCambioDeFuente() {
 // ---- colours ----
 
 void Grid::aplicarPaleta() {
-    if (!v)
+    if (!tabla)
         return;
-    QPalette p = v->palette();
+    QPalette p = tabla->palette();
     for (auto grupo : {QPalette::Active, QPalette::Inactive}) {
-        if (d.backColorSel != SinColor)
-            p.setColor(grupo, QPalette::Highlight, AColor(d.backColorSel));
-        if (d.foreColorSel != SinColor)
-            p.setColor(grupo, QPalette::HighlightedText, AColor(d.foreColorSel));
+        if (aspecto.backColorSel != SinColor)
+            p.setColor(grupo, QPalette::Highlight, AColor(aspecto.backColorSel));
+        if (aspecto.foreColorSel != SinColor)
+            p.setColor(grupo, QPalette::HighlightedText, AColor(aspecto.foreColorSel));
     }
-    if (d.backColorBkg != SinColor) {
+    if (aspecto.backColorBkg != SinColor) {
         // What lies beyond the last row and column; the cells paint BackColor themselves.
         for (auto grupo : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
-            p.setColor(grupo, QPalette::Base, AColor(d.backColorBkg));
-            p.setColor(grupo, QPalette::Window, AColor(d.backColorBkg));
+            p.setColor(grupo, QPalette::Base, AColor(aspecto.backColorBkg));
+            p.setColor(grupo, QPalette::Window, AColor(aspecto.backColorBkg));
         }
     }
-    v->setPalette(p);
+    tabla->setPalette(p);
 }
 
 ColorOLE Grid::BackColor() const {
-    return d.backColor;
+    return aspecto.backColor;
 }
 
 void Grid::setBackColor(ColorOLE c) {
-    d.backColor = c;
-    m->setFondo(c == SinColor ? QColor() : AColor(c));
+    aspecto.backColor = c;
+    almacen->setFondo(c == SinColor ? QColor() : AColor(c));
 }
 
 ColorOLE Grid::BackColorFixed() const {
-    return d.backColorFixed;
+    return aspecto.backColorFixed;
 }
 
 void Grid::setBackColorFixed(ColorOLE c) {
-    d.backColorFixed = c;
-    m->setFondoFijo(c == SinColor ? QColor() : AColor(c));
+    aspecto.backColorFixed = c;
+    almacen->setFondoFijo(c == SinColor ? QColor() : AColor(c));
 }
 
 ColorOLE Grid::BackColorSel() const {
-    return d.backColorSel;
+    return aspecto.backColorSel;
 }
 
 void Grid::setBackColorSel(ColorOLE c) {
-    d.backColorSel = c;
+    aspecto.backColorSel = c;
     aplicarPaleta();
 }
 
 ColorOLE Grid::ForeColorSel() const {
-    return d.foreColorSel;
+    return aspecto.foreColorSel;
 }
 
 void Grid::setForeColorSel(ColorOLE c) {
-    d.foreColorSel = c;
+    aspecto.foreColorSel = c;
     aplicarPaleta();
 }
 
 // ---- the rest ----
 
 QTableView *Grid::vista() const {
-    m->actualizar();
-    return v;
+    almacen->actualizar();
+    return tabla;
 }
 
 ModeloGrid *Grid::modelo() const {
-    m->actualizar();
-    return m;
+    almacen->actualizar();
+    return almacen;
 }
 
 } // namespace Pantalla

@@ -142,9 +142,9 @@ class Grid : public Control {
     void aplicarPaleta();
     void trasCambioDeFuente();
 
-    ModeloGrid *m;
-    QPointer<QTableView> v; ///< null once the window has taken the widget away
-    DisenoGrid d;           ///< colours and behaviour, as designed and as changed since
+    ModeloGrid *almacen;
+    QPointer<QTableView> tabla; ///< null once the window has taken the widget away
+    DisenoGrid aspecto;         ///< colours and behaviour, as designed and as changed since
     int filaActual = 0;
     int colActual = 0;
     int filaRaton = -1;

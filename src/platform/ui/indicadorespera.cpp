@@ -11,6 +11,8 @@
 #include <QScreen>
 #include <QThread>
 
+using namespace ADODB;
+
 namespace Pantalla {
 
 namespace {
@@ -113,7 +115,7 @@ class Indicador : public QObject {
     }
 };
 
-Indicador *indicador() {
+Indicador *IndicadorInstalado() {
     static QPointer<Indicador> i;
     if (!i)
         i = new Indicador;
@@ -134,7 +136,7 @@ QRect VentanaEnEspera() {
 }
 
 void InstalarIndicadorEspera() {
-    Indicador *i = indicador();
+    Indicador *i = IndicadorInstalado();
     if (QCoreApplication::instance())
         i->setParent(QCoreApplication::instance());
     // A wait on a server blocks this thread where nothing can repaint: its notice is drawn by
@@ -149,19 +151,19 @@ void InstalarIndicadorEspera() {
             QThread::currentThread() != QCoreApplication::instance()->thread())
             return;
         if (fase == Espera::Fase::Larga)
-            indicador()->Larga(motivo);
+            IndicadorInstalado()->Larga(motivo);
         else
-            indicador()->Acabada();
+            IndicadorInstalado()->Acabada();
     });
 }
 
 QString LineaEspera() {
-    const Indicador *i = indicador();
+    const Indicador *i = IndicadorInstalado();
     return i->linea && i->linea->isVisible() ? i->linea->text() : QString();
 }
 
 int EntradasDescartadas() {
-    return indicador()->descartadas;
+    return IndicadorInstalado()->descartadas;
 }
 
 } // namespace Pantalla

@@ -9,7 +9,7 @@ namespace Pantalla {
 
 namespace {
 
-QMessageBox::StandardButton mostrar(QMessageBox::Icon icono, const QString &titulo,
+QMessageBox::StandardButton Mostrar(QMessageBox::Icon icono, const QString &titulo,
                                     const QString &texto, QMessageBox::StandardButtons botones,
                                     QMessageBox::StandardButton porOmision) {
     QMessageBox caja(icono, titulo.isEmpty() ? QApplication::applicationDisplayName() : titulo,
@@ -39,11 +39,11 @@ void MsgBoxInformacion(const QString &texto) {
         c->Contestar(texto, {});
         return;
     }
-    mostrar(QMessageBox::Information, {}, texto, QMessageBox::Ok, QMessageBox::Ok);
+    Mostrar(QMessageBox::Information, {}, texto, QMessageBox::Ok, QMessageBox::Ok);
 }
 
 void MsgBoxError(const QString &texto) {
-    mostrar(QMessageBox::Critical, {}, texto, QMessageBox::Ok, QMessageBox::Ok);
+    Mostrar(QMessageBox::Critical, {}, texto, QMessageBox::Ok, QMessageBox::Ok);
 }
 
 bool MsgBoxPregunta(const QString &texto, const QString &titulo, IconoPregunta icono) {
@@ -51,7 +51,7 @@ bool MsgBoxPregunta(const QString &texto, const QString &titulo, IconoPregunta i
         return c->Contestar(texto, titulo);
     const QMessageBox::Icon dibujo =
         icono == IconoPregunta::Ninguno ? QMessageBox::NoIcon : QMessageBox::Question;
-    return mostrar(dibujo, titulo, texto, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) ==
+    return Mostrar(dibujo, titulo, texto, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) ==
            QMessageBox::Yes;
 }
 

@@ -5,6 +5,8 @@
 #include <limits>
 #include <stdexcept>
 
+namespace Pantalla {
+
 namespace {
 
 /// The largest buffer the grid may have: every row's start must fit in 32 bits.
@@ -285,3 +287,5 @@ void TextosGrid::compactar() {
             break;
         }
 }
+
+} // namespace Pantalla

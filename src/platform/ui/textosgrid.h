@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace Pantalla {
+
 /// A text as the grid keeps it, read in place: Latin-1 bytes, or UTF-16 units lying on an
 /// even address. Valid until the grid's next write or resize.
 struct VistaTexto {
@@ -90,3 +92,5 @@ class TextosGrid {
     std::vector<char> borrador;     ///< a row being composed
     std::vector<VistaTexto> celdas; ///< the cells of the row being composed
 };
+
+} // namespace Pantalla

@@ -10,6 +10,8 @@
 #include <QStringList>
 #include <QVariantList>
 
+using namespace ADODB;
+
 namespace {
 
 /// One prepared insert, run once per row with its bound values.

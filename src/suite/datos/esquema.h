@@ -15,7 +15,7 @@
 
 struct ColumnaEsquema {
     const char *nombre;
-    TipoColumna tipo;
+    ADODB::TipoColumna tipo;
     bool clave = false;
 };
 

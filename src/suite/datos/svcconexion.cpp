@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QSqlQuery>
 
+using namespace ADODB;
+
 namespace {
 
 const QString terminalDemo = QStringLiteral("CAJA1");

@@ -12,6 +12,9 @@
 #include <QVariantList>
 #include <limits>
 
+using namespace ADODB;
+using namespace Sistema;
+
 // How a field list's values are read:
 //   whole numbers   an optional sign and digits ("12", "-3", "+7"); spaces around them are
 //                   ignored. Beyond 32 bits (16 for a small whole number) is refused.

@@ -2,6 +2,8 @@
 
 #include "platform/ui/form.h"
 
+using namespace Pantalla;
+
 namespace {
 
 struct Aspecto {
@@ -29,7 +31,7 @@ void SvcAspecto::AplicarAspecto(Form &pantalla, qint16 estiloAspecto, ADODB::Con
         if (!c)
             continue;
         switch (d.clase) {
-        case Clase::Frame:
+        case ClaseControl::Frame:
             // The screen's outer frame and the grey panels take the look's colours; white
             // frames and the dark separator lines keep their design colour.
             if (!d.contenedor && d.back == SinColor)
@@ -39,7 +41,7 @@ void SvcAspecto::AplicarAspecto(Form &pantalla, qint16 estiloAspecto, ADODB::Con
             else if (d.back == RGB(192, 192, 192))
                 c->setBackColor(a.panelOscuro);
             break;
-        case Clase::TextBox:
+        case ClaseControl::TextBox:
             c->setBackColor(a.caja);
             break;
         default:

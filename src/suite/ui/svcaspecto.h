@@ -5,7 +5,9 @@
 
 #include <QString>
 
+namespace Pantalla {
 class Form;
+} // namespace Pantalla
 
 /// The suite's looks. A look gives a screen's frames, text boxes and labels their colours
 /// and the colour a text box takes while it has the focus.
@@ -14,7 +16,8 @@ class Form;
 /// Any other number is taken as 0.
 class SvcAspecto {
   public:
-    void AplicarAspecto(Form &pantalla, qint16 estiloAspecto, ADODB::Connection &conexion);
+    void AplicarAspecto(Pantalla::Form &pantalla, qint16 estiloAspecto,
+                        ADODB::Connection &conexion);
     /// The focus colour of the look, as the decimal text of a 32-bit colour value.
     QString ColorFoco(ADODB::Connection &conexion, qint16 estiloAspecto);
 };

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstdio>
 
+using namespace Pantalla;
+
 namespace {
 
 double areaAncho = 0;

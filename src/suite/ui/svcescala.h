@@ -2,7 +2,9 @@
 
 #include "platform/datos/conexion.h"
 
+namespace Pantalla {
 class Form;
+} // namespace Pantalla
 
 /// Fits a screen laid out for the design size to the size the suite asks for.
 /// Horizontal places and widths follow width / design width; vertical places and heights
@@ -15,8 +17,9 @@ class Form;
 /// stderr says so once for the run.
 class SvcEscala {
   public:
-    void AjustarFormulario(ADODB::Connection &conexion, Form &pantalla, double anchoPantalla,
-                           double altoPantalla, double anchoDiseno, double altoDiseno);
+    void AjustarFormulario(ADODB::Connection &conexion, Pantalla::Form &pantalla,
+                           double anchoPantalla, double altoPantalla, double anchoDiseno,
+                           double altoDiseno);
     /// The horizontal factor of the last AjustarFormulario (1 before any): what a design
     /// width is multiplied by.
     double FactorEscala() const { return factorX; }

@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <vector>
 
+using namespace Pantalla;
+
 namespace {
 
 struct Columna {

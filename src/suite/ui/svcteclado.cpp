@@ -5,6 +5,8 @@
 #include <QGuiApplication>
 #include <QInputMethod>
 
+using namespace Pantalla;
+
 QString SvcTeclado::LeerAjusteTeclado() {
     // Only a program with a display has an input method to ask.
     if (qobject_cast<QGuiApplication *>(QCoreApplication::instance()))

@@ -2,7 +2,9 @@
 
 #include <QString>
 
+namespace Pantalla {
 class TextBox;
+} // namespace Pantalla
 
 /// Keyboard services of the suite.
 class SvcTeclado {
@@ -15,5 +17,5 @@ class SvcTeclado {
     /// when numDecimales is above 0; a minus sign at the start; Backspace (8). A digit that
     /// would give more than numDecimales decimals is dropped. Everything else gives 0, which
     /// drops the key. The text box's selection counts: typed text replaces it.
-    qint16 FiltrarTeclaPrecio(qint16 tecla, TextBox &caja, qint16 numDecimales);
+    qint16 FiltrarTeclaPrecio(qint16 tecla, Pantalla::TextBox &caja, qint16 numDecimales);
 };

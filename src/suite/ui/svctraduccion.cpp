@@ -6,6 +6,8 @@
 
 #include <QHash>
 
+using namespace Pantalla;
+
 namespace {
 
 const QString idiomaDiseno = QStringLiteral("es");
@@ -65,6 +67,6 @@ void SvcTraduccion::GenerarCaptions(ADODB::Connection &conexion, Form &pantalla)
     };
     guardar(QString(), QString::fromUtf8(pantalla.Diseno().caption));
     for (const DisenoControl &d : pantalla.Diseno().controles)
-        if (d.clase == Clase::Label || d.clase == Clase::CommandButton)
+        if (d.clase == ClaseControl::Label || d.clase == ClaseControl::CommandButton)
             guardar(QString::fromLatin1(d.nombre), QString::fromUtf8(d.texto));
 }
