@@ -266,7 +266,6 @@ class FrmTarifas : public Pantalla::Form {
     /// (nothing changes the database in between) instead of one query per row.
     struct VariantesDeLista {
         QString lista;
-        bool leidas = false;
         QHash<std::pair<qint64, QString>, TallaYColor> porCodigo;
     };
     std::optional<VariantesDeLista> variantesDeLista;

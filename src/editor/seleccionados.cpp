@@ -83,13 +83,15 @@ void FrmTarifas::ListarProductosLista_textil() {
     if (lista.isEmpty())
         return; // no list bears such a code: the grid keeps its design rows
     // For the length of this listing obtenerTallaYColor answers from one read of the list's
-    // variants; it goes however the listing ends.
+    // variants; it goes however the listing ends. The read comes first: while the listing's
+    // rows stream in, its connection serves no other statement.
     variantesDeLista.emplace();
     variantesDeLista->lista = lista;
     struct AlTerminar {
         std::optional<VariantesDeLista> &variantes;
         ~AlTerminar() { variantes.reset(); }
     } alTerminar{variantesDeLista};
+    leerVariantesDeLista(*variantesDeLista);
     Grid &grid = *grid_Pseleccionados;
     ListarEnGrid(grid, SentenciaPreciosLista_textil(lista), [this, &grid](ADODB::Recordset &rs) {
         return [this, &grid, producto = rs.Fields(QStringLiteral("producto")),
@@ -130,8 +132,6 @@ QString FrmTarifas::obtenerTallaYColor(const QString &codProd, const QString &co
     const qint64 padre = *codigoPadre;
 
     if (variantesDeLista) {
-        if (!variantesDeLista->leidas)
-            leerVariantesDeLista(*variantesDeLista);
         const auto v = variantesDeLista->porCodigo.constFind({padre, codHijo});
         if (v != variantesDeLista->porCodigo.cend()) {
             talla = v->talla;
@@ -161,7 +161,7 @@ QString FrmTarifas::obtenerTallaYColor(const QString &codProd, const QString &co
 
 void FrmTarifas::leerVariantesDeLista(VariantesDeLista &variantes) {
     // The same variants obtenerTallaYColor looks for one at a time, for every product that
-    // has a price in the list, in one query opened while the listing's own stays open.
+    // has a price in the list, in one query.
     ADODB::Recordset rs;
     rs.Open(consultaVariantesDeLista + variantes.lista + QStringLiteral(")"), *SesionSuite.Conexion,
             ADODB::adOpenStatic, ADODB::adLockOptimistic, ADODB::adCmdUnspecified);
@@ -186,5 +186,4 @@ void FrmTarifas::leerVariantesDeLista(VariantesDeLista &variantes) {
         }
     }
     rs.Close();
-    variantes.leidas = true;
 }

@@ -142,27 +142,33 @@ class TstRecordset : public QObject {
     // count of rows read so far, nothing held after; a failure, of the statement or of the
     // one that reads the rows, ends the walk with its reason and leaves the recordset closed.
     void recorrer_data() {
-        // pararEn: the row whose reading raises (0: none); error: words of the refusal
-        const auto caso = Pruebas::Tabla<QString, int, QStringList, QString>();
+        // pararEn: the row whose reading raises (0: none), by a throw of its own or, with
+        // anidada, by asking the connection for another statement; error: the refusal's words
+        const auto caso = Pruebas::Tabla<QString, int, bool, QStringList, QString>();
         const QString variantes = QStringLiteral(
             "select codigohijo, codcliente, descripcioncorta from productostextil join tallas on "
             "tallas.codigo = productostextil.talla order by codigohijo");
-        caso("cada fila en orden, un Null vacío", variantes, 0,
+        caso("cada fila en orden, un Null vacío", variantes, 0, false,
              QStringList{"0201|V7-0201|XS", "0202||XL"}, QString());
-        caso("ninguna fila", variantes + QStringLiteral(" limit 0"), 0, QStringList{}, QString());
-        caso("quien lee falla en la segunda", variantes, 2, QStringList{"0201|V7-0201|XS"},
+        caso("ninguna fila", variantes + QStringLiteral(" limit 0"), 0, false, QStringList{},
+             QString());
+        caso("quien lee falla en la segunda", variantes, 2, false, QStringList{"0201|V7-0201|XS"},
              "parada en la fila 2");
-        caso("la sentencia falla", "select * from tarifas_que_no_existen", 0, QStringList{},
+        // A server would lose the rows still to come: refused on every database alike.
+        caso("otra sentencia mientras lee", variantes, 1, true, QStringList{}, "una sola a la vez");
+        caso("la sentencia falla", "select * from tarifas_que_no_existen", 0, false, QStringList{},
              "no such table");
     }
     void recorrer() {
-        const auto [sentencia, pararEn, esperadas, motivo] =
-            Pruebas::Fila<QString, int, QStringList, QString>();
+        const auto [sentencia, pararEn, anidada, esperadas, motivo] =
+            Pruebas::Fila<QString, int, bool, QStringList, QString>();
         ADODB::Recordset rs;
         QStringList leidas;
-        const QString error = ErrorDe([&, pararEn = pararEn] {
+        const QString error = ErrorDe([&, pararEn = pararEn, anidada = anidada] {
             rs.Recorrer(sentencia, *conexion, [&] {
                 QCOMPARE(rs.RecordCount(), leidas.size() + 1);
+                if (rs.RecordCount() == pararEn && anidada)
+                    ADODB::Recordset().Open(QStringLiteral("select 1"), *conexion);
                 if (rs.RecordCount() == pararEn)
                     throw ErrorBD(QStringLiteral("parada en la fila %1").arg(pararEn));
                 QStringList valores;

@@ -246,6 +246,15 @@ QSqlDatabase Connection::Base() {
 }
 
 bool Connection::Ejecutar(const std::function<bool()> &paso) {
+    if (ejecutando)
+        throw ErrorBD(QStringLiteral("Se ha pedido una sentencia a %1 mientras otra aún entregaba "
+                                     "sus filas: la conexión atiende una sola a la vez.")
+                          .arg(destino));
+    ejecutando = true;
+    struct Fin {
+        bool &ejecutando;
+        ~Fin() { ejecutando = false; }
+    } fin{ejecutando};
     const int socket =
         dialectoActivo ? dialectoActivo->SocketServidor(std::as_const(*this).Base()) : -1;
     Espera espera(destino, socket, esperaSentencia * 1000);

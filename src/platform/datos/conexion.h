@@ -67,6 +67,9 @@ class Connection {
     /// program's deadline and the notice of a long wait; gives what `paso` gives. When the
     /// deadline ran out the connection is given up (the next use opens it again) and the
     /// answer is false: Fallo then says that the server does not answer.
+    /// One statement at a time: a server streams a result's rows over the connection while
+    /// they are read, so a statement asked for from inside `paso` (say, from a row handed
+    /// over by Recordset::Recorrer) raises ErrorBD, on every database alike.
     bool Ejecutar(const std::function<bool()> &paso);
     bool Ejecutar(QSqlQuery &q);
     /// What differs in the SQL of the database this connection reached.
@@ -97,6 +100,7 @@ class Connection {
     bool enTransaccion = false;
     bool perdida = false;
     bool vencida = false;    ///< the last statement got no answer in time
+    bool ejecutando = false; ///< a statement of Ejecutar is under way
     QString ruta;            ///< the SQLite file, to tell when it is no longer the one opened
     quint64 identidad = 0;   ///< that file's device and inode at the opening
     int esperaSentencia = 0; ///< seconds a server has for a statement, as at the opening
