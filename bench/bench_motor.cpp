@@ -22,16 +22,20 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QUrl>
 #include <QUuid>
 
+#include <sqlite3.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 namespace {
@@ -89,6 +93,40 @@ void Informe(const char *que, double ms, double base, double maxRatio, double ma
                 rapido ? "(rápido: no se juzga)"
                 : ok   ? "OK"
                        : "FAIL");
+}
+
+/// Each statement SQLite ran while it was on, with its time: where a step's time goes.
+struct Perfil {
+    std::vector<std::pair<std::string, double>> pasos;
+
+    static int Anotar(unsigned tipo, void *yo, void *sentencia, void *ns) {
+        if (tipo == SQLITE_TRACE_PROFILE) {
+            const char *texto = sqlite3_sql(static_cast<sqlite3_stmt *>(sentencia));
+            static_cast<Perfil *>(yo)->pasos.emplace_back(
+                texto ? std::string(texto).substr(0, 90) : std::string("?"),
+                double(*static_cast<sqlite3_int64 *>(ns)) / 1e6);
+        }
+        return 0;
+    }
+};
+
+/// Runs `paso` with every statement of `base` timed by SQLite itself, and prints those that
+/// took 1 ms or more, with the whole.
+void Desglosar(QSqlDatabase base, const char *que, const std::function<void()> &paso) {
+    const QVariant manejador = base.driver()->handle();
+    sqlite3 *db = *static_cast<sqlite3 *const *>(manejador.constData());
+    Perfil perfil;
+    sqlite3_trace_v2(db, SQLITE_TRACE_PROFILE, &Perfil::Anotar, &perfil);
+    const double total = Medir(paso);
+    sqlite3_trace_v2(db, 0, nullptr, nullptr);
+    double sentencias = 0;
+    std::printf("  where the time goes, %s (%.1f ms):\n", que, total);
+    for (const auto &[texto, ms] : perfil.pasos) {
+        sentencias += ms;
+        if (ms >= 1)
+            std::printf("    %8.1f ms  %s\n", ms, texto.c_str());
+    }
+    std::printf("    %8.1f ms  outside SQLite's statements\n", total - sentencias);
 }
 
 /// The catalogue and `Listas` lists of `porLista` prices each, written set-wise.
@@ -174,6 +212,16 @@ void Medir(const QString &cadena, const char *nombre, int porLista) {
     }
     Informe("change, history included", Mediana(motor), Mediana(base_), 3, 2000);
     Informe("preview", Mediana(vista), 0, 0, 1000);
+    if (!rapido && conexion.Base().driverName() == QLatin1String("QSQLITE")) {
+        Desglosar(base, "the baseline's update", [&] {
+            ADODB::Transaccion unidad(conexion);
+            Ejecutar(base, QStringLiteral("update detalle_precio set precio = round(precio * "
+                                          "1.1, 2) where identificador = 1"));
+            unidad.Commit();
+        });
+        peticion.lista = 4;
+        Desglosar(base, "the change", [&] { AplicarCambio(contexto, peticion); });
+    }
 
     // Copy: the baseline copies list 10 into code 1000; the engine copies it into a new list.
     std::vector<double> baseCopia, copia;
