@@ -1,6 +1,7 @@
 #include "cambioporvalores.h"
 
 #include "aritmetica.h"
+#include "funcionprecio.h"
 #include "historial.h"
 #include "sqlmotor.h"
 
@@ -49,12 +50,67 @@ int ContarRechazadas(ADODB::Connection &conexion, const QString &filtro,
 
 } // namespace
 
+namespace {
+
+/// On SQLite, the rule itself is a function of the statements: no read of the distinct
+/// prices and no map first. The history's insert and the update each find a row's new price
+/// by the function; it works each stored value out once.
+qint64 CambiarConFuncion(const ContextoMotor &contexto, const PeticionCambio &peticion,
+                         const QString &descripcion, CuentaCambio &cuenta, const QString &filtro,
+                         const QVariantList &valores) {
+    ADODB::Connection &conexion = *contexto.conexion;
+    FuncionPrecio funcion(conexion, peticion.regla);
+    const QString cambia = QStringLiteral(" and motor_nuevo(d.precio) is not null");
+    const auto contar = [&] {
+        if (funcion.HayNulos() || !funcion.Rechazados().isEmpty())
+            cuenta.rechazadas += ContarRechazadas(conexion, filtro, valores, funcion.Rechazados(),
+                                                  funcion.HayNulos());
+    };
+    // A change of no row is no operation of the history. Looking for the first row that
+    // changes reads every row only when none does.
+    if (!SQLMotor::Ejecutar(conexion,
+                            QStringLiteral("select 1 from detalle_precio d where ") + filtro +
+                                cambia + QStringLiteral(" limit 1"),
+                            valores)
+             .next()) {
+        contar();
+        return 0;
+    }
+    RegistroOperacion registro(contexto, peticion.lista, TipoOperacion::Cambio, descripcion);
+    registro.FilasDeSeleccion(
+        QStringLiteral("select d.producto, coalesce(d.codproductotextil, '') as variante, "
+                       "d.precio as anterior, motor_nuevo(d.precio) as nuevo, 'M' as clase "
+                       "from detalle_precio d where ") +
+            filtro + cambia,
+        valores);
+    // Without a history the function has seen no row yet: the refused ones are found (and
+    // counted) before the update, while every row still has its old price.
+    if (!registro.Activo())
+        SQLMotor::Ejecutar(conexion,
+                           QStringLiteral("select count(*) from detalle_precio d where ") + filtro +
+                               cambia,
+                           valores);
+    contar();
+    cuenta.cambiadas +=
+        std::max(0, SQLMotor::Ejecutar(conexion,
+                                       QStringLiteral("update detalle_precio as d set precio = "
+                                                      "motor_nuevo(d.precio) where ") +
+                                           filtro + cambia,
+                                       valores)
+                        .numRowsAffected());
+    return registro.Cerrar();
+}
+
+} // namespace
+
 qint64 CambiarPorValores(const ContextoMotor &contexto, const PeticionCambio &peticion,
                          const QString &descripcion, CuentaCambio &cuenta) {
     ADODB::Connection &conexion = *contexto.conexion;
     QVariantList valores;
     const QString filtro = Filtro(peticion, valores);
     const bool lite = SQLMotor::De(conexion) == SQLMotor::Motor::SQLite;
+    if (lite)
+        return CambiarConFuncion(contexto, peticion, descripcion, cuenta, filtro, valores);
     // Each distinct stored price and its text for the arithmetic. The rows are counted by the
     // update that changes them; those refused are counted apart, only when there are any.
     ADODB::Recordset rs;
