@@ -108,11 +108,10 @@ qint64 CambiarPorValores(const ContextoMotor &contexto, const PeticionCambio &pe
     ADODB::Connection &conexion = *contexto.conexion;
     QVariantList valores;
     const QString filtro = Filtro(peticion, valores);
-    const bool lite = SQLMotor::De(conexion) == SQLMotor::Motor::SQLite;
-    if (lite)
+    if (SQLMotor::De(conexion) == SQLMotor::Motor::SQLite)
         return CambiarConFuncion(contexto, peticion, descripcion, cuenta, filtro, valores);
-    // Each distinct stored price and its text for the arithmetic. The rows are counted by the
-    // update that changes them; those refused are counted apart, only when there are any.
+    // On a server: each distinct stored price and its text for the arithmetic. The rows are counted
+    // by the update that changes them; those refused are counted apart, only when there are any.
     ADODB::Recordset rs;
     rs.Open(QStringLiteral("select g.precio, cast(g.precio as text) as texto from (select "
                            "distinct d.precio from detalle_precio d where ") +
@@ -136,11 +135,8 @@ qint64 CambiarPorValores(const ContextoMotor &contexto, const PeticionCambio &pe
         }
         if (*nuevo == *viejo)
             continue;
-        // The map's key is the stored value itself. SQLite stores a price as a binary number:
-        // the value as read is bound back unchanged, so each row finds its own entry even
-        // when its value would not survive a round trip through text (the arithmetic above
-        // never touches it). A server's decimal is exact, and is given back as its text.
-        mapa.push_back(lite ? rs.Fields(0).Value() : QVariant(texto));
+        // A server's decimal is exact: the map's key is the stored value's own text.
+        mapa.push_back(QVariant(texto));
         mapa.push_back(nuevo->TextoSQL());
     }
     rs.Close();
@@ -149,24 +145,19 @@ qint64 CambiarPorValores(const ContextoMotor &contexto, const PeticionCambio &pe
     if (mapa.empty())
         return 0;
 
-    // Without a rowid of its own, SQLite finds a price's entry with one search of the key.
     SQLMotor::TemporalVacia(conexion, QStringLiteral("motor_mapa"),
-                            QStringLiteral("viejo numeric primary key, nuevo numeric"),
-                            lite ? QStringLiteral("without rowid") : QString());
+                            QStringLiteral("viejo numeric primary key, nuevo numeric"), QString());
     SQLMotor::InsertarPorLotes(
         conexion, QStringLiteral("insert into motor_mapa (viejo, nuevo) values "), 2, mapa);
     RegistroOperacion registro(contexto, peticion.lista, TipoOperacion::Cambio, descripcion);
-    // The list's rows, read through its index, drive each statement; each finds its new price
-    // by the map's key. "cross join" keeps SQLite from putting the map outside (a server plans
-    // the join by itself).
+    // The list's rows drive each statement; each finds its new price by the map's key.
     registro.FilasDeSeleccion(
         QStringLiteral("select d.producto, coalesce(d.codproductotextil, '') as variante, "
                        "d.precio as anterior, m.nuevo, 'M' as clase from detalle_precio d cross "
                        "join motor_mapa m where m.viejo = d.precio and ") +
             filtro,
         valores);
-    // The update looks its price up for each row, rather than joining: SQLite gathers an
-    // update's join into a table of its own first. It counts the rows changed.
+    // The update counts the rows changed.
     cuenta.cambiadas += std::max(
         0, SQLMotor::Ejecutar(conexion,
                               QStringLiteral("update detalle_precio as d set precio = (select "

@@ -17,22 +17,22 @@ constexpr const char *Nombre = "motor_nuevo";
 FuncionPrecio::FuncionPrecio(ADODB::Connection &conexion, const ReglaCambio &reglaCambio)
     : regla(reglaCambio) {
     const QVariant manejador = conexion.Base().driver()->handle();
-    sqlite3 *base = manejador.isValid() ? *static_cast<sqlite3 *const *>(manejador.constData())
-                                        : nullptr;
-    if (!base ||
-        sqlite3_create_function_v2(base, Nombre, 1, SQLITE_UTF8, this,
-                                   [](sqlite3_context *c, int n, sqlite3_value **v) {
-                                       Llamada(c, n, reinterpret_cast<void **>(v));
-                                   },
-                                   nullptr, nullptr, nullptr) != SQLITE_OK)
+    sqlite3 *base =
+        manejador.isValid() ? *static_cast<sqlite3 *const *>(manejador.constData()) : nullptr;
+    if (!base || sqlite3_create_function_v2(
+                     base, Nombre, 1, SQLITE_UTF8, this,
+                     [](sqlite3_context *c, int n, sqlite3_value **v) {
+                         Llamada(c, n, reinterpret_cast<void **>(v));
+                     },
+                     nullptr, nullptr, nullptr) != SQLITE_OK)
         throw ADODB::ErrorBD(QStringLiteral("La base de datos no ha aceptado la regla del cambio "
                                             "de precios. No se ha grabado nada."));
     db = base;
 }
 
 FuncionPrecio::~FuncionPrecio() {
-    sqlite3_create_function_v2(static_cast<sqlite3 *>(db), Nombre, 1, SQLITE_UTF8, nullptr,
-                               nullptr, nullptr, nullptr, nullptr);
+    sqlite3_create_function_v2(static_cast<sqlite3 *>(db), Nombre, 1, SQLITE_UTF8, nullptr, nullptr,
+                               nullptr, nullptr, nullptr);
 }
 
 const std::string *FuncionPrecio::nuevo(void *dato) {
@@ -46,9 +46,8 @@ const std::string *FuncionPrecio::nuevo(void *dato) {
     // number too big for a binary one, or text, goes by its text.
     constexpr sqlite3_int64 Exacto = sqlite3_int64(1) << 53;
     const bool porNumero =
-        tipo == SQLITE_FLOAT ||
-        (tipo == SQLITE_INTEGER && sqlite3_value_int64(valor) < Exacto &&
-         sqlite3_value_int64(valor) > -Exacto);
+        tipo == SQLITE_FLOAT || (tipo == SQLITE_INTEGER && sqlite3_value_int64(valor) < Exacto &&
+                                 sqlite3_value_int64(valor) > -Exacto);
     const double clave = porNumero ? sqlite3_value_double(valor) : 0;
     if (porNumero) {
         const auto i = porValor.find(clave);

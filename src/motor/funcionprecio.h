@@ -17,7 +17,7 @@ class Connection;
 /// same after the change, none, or refused). Each distinct stored value is worked out once,
 /// from its text, by the exact arithmetic. The refused ones are kept, by their text.
 class FuncionPrecio {
-public:
+  public:
     FuncionPrecio(ADODB::Connection &conexion, const ReglaCambio &regla);
     ~FuncionPrecio();
     FuncionPrecio(const FuncionPrecio &) = delete;
@@ -27,7 +27,7 @@ public:
     const QSet<QString> &Rechazados() const { return rechazados; }
     bool HayNulos() const { return nulos; }
 
-private:
+  private:
     static void Llamada(void *contexto, int argumentos, void **valores);
     const std::string *nuevo(void *valor);
 
