@@ -12,6 +12,8 @@
 // rows, the copy's rows); a wrong result or, in the full run, a missed target prints FAIL and
 // the program ends with status 1. With --rapido the lists hold 2,000 prices: the results are
 // checked and the ratios printed, not judged (too small to time).
+#include "perfilsqlite.h"
+
 #include "motor/aritmetica.h"
 #include "motor/cambioprecios.h"
 #include "motor/copialista.h"
@@ -22,20 +24,16 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QUrl>
 #include <QUuid>
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <stdexcept>
-#include <string>
 #include <vector>
 
 namespace {
@@ -93,40 +91,6 @@ void Informe(const char *que, double ms, double base, double maxRatio, double ma
                 rapido ? "(rápido: no se juzga)"
                 : ok   ? "OK"
                        : "FAIL");
-}
-
-/// Each statement SQLite ran while it was on, with its time: where a step's time goes.
-struct Perfil {
-    std::vector<std::pair<std::string, double>> pasos;
-
-    static int Anotar(unsigned tipo, void *yo, void *sentencia, void *ns) {
-        if (tipo == SQLITE_TRACE_PROFILE) {
-            const char *texto = sqlite3_sql(static_cast<sqlite3_stmt *>(sentencia));
-            static_cast<Perfil *>(yo)->pasos.emplace_back(
-                texto ? std::string(texto).substr(0, 90) : std::string("?"),
-                double(*static_cast<sqlite3_int64 *>(ns)) / 1e6);
-        }
-        return 0;
-    }
-};
-
-/// Runs `paso` with every statement of `base` timed by SQLite itself, and prints those that
-/// took 1 ms or more, with the whole.
-void Desglosar(QSqlDatabase base, const char *que, const std::function<void()> &paso) {
-    const QVariant manejador = base.driver()->handle();
-    sqlite3 *db = *static_cast<sqlite3 *const *>(manejador.constData());
-    Perfil perfil;
-    sqlite3_trace_v2(db, SQLITE_TRACE_PROFILE, &Perfil::Anotar, &perfil);
-    const double total = Medir(paso);
-    sqlite3_trace_v2(db, 0, nullptr, nullptr);
-    double sentencias = 0;
-    std::printf("  where the time goes, %s (%.1f ms):\n", que, total);
-    for (const auto &[texto, ms] : perfil.pasos) {
-        sentencias += ms;
-        if (ms >= 1)
-            std::printf("    %8.1f ms  %s\n", ms, texto.c_str());
-    }
-    std::printf("    %8.1f ms  outside SQLite's statements\n", total - sentencias);
 }
 
 /// The catalogue and `Listas` lists of `porLista` prices each, written set-wise.
