@@ -12,6 +12,8 @@
 // rows, the copy's rows); a wrong result or, in the full run, a missed target prints FAIL and
 // the program ends with status 1. With --rapido the lists hold 2,000 prices: the results are
 // checked and the ratios printed, not judged (too small to time).
+#include "perfilsqlite.h"
+
 #include "motor/aritmetica.h"
 #include "motor/cambioprecios.h"
 #include "motor/copialista.h"
@@ -174,6 +176,16 @@ void Medir(const QString &cadena, const char *nombre, int porLista) {
     }
     Informe("change, history included", Mediana(motor), Mediana(base_), 3, 2000);
     Informe("preview", Mediana(vista), 0, 0, 1000);
+    if (!rapido && conexion.Base().driverName() == QLatin1String("QSQLITE")) {
+        Desglosar(base, "the baseline's update", [&] {
+            ADODB::Transaccion unidad(conexion);
+            Ejecutar(base, QStringLiteral("update detalle_precio set precio = round(precio * "
+                                          "1.1, 2) where identificador = 1"));
+            unidad.Commit();
+        });
+        peticion.lista = 4;
+        Desglosar(base, "the change", [&] { AplicarCambio(contexto, peticion); });
+    }
 
     // Copy: the baseline copies list 10 into code 1000; the engine copies it into a new list.
     std::vector<double> baseCopia, copia;

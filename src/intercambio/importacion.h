@@ -51,6 +51,12 @@ struct PlanImportacion {
         size_t datos = 0;
         quint64 catalogo = 0;
         quint64 precios = 0;
+        /// On SQLite, the connection that read them and the database's state as it saw it
+        /// before reading (other connections' commits, its own changed rows): while neither
+        /// moved, nothing the dry run read can have changed. Empty elsewhere.
+        QString conexion;
+        qint64 versionAjena = -1;
+        qint64 cambiosPropios = -1;
     } origen;
 };
 

@@ -273,6 +273,19 @@ QHash<Clave, Guardada> PreciosGuardados(const ContextoMotor &contexto, qint32 li
     return guardados;
 }
 
+/// The database's state as this connection sees it, on SQLite: the count of other
+/// connections' commits (data_version) and of the rows it changed itself. Read inside a unit
+/// of work, it is the state of what that unit reads. Nothing elsewhere (-1, -1).
+std::pair<qint64, qint64> EstadoBase(ADODB::Connection &conexion) {
+    if (SQLMotor::De(conexion) != SQLMotor::Motor::SQLite)
+        return {-1, -1};
+    QSqlQuery ajena = SQLMotor::Ejecutar(conexion, QStringLiteral("pragma data_version"));
+    QSqlQuery propia = SQLMotor::Ejecutar(conexion, QStringLiteral("select total_changes()"));
+    if (!ajena.next() || !propia.next())
+        return {-1, -1};
+    return {ajena.value(0).toLongLong(), propia.value(0).toLongLong()};
+}
+
 } // namespace
 
 PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
@@ -295,6 +308,8 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
         return plan;
     }
 
+    // Taken before anything is read: a change made while the dry run reads shows as one.
+    const auto [versionAjena, cambiosPropios] = EstadoBase(*contexto.conexion);
     Catalogo catalogo;
     catalogo.Leer(*contexto.conexion, contexto.tallaColor);
     std::vector<LineaLeida> lineas;
@@ -330,6 +345,11 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
     plan.origen.modo = modo;
     plan.origen.datos = qHash(datos, 0);
     plan.origen.catalogo = catalogo.huella;
+    if (versionAjena >= 0) {
+        plan.origen.conexion = contexto.conexion->Base().connectionName();
+        plan.origen.versionAjena = versionAjena;
+        plan.origen.cambiosPropios = cambiosPropios;
+    }
     QSet<Clave> nombradas; // rows a line names, valid or not: "sustituir" leaves them
     nombradas.reserve(qsizetype(lineas.size()));
     QHash<Clave, Importe> nuevos;
@@ -378,6 +398,13 @@ bool PlanVigente(const ContextoMotor &contexto, qint32 lista, const QByteArray &
     if (!plan.error.isEmpty() || plan.origen.lista != lista || plan.origen.modo != modo ||
         plan.origen.datos != qHash(datos, 0))
         return false;
+    // On the connection that made it, with no commit of another and no row changed by this
+    // one since, the dry run read what the database holds now: nothing to read again.
+    if (plan.origen.versionAjena >= 0 &&
+        plan.origen.conexion == contexto.conexion->Base().connectionName() &&
+        EstadoBase(*contexto.conexion) ==
+            std::pair(plan.origen.versionAjena, plan.origen.cambiosPropios))
+        return true;
     Catalogo catalogo;
     catalogo.Leer(*contexto.conexion, contexto.tallaColor);
     if (catalogo.huella != plan.origen.catalogo)

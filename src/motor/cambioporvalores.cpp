@@ -1,6 +1,7 @@
 #include "cambioporvalores.h"
 
 #include "aritmetica.h"
+#include "funcionprecio.h"
 #include "historial.h"
 #include "sqlmotor.h"
 
@@ -49,14 +50,68 @@ int ContarRechazadas(ADODB::Connection &conexion, const QString &filtro,
 
 } // namespace
 
+namespace {
+
+/// On SQLite, the rule itself is a function of the statements: no read of the distinct
+/// prices and no map first. The history's insert and the update each find a row's new price
+/// by the function; it works each stored value out once.
+qint64 CambiarConFuncion(const ContextoMotor &contexto, const PeticionCambio &peticion,
+                         const QString &descripcion, CuentaCambio &cuenta, const QString &filtro,
+                         const QVariantList &valores) {
+    ADODB::Connection &conexion = *contexto.conexion;
+    FuncionPrecio funcion(conexion, peticion.regla);
+    const QString cambia = QStringLiteral(" and motor_nuevo(d.precio) is not null");
+    const auto contar = [&] {
+        if (funcion.HayNulos() || !funcion.Rechazados().isEmpty())
+            cuenta.rechazadas += ContarRechazadas(conexion, filtro, valores, funcion.Rechazados(),
+                                                  funcion.HayNulos());
+    };
+    // A change of no row is no operation of the history. Looking for the first row that
+    // changes reads every row only when none does.
+    if (!SQLMotor::Ejecutar(conexion,
+                            QStringLiteral("select 1 from detalle_precio d where ") + filtro +
+                                cambia + QStringLiteral(" limit 1"),
+                            valores)
+             .next()) {
+        contar();
+        return 0;
+    }
+    RegistroOperacion registro(contexto, peticion.lista, TipoOperacion::Cambio, descripcion);
+    registro.FilasDeSeleccion(
+        QStringLiteral("select d.producto, coalesce(d.codproductotextil, '') as variante, "
+                       "d.precio as anterior, motor_nuevo(d.precio) as nuevo, 'M' as clase "
+                       "from detalle_precio d where ") +
+            filtro + cambia,
+        valores);
+    // Without a history the function has seen no row yet: the refused ones are found (and
+    // counted) before the update, while every row still has its old price.
+    if (!registro.Activo())
+        SQLMotor::Ejecutar(conexion,
+                           QStringLiteral("select count(*) from detalle_precio d where ") + filtro +
+                               cambia,
+                           valores);
+    contar();
+    cuenta.cambiadas +=
+        std::max(0, SQLMotor::Ejecutar(conexion,
+                                       QStringLiteral("update detalle_precio as d set precio = "
+                                                      "motor_nuevo(d.precio) where ") +
+                                           filtro + cambia,
+                                       valores)
+                        .numRowsAffected());
+    return registro.Cerrar();
+}
+
+} // namespace
+
 qint64 CambiarPorValores(const ContextoMotor &contexto, const PeticionCambio &peticion,
                          const QString &descripcion, CuentaCambio &cuenta) {
     ADODB::Connection &conexion = *contexto.conexion;
     QVariantList valores;
     const QString filtro = Filtro(peticion, valores);
-    const bool lite = SQLMotor::De(conexion) == SQLMotor::Motor::SQLite;
-    // Each distinct stored price and its text for the arithmetic. The rows are counted by the
-    // update that changes them; those refused are counted apart, only when there are any.
+    if (SQLMotor::De(conexion) == SQLMotor::Motor::SQLite)
+        return CambiarConFuncion(contexto, peticion, descripcion, cuenta, filtro, valores);
+    // On a server: each distinct stored price and its text for the arithmetic. The rows are counted
+    // by the update that changes them; those refused are counted apart, only when there are any.
     ADODB::Recordset rs;
     rs.Open(QStringLiteral("select g.precio, cast(g.precio as text) as texto from (select "
                            "distinct d.precio from detalle_precio d where ") +
@@ -80,11 +135,8 @@ qint64 CambiarPorValores(const ContextoMotor &contexto, const PeticionCambio &pe
         }
         if (*nuevo == *viejo)
             continue;
-        // The map's key is the stored value itself. SQLite stores a price as a binary number:
-        // the value as read is bound back unchanged, so each row finds its own entry even
-        // when its value would not survive a round trip through text (the arithmetic above
-        // never touches it). A server's decimal is exact, and is given back as its text.
-        mapa.push_back(lite ? rs.Fields(0).Value() : QVariant(texto));
+        // A server's decimal is exact: the map's key is the stored value's own text.
+        mapa.push_back(QVariant(texto));
         mapa.push_back(nuevo->TextoSQL());
     }
     rs.Close();
@@ -93,24 +145,19 @@ qint64 CambiarPorValores(const ContextoMotor &contexto, const PeticionCambio &pe
     if (mapa.empty())
         return 0;
 
-    // Without a rowid of its own, SQLite finds a price's entry with one search of the key.
     SQLMotor::TemporalVacia(conexion, QStringLiteral("motor_mapa"),
-                            QStringLiteral("viejo numeric primary key, nuevo numeric"),
-                            lite ? QStringLiteral("without rowid") : QString());
+                            QStringLiteral("viejo numeric primary key, nuevo numeric"), QString());
     SQLMotor::InsertarPorLotes(
         conexion, QStringLiteral("insert into motor_mapa (viejo, nuevo) values "), 2, mapa);
     RegistroOperacion registro(contexto, peticion.lista, TipoOperacion::Cambio, descripcion);
-    // The list's rows, read through its index, drive each statement; each finds its new price
-    // by the map's key. "cross join" keeps SQLite from putting the map outside (a server plans
-    // the join by itself).
+    // The list's rows drive each statement; each finds its new price by the map's key.
     registro.FilasDeSeleccion(
         QStringLiteral("select d.producto, coalesce(d.codproductotextil, '') as variante, "
                        "d.precio as anterior, m.nuevo, 'M' as clase from detalle_precio d cross "
                        "join motor_mapa m where m.viejo = d.precio and ") +
             filtro,
         valores);
-    // The update looks its price up for each row, rather than joining: SQLite gathers an
-    // update's join into a table of its own first. It counts the rows changed.
+    // The update counts the rows changed.
     cuenta.cambiadas += std::max(
         0, SQLMotor::Ejecutar(conexion,
                               QStringLiteral("update detalle_precio as d set precio = (select "

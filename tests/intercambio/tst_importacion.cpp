@@ -3,7 +3,10 @@
 #include "apoyo/ejecucion.h"
 #include "intercambio/importacion.h"
 #include "motor/historial.h"
+#include "platform/datos/conexion.h"
 #include "tiendaintercambio.h"
+
+#include <QSqlQuery>
 
 namespace {
 
@@ -184,36 +187,46 @@ class TstImportacion : public QObject {
     }
 
     void entre_la_prueba_y_la_importacion_data() {
-        // what another terminal (or the operator) does after the dry run of "A1;95, C3;12,5"
-        // (add and update); whether the dry run still holds; the list after the import, which
-        // is always what the database then calls for
-        const auto caso = Pruebas::Tabla<QString, int, bool, QStringList>();
+        // what the operator, or another terminal (its own connection), does after the dry run
+        // of "A1;95, C3;12,5" (add and update); whether the dry run still holds; the list after
+        // the import, which is always what the database then calls for
+        const auto caso = Pruebas::Tabla<QString, bool, int, bool, QStringList>();
         const QStringList nada = {"1/=95,00", "2/=45,00", "3/=12,50", "4/=9,00"};
-        caso("nada", "", int(ModoImportacion::AnadirYActualizar), true, nada);
+        const auto anadir = int(ModoImportacion::AnadirYActualizar);
+        caso("nada", "", false, anadir, true, nada);
         caso("el precio que cambia, ya puesto",
              "update detalle_precio set precio = 95 where identificador = 1 and producto = 1",
-             int(ModoImportacion::AnadirYActualizar), false, nada);
+             false, anadir, false, nada);
+        caso("otro puesto pone el precio que cambia",
+             "update detalle_precio set precio = 95 where identificador = 1 and producto = 1", true,
+             anadir, false, nada);
         caso("una fila añadida a la lista", "insert into detalle_precio values (1, 5, 7, null)",
-             int(ModoImportacion::AnadirYActualizar), false,
-             {"1/=95,00", "2/=45,00", "3/=12,50", "4/=9,00", "5/=7,00"});
-        caso("el producto borrado", "update productos set borrar = 1 where codigo = 3",
-             int(ModoImportacion::AnadirYActualizar), false, {"1/=95,00", "2/=45,00", "4/=9,00"});
+             false, anadir, false, {"1/=95,00", "2/=45,00", "3/=12,50", "4/=9,00", "5/=7,00"});
+        caso("el producto borrado", "update productos set borrar = 1 where codigo = 3", false,
+             anadir, false, {"1/=95,00", "2/=45,00", "4/=9,00"});
+        caso("otro puesto borra el producto", "update productos set borrar = 1 where codigo = 3",
+             true, anadir, false, {"1/=95,00", "2/=45,00", "4/=9,00"});
         caso("su código cambiado", "update productos set codigocliente = 'C9' where codigo = 3",
-             int(ModoImportacion::AnadirYActualizar), false, {"1/=95,00", "2/=45,00", "4/=9,00"});
-        caso("un código extra nuevo", "insert into productos_codigosextra values (5, 'E-5')",
-             int(ModoImportacion::AnadirYActualizar), false, nada);
-        caso("otro modo", "", int(ModoImportacion::Sustituir), false,
+             false, anadir, false, {"1/=95,00", "2/=45,00", "4/=9,00"});
+        caso("un código extra nuevo", "insert into productos_codigosextra values (5, 'E-5')", false,
+             anadir, false, nada);
+        caso("otro modo", "", false, int(ModoImportacion::Sustituir), false,
              {"1/=95,00", "3/=12,50", "4/=9,00"});
     }
     void entre_la_prueba_y_la_importacion() {
-        const auto [sentencia, modo, vigente, despues] =
-            Pruebas::Fila<QString, int, bool, QStringList>();
+        const auto [sentencia, otroPuesto, modo, vigente, despues] =
+            Pruebas::Fila<QString, bool, int, bool, QStringList>();
         TiendaIntercambio t(false);
         const QByteArray fichero = "codigo;precio\nA1;95\nC3;12,5\n";
         const PlanImportacion plan =
             PlanearImportacion(t.contexto, 1, fichero, ModoImportacion::AnadirYActualizar);
-        if (!sentencia.isEmpty())
+        if (otroPuesto) {
+            ADODB::Connection otro;
+            otro.Open(t.db.Cadena());
+            QVERIFY(QSqlQuery(otro.Base()).exec(sentencia));
+        } else if (!sentencia.isEmpty()) {
             t.db.Ejecutar(sentencia);
+        }
         const QStringList antes = t.Precios();
         const auto enModo = ModoImportacion(modo);
         QCOMPARE(PlanVigente(t.contexto, 1, fichero, enModo, plan), vigente);
