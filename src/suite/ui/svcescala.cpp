@@ -48,7 +48,10 @@ void SvcEscala::AjustarFormulario(ADODB::Connection &, Form &pantalla, double an
     if (areaAncho > 0 && areaAlto > 0 && ancho > 0 && alto > 0 &&
         (ancho * fx > areaAncho || alto * fy > areaAlto)) {
         const double f = std::min(areaAncho / ancho, areaAlto / alto);
-        AvisarReduccion(anchoPantalla, altoPantalla, f);
+        // Options asking for this very display are kept quiet: only the design's proportions
+        // differ from the display's, and the screens fit it as they should.
+        if (anchoPantalla > areaAncho || altoPantalla > areaAlto)
+            AvisarReduccion(anchoPantalla, altoPantalla, f);
         fx = fy = f;
     }
     const double fuente = std::min(fx, fy);
