@@ -20,6 +20,8 @@
 // Each figure is the best of a few runs. The row counts are checked against SQLite's; a wrong
 // count or a missed target prints FAIL and the program ends with status 1. With --rapido the
 // sizes are small and no time is judged, only the results: that is how CTest runs it.
+#include "lecturabase.h"
+
 #include "editor/frmtarifas.h"
 #include "platform/datos/conexion.h"
 #include "register/frmlistas.h"
@@ -36,7 +38,6 @@
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
-#include <sqlite3.h>
 
 #include <QFile>
 #include <QTableView>
@@ -140,34 +141,6 @@ void CrearTienda(ADODB::Connection &c, int productos, bool textil, int variantes
                         QStringLiteral(" from productos where codigo % 1000 = 1"));
     }
     base.commit();
-}
-
-/// SQLite alone reading `sql`: each column of each row as text. Gives the rows read.
-int LecturaSQLite(const QString &ruta, const QString &sql) {
-    sqlite3 *db = nullptr;
-    if (sqlite3_open_v2(ruta.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK)
-        throw std::runtime_error(sqlite3_errmsg(db));
-    sqlite3_stmt *st = nullptr;
-    const QByteArray texto = sql.toUtf8();
-    if (sqlite3_prepare_v2(db, texto.constData(), int(texto.size()), &st, nullptr) != SQLITE_OK) {
-        const std::string error = sqlite3_errmsg(db);
-        sqlite3_close(db);
-        throw std::runtime_error(error);
-    }
-    int filas = 0;
-    size_t bytes = 0;
-    const int columnas = sqlite3_column_count(st);
-    while (sqlite3_step(st) == SQLITE_ROW) {
-        for (int c = 0; c < columnas; ++c)
-            if (const unsigned char *t = sqlite3_column_text(st, c))
-                bytes += size_t(sqlite3_column_bytes(st, c)) + (t[0] != 0);
-        ++filas;
-    }
-    sqlite3_finalize(st);
-    sqlite3_close(db);
-    if (bytes == 0 && filas > 0)
-        throw std::runtime_error("SQLite read no text");
-    return filas;
 }
 
 double Mejor(const std::function<void()> &paso) {

@@ -13,6 +13,8 @@
 // the changed rows), so a fast wrong answer fails. One line a measure; a wrong result or a
 // missed target prints FAIL and the program ends with status 1. With --rapido the sizes are
 // small and no time is judged, only the results: that is how CTest runs it.
+#include "lecturabase.h"
+
 #include "editor/frmtarifas.h"
 #include "platform/datos/conexion.h"
 #include "platform/datos/regional.h"
@@ -31,7 +33,6 @@
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
-#include <sqlite3.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -77,34 +78,6 @@ void CrearTienda(ADODB::Connection &c, int listas) {
                                "(i % 400 + 365) || ' days') end from n")
                     .arg(listas));
     base.commit();
-}
-
-/// SQLite alone reading the register's rows: each column of each row as text. Gives the
-/// rows read.
-int LecturaSQLite(const QString &ruta) {
-    sqlite3 *db = nullptr;
-    if (sqlite3_open_v2(ruta.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK)
-        throw std::runtime_error(sqlite3_errmsg(db));
-    sqlite3_stmt *st = nullptr;
-    const QByteArray texto = Consulta.toUtf8();
-    if (sqlite3_prepare_v2(db, texto.constData(), int(texto.size()), &st, nullptr) != SQLITE_OK) {
-        const std::string error = sqlite3_errmsg(db);
-        sqlite3_close(db);
-        throw std::runtime_error(error);
-    }
-    int filas = 0;
-    size_t bytes = 0;
-    while (sqlite3_step(st) == SQLITE_ROW) {
-        for (int c = 0; c < 4; ++c)
-            if (const unsigned char *t = sqlite3_column_text(st, c))
-                bytes += size_t(sqlite3_column_bytes(st, c)) + (t[0] != 0);
-        ++filas;
-    }
-    sqlite3_finalize(st);
-    sqlite3_close(db);
-    if (bytes == 0 && filas > 0)
-        throw std::runtime_error("SQLite read no text");
-    return filas;
 }
 
 /// What the register must show of list `codigo`, read from the database: name, dates as
@@ -256,7 +229,7 @@ void Medir(int listas) {
         FrmListas &r = Mostrar();
         mostrado = std::min(mostrado, reloj.nsecsElapsed() / 1e6);
         reloj.start();
-        const int filasBase = LecturaSQLite(ruta);
+        const int filasBase = LecturaSQLite(ruta, Consulta);
         base = std::min(base, reloj.nsecsElapsed() / 1e6);
         ComprobarRegistro(*r.grid_precios, filasBase, {});
 
@@ -277,12 +250,13 @@ void Medir(int listas) {
         r.SeguirCambios();
         r.grid_precios->Refresh();
         seguido = std::min(seguido, reloj.nsecsElapsed() / 1e6);
-        ComprobarRegistro(*r.grid_precios, LecturaSQLite(ruta), {renombrada, borrada, nueva});
+        ComprobarRegistro(*r.grid_precios, LecturaSQLite(ruta, Consulta),
+                          {renombrada, borrada, nueva});
         // The watch's own turn comes and goes before the editor is timed.
         QTest::qWait(700);
 
         vuelta = std::min(vuelta, IdaYVuelta(r, QStringLiteral("2027-0%1-15").arg(i + 3)));
-        ComprobarRegistro(*r.grid_precios, LecturaSQLite(ruta),
+        ComprobarRegistro(*r.grid_precios, LecturaSQLite(ruta, Consulta),
                           {r.grid_precios->TextMatrix(1, ColListas::Codigo).toLongLong()});
         Comprobar(r.grid_precios->TextMatrix(1, ColListas::Hasta) ==
                       FechaATexto(QDate(2027, 3 + i, 15)),
