@@ -32,10 +32,12 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTableView>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QUrl>
 #include <QUuid>
 
@@ -194,7 +196,14 @@ void MedirNombre(int productos, int variantes) {
         return cuenta;
     };
 
-    // The first keystroke after the editor opened, as the operator makes it.
+    // The first keystroke after the editor opened, as the operator makes it: no sooner than
+    // a reaction time after the editor showed (the names are ordered meanwhile, on another
+    // thread, while the screen is the operator's).
+    {
+        QEventLoop espera;
+        QTimer::singleShot(250, &espera, &QEventLoop::quit);
+        espera.exec();
+    }
     {
         int cuenta = 0;
         const double b = Medir([&] { cuenta = base(QStringLiteral("c")); });
@@ -412,10 +421,13 @@ void MedirGuardado() {
             base.commit();
         }));
     }
-    QSqlQuery q(base);
-    q.exec(QStringLiteral("select count(*) from detalle_precio"));
-    q.next();
-    Comprobar(q.value(0).toInt() == filas, "one row per price after the saves");
+    {
+        QSqlQuery q(base);
+        q.exec(QStringLiteral("select count(*) from detalle_precio"));
+        q.next();
+        Comprobar(q.value(0).toInt() == filas, "one row per price after the saves");
+    }
+    base = QSqlDatabase(); // the session's connection goes with it
     char que[80];
     std::snprintf(que, sizeof que, "save: %d-price list, %d rows", productos, filas);
     Informe(que, Mediana(medido), Mediana(plano), 3.0);
