@@ -162,11 +162,10 @@ bool FrmTarifas::GuardarBDProd_textil() {
 int FrmTarifas::ObtenerFila(const QString &codProd) {
     const Grid &g = *grid_Pseleccionados;
     // The first empty row (the one a new list shows) or the product's own row.
-    for (int fila = 1; fila < g.Rows(); ++fila) {
-        const QString &codigo = g.TextMatrix(fila, ColLlano::Codigo);
-        if (codigo.isEmpty() || codigo == codProd)
+    for (int fila = 1; fila < g.Rows(); ++fila)
+        if (g.TextoIgual(fila, ColLlano::Codigo, {}) ||
+            g.TextoIgual(fila, ColLlano::Codigo, codProd))
             return fila;
-    }
     return g.Rows() + 1;
 }
 
@@ -174,12 +173,11 @@ int FrmTarifas::ObtenerFila_textil(const QString &codProd, const QString &codHij
     const Grid &g = *grid_Pseleccionados;
     // The variant must match as well: an empty row whose variant isn't this one (the design
     // row of a new list) is passed over, and the price goes to a new row.
-    for (int fila = 1; fila < g.Rows(); ++fila) {
-        const QString &codigo = g.TextMatrix(fila, ColTallaColor::Codigo);
-        if ((codigo.isEmpty() || codigo == codProd) &&
-            g.TextMatrix(fila, ColTallaColor::CodigoHijo) == codHijo)
+    for (int fila = 1; fila < g.Rows(); ++fila)
+        if ((g.TextoIgual(fila, ColTallaColor::Codigo, {}) ||
+             g.TextoIgual(fila, ColTallaColor::Codigo, codProd)) &&
+            g.TextoIgual(fila, ColTallaColor::CodigoHijo, codHijo))
             return fila;
-    }
     return g.Rows() + 1;
 }
 

@@ -22,6 +22,7 @@ struct EstadoHistorial {
     bool disponible = false;
     bool avisar = false;
     bool provisional = false; ///< made inside a unit not yet known to have committed
+    quint64 unidad = 0;       ///< that unit, by the connection's count
     QString causa;
 };
 
@@ -164,6 +165,7 @@ QString NombreTipo(const QString &codigo) {
 bool HistorialDisponible(ADODB::Connection &conexion) {
     const QString clave = conexion.Base().connectionName();
     bool provisional = false;
+    quint64 unidadCreacion = 0;
     {
         // The lock is never held across a statement: another thread's unit may be what this
         // connection's statement waits for.
@@ -173,12 +175,16 @@ bool HistorialDisponible(ADODB::Connection &conexion) {
             if (!i->provisional)
                 return i->disponible;
             provisional = true;
+            unidadCreacion = i->unidad;
         }
     }
     EstadoHistorial estado;
     if (Existen(conexion)) {
         estado.disponible = true;
-        estado.provisional = provisional && conexion.EnTransaccion();
+        // Found by a later unit, the unit that made them has committed: they stay.
+        estado.provisional =
+            provisional && conexion.EnTransaccion() && conexion.NumeroUnidad() == unidadCreacion;
+        estado.unidad = unidadCreacion;
     } else {
         estado.causa = IntentarCrear(conexion);
         // Another terminal may have made them at the same moment, and an object of another
@@ -192,6 +198,7 @@ bool HistorialDisponible(ADODB::Connection &conexion) {
         // Made inside the caller's unit, they go if that unit is rolled back: until a call
         // outside any unit finds them, each call looks again.
         estado.provisional = estado.disponible && conexion.EnTransaccion();
+        estado.unidad = conexion.NumeroUnidad();
     }
     const QMutexLocker cerrado(&CerrojoEstados());
     Estados().insert(clave, estado);
@@ -212,19 +219,19 @@ QString TomarAvisoHistorial(ADODB::Connection &conexion) {
 
 RegistroOperacion::RegistroOperacion(const ContextoMotor &contexto, qint32 lista,
                                      TipoOperacion tipo, const QString &descripcion,
-                                     std::optional<qint64> deshace)
-    : conexion(contexto.conexion), listaOperacion(lista) {
+                                     std::optional<qint64> deshace, int previstas)
+    : conexion(contexto.conexion), listaOperacion(lista), filasAnotadas(previstas) {
     if (!HistorialDisponible(*conexion))
         return;
     QSqlQuery q = SQLMotor::Ejecutar(
         *conexion,
         QStringLiteral("insert into historial_operacion (lista, momento, terminal, empleado, tipo, "
-                       "descripcion, filas, deshace) values (?, ?, ?, ?, ?, ?, 0, ?) returning "
+                       "descripcion, filas, deshace) values (?, ?, ?, ?, ?, ?, ?, ?) returning "
                        "numero"),
         {lista, QDateTime::currentDateTime().toString(Qt::ISODateWithMs), contexto.terminal,
          contexto.empleado != 0 ? QVariant(contexto.empleado)
                                 : QVariant(QMetaType::fromType<int>()),
-         CodigoTipo(tipo), descripcion,
+         CodigoTipo(tipo), descripcion, previstas,
          deshace ? QVariant(*deshace) : QVariant(QMetaType::fromType<qlonglong>())});
     if (!q.next())
         throw ErrorBD(QStringLiteral("La base de datos no ha dado el número de la operación del "
@@ -300,9 +307,10 @@ qint64 RegistroOperacion::Cerrar() {
     if (!activo)
         return 0;
     volcar();
-    SQLMotor::Ejecutar(*conexion,
-                       QStringLiteral("update historial_operacion set filas = ? where numero = ?"),
-                       {filas, numero});
+    if (filas != filasAnotadas)
+        SQLMotor::Ejecutar(
+            *conexion, QStringLiteral("update historial_operacion set filas = ? where numero = ?"),
+            {filas, numero});
     return numero;
 }
 
@@ -321,9 +329,16 @@ void RegistrarPrecio(const ContextoMotor &contexto, qint32 lista, qint32 product
             variante.isEmpty() ? QVariantList{lista, producto}
                                : QVariantList{lista, producto, variante},
             *contexto.conexion);
-    RegistroOperacion registro(contexto, lista, TipoOperacion::Precio,
-                               QStringLiteral("Precio de un producto"));
+    // The rows are known before the operation is written, so it is written with their count.
+    const int reemplazadas = rs.RecordCount();
     bool sustituida = false;
+    for (; !rs.Eof() && !sustituida; rs.MoveNext())
+        sustituida = rs.Fields(0).Texto() == variante;
+    rs.MoveFirst();
+    RegistroOperacion registro(contexto, lista, TipoOperacion::Precio,
+                               QStringLiteral("Precio de un producto"), std::nullopt,
+                               reemplazadas + (sustituida ? 0 : 1));
+    sustituida = false;
     for (; !rs.Eof(); rs.MoveNext()) {
         const QString suya = rs.Fields(0).Texto();
         const std::optional<Importe> anterior = Precio(rs.Fields(1));

@@ -45,8 +45,11 @@ QString TomarAvisoHistorial(ADODB::Connection &conexion);
 /// nothing. Raises ErrorBD: the caller's unit then writes nothing at all.
 class RegistroOperacion {
   public:
+    /// `previstas`: the rows the operation is known to record, written with it at once, so
+    /// that Cerrar has nothing to correct when that is what came (a save's one or two rows).
     RegistroOperacion(const ContextoMotor &contexto, qint32 lista, TipoOperacion tipo,
-                      const QString &descripcion, std::optional<qint64> deshace = std::nullopt);
+                      const QString &descripcion, std::optional<qint64> deshace = std::nullopt,
+                      int previstas = 0);
     ~RegistroOperacion();
     RegistroOperacion(const RegistroOperacion &) = delete;
     RegistroOperacion &operator=(const RegistroOperacion &) = delete;
@@ -75,6 +78,7 @@ class RegistroOperacion {
     qint64 numero = 0;
     bool activo = false;
     int filas = 0;
+    int filasAnotadas = 0; ///< the count the operation's row holds
     struct Pendiente {
         qint32 producto;
         QString variante;

@@ -396,6 +396,30 @@ class TstGrid : public QObject {
         QVERIFY_THROWS_EXCEPTION(std::out_of_range, g.MostrarFilasQueEmpiezan(2, "a", -1));
         QVERIFY_THROWS_EXCEPTION(std::out_of_range, g.MostrarFilasQueEmpiezan(-1, "a", -1));
     }
+
+    // A cell compared where it is kept, in either of its forms, says what comparing its
+    // text would say: same length and same characters, case included.
+    void textoIgual_data() {
+        const auto caso = Pruebas::Tabla<QString, QString>();
+        caso("latín-1, igual", "0840067", "0840067");
+        caso("latín-1, un carácter de más", "0840067", "08400671");
+        caso("latín-1, prefijo", "0840067", "084006");
+        caso("latín-1 con eñe", "Ñandú", "Ñandú");
+        caso("mayúsculas cuentan", "Ñandú", "ñandú");
+        caso("utf-16, igual", "10 € y 5 ₽", "10 € y 5 ₽");
+        caso("utf-16 frente a latín-1", "10 € y 5", "10 e y 5");
+        caso("vacía frente a vacío", "", "");
+        caso("vacía frente a un código", "", "7");
+        caso("un código frente a vacío", "7", "");
+    }
+    void textoIgual() {
+        const auto [celda, buscado] = Pruebas::Fila<QString, QString>();
+        Banco banco(3);
+        banco.grid.setTextMatrix(2, 2, celda);
+        QCOMPARE(banco.grid.TextoIgual(2, 2, buscado), banco.grid.TextMatrix(2, 2) == buscado);
+        QCOMPARE(banco.grid.TextoIgual(2, 2, celda), true);
+        QVERIFY_THROWS_EXCEPTION(std::out_of_range, banco.grid.TextoIgual(4, 2, celda));
+    }
 };
 
 TARIFAS_PRUEBAS(TstGrid)

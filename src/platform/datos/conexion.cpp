@@ -362,6 +362,7 @@ void Connection::BeginTrans() {
     Base(); // a use: one that was lost is opened again first
     controlar(&Dialecto::ComenzarUnidad);
     enTransaccion = true;
+    ++numeroUnidad;
     ++unidadesAbiertas;
 }
 

@@ -81,6 +81,9 @@ class Connection {
     void CommitTrans();
     void RollbackTrans();
     bool EnTransaccion() const { return enTransaccion; }
+    /// Which unit of work of this connection is open, or was the last: they are numbered from
+    /// 1 as they begin.
+    quint64 NumeroUnidad() const { return numeroUnidad; }
     /// True while a unit of work is open on any connection of the program: then nothing may
     /// wait on the operator (the message boxes ask).
     static bool HayUnidadAbierta();
@@ -101,6 +104,7 @@ class Connection {
     bool perdida = false;
     bool vencida = false;    ///< the last statement got no answer in time
     bool ejecutando = false; ///< a statement of Ejecutar is under way
+    quint64 numeroUnidad = 0;
     QString ruta;            ///< the SQLite file, to tell when it is no longer the one opened
     quint64 identidad = 0;   ///< that file's device and inode at the opening
     int esperaSentencia = 0; ///< seconds a server has for a statement, as at the opening

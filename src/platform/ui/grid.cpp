@@ -399,6 +399,15 @@ QString Grid::TextMatrix(int fila, int columna) const {
     return almacen->texto(fila, columna);
 }
 
+bool Grid::TextoIgual(int fila, int columna, QStringView texto) const {
+    comprobarCelda("TextMatrix", fila, columna);
+    const VistaTexto v = almacen->vista(fila, columna);
+    if (v.largo != texto.size())
+        return false;
+    return v.utf16 ? QStringView(reinterpret_cast<const QChar *>(v.datos), v.largo) == texto
+                   : texto.compare(QLatin1StringView(v.datos, v.largo)) == 0;
+}
+
 void Grid::setTextMatrix(int fila, int columna, const QString &texto) {
     comprobarCelda("TextMatrix", fila, columna);
     almacen->setTexto(fila, columna, texto);

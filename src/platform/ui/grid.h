@@ -87,6 +87,9 @@ class Grid : public Control {
     void setTextMatrix(int fila, int columna, QString &&texto);
     /// The same, from Latin-1 (or plain ASCII) bytes, with no QString made on the way.
     void setTextMatrix(int fila, int columna, QLatin1StringView texto);
+    /// Whether the cell's text is exactly `texto`, read where the grid keeps it: a walk that
+    /// looks for a code compares each row without making its text.
+    bool TextoIgual(int fila, int columna, QStringView texto) const;
 
     double RowHeight(int fila) const;
     void setRowHeight(int fila, double twips);
