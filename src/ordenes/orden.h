@@ -74,4 +74,7 @@ DefinicionOrden OrdenDeshacer();
 /// UsoIncorrecto naming `opcion` when it is neither.
 QDate LeerFecha(const QString &texto, const QString &opcion);
 
+/// A text on one line of tab-separated fields: a tab or a line break in it becomes a space.
+QString EnUnCampo(QString texto);
+
 } // namespace Ordenes

@@ -158,4 +158,11 @@ int Ejecutar(int argc, char **argv) {
     return MalUsado;
 }
 
+QString EnUnCampo(QString texto) {
+    for (QChar &c : texto)
+        if (c == u'\t' || c == u'\n' || c == u'\r')
+            c = u' ';
+    return texto;
+}
+
 } // namespace Ordenes

@@ -8,13 +8,6 @@ namespace Ordenes {
 
 namespace {
 
-QString EnUnCampo(QString texto) {
-    for (QChar &c : texto)
-        if (c == u'\t' || c == u'\n' || c == u'\r')
-            c = u' ';
-    return texto;
-}
-
 int Historial(const QCommandLineParser &, const QStringList &argumentos, Consola &consola) {
     SesionOrden sesion;
     const std::optional<qint32> lista = sesion.Lista(argumentos[0], consola);

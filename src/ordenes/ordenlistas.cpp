@@ -9,14 +9,6 @@ namespace Ordenes {
 
 namespace {
 
-/// A name on one line of tab-separated fields: a tab or a line break in it becomes a space.
-QString EnUnCampo(QString texto) {
-    for (QChar &c : texto)
-        if (c == u'\t' || c == u'\n' || c == u'\r')
-            c = u' ';
-    return texto;
-}
-
 int Listas(const QCommandLineParser &, const QStringList &, Consola &consola) {
     SesionOrden sesion;
     ADODB::Recordset rs;
