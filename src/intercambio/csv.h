@@ -5,6 +5,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 /// A spreadsheet's lines as text, the way shops pass price lists around: a header line that
 /// names the columns, then one line per row.
@@ -45,7 +46,11 @@ struct FicheroCsv {
 /// uses most. Blank lines are passed over (their numbers still count); spaces around a bare
 /// field are trimmed. Quotes as RFC 4180 has them: a quote inside a bare field, or one never
 /// closed, refuses the whole file with its line, as no line after it can be trusted.
-FicheroCsv LeerCsv(const QByteArray &datos);
+/// With `leerColumna`, only the columns whose header name (trimmed) it accepts are read as
+/// text; the fields of the others are left empty, though still counted: an import reads three
+/// columns of a spreadsheet's seven, and a big file spends its time making texts.
+FicheroCsv LeerCsv(const QByteArray &datos,
+                   const std::function<bool(const QString &)> &leerColumna = {});
 
 /// Windows-1252's text of `bytes` (the code page of the spreadsheets of older Spanish
 /// systems): Latin-1 but for 0x80–0x9F, where it keeps the euro sign, the typographic quotes

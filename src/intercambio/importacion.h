@@ -8,7 +8,6 @@
 #include <QString>
 #include <QVariant>
 #include <optional>
-#include <vector>
 
 /// What the prices of a file do to a list: "añadir y actualizar" (the file's lines add or
 /// change prices, the list's others stay), or "sustituir" (the list's prices of live products
@@ -42,7 +41,8 @@ struct PlanImportacion {
     int quitados = 0;
     int iguales = 0;
     QList<LineaRechazada> rechazadas;
-    std::vector<PrecioImportado> cambios; ///< every row added, changed or removed
+    /// Every row added, changed or removed (shared: a plan is copied, its rows are not).
+    QList<PrecioImportado> cambios;
     /// What the dry run was made from, for Importar to know whether it still holds: the
     /// list, the mode, the file's bytes, and the catalogue and the list's rows as read.
     struct Origen {

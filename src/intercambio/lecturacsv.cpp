@@ -3,8 +3,6 @@
 // field is then read as text in the file's encoding.
 #include "csv.h"
 
-#include <QStringDecoder>
-
 #include <csv.h>
 
 namespace {
@@ -38,6 +36,8 @@ char SeparadorDeCabecera(QByteArrayView datos) {
 /// What libcsv's callbacks fill: the fields of the line being read and the lines read.
 struct Lector {
     bool utf8 = true;
+    std::function<bool(const QString &)> leerColumna; ///< none: every column is read
+    QList<bool> leidas; ///< after the header, with `leerColumna`: which columns are read
     QStringList campos;
     QList<LineaCsv> lineas;
     int linea = 1;          ///< the file's line where the next line starts
@@ -56,7 +56,10 @@ void AlCampo(void *s, size_t n, void *datos) {
     for (size_t i = 0; i < n; ++i)
         if (texto[i] == '\n' || (texto[i] == '\r' && (i + 1 == n || texto[i + 1] != '\n')))
             ++lector.saltosEnCampos;
-    lector.campos.append(lector.Texto(texto, n));
+    const qsizetype columna = lector.campos.size();
+    const bool dejada = !lector.lineas.isEmpty() && lector.leerColumna &&
+                        (columna >= lector.leidas.size() || !lector.leidas[columna]);
+    lector.campos.append(dejada ? QString() : lector.Texto(texto, n));
 }
 
 void AlFinDeLinea(int terminador, void *datos) {
@@ -67,21 +70,20 @@ void AlFinDeLinea(int terminador, void *datos) {
     lector.trasRetorno = terminador == '\r';
     if (finDeCrlf)
         return;
-    if (!vacia)
+    if (!vacia) {
+        if (lector.lineas.isEmpty() && lector.leerColumna)
+            for (const QString &nombre : std::as_const(lector.campos))
+                lector.leidas.append(lector.leerColumna(nombre.trimmed()));
         lector.lineas.append({lector.linea, std::move(lector.campos)});
-    lector.campos.clear();
+    }
+    lector.campos = QStringList();
+    lector.campos.reserve(lector.lineas.isEmpty() ? 0 : lector.lineas.first().campos.size());
     lector.linea += 1 + lector.saltosEnCampos;
     lector.saltosEnCampos = 0;
 }
 
 int SoloEspacio(unsigned char c) {
     return c == ' ';
-}
-
-bool EsUtf8(QByteArrayView datos) {
-    QStringDecoder decodificador(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString texto = decodificador(datos);
-    return !decodificador.hasError();
 }
 
 } // namespace
@@ -101,7 +103,8 @@ QString DesdeWindows1252(QByteArrayView bytes) {
     return texto;
 }
 
-FicheroCsv LeerCsv(const QByteArray &bytes) {
+FicheroCsv LeerCsv(const QByteArray &bytes,
+                   const std::function<bool(const QString &)> &leerColumna) {
     FicheroCsv fichero;
     QByteArrayView datos(bytes);
     if (datos.startsWith(bom))
@@ -117,7 +120,8 @@ FicheroCsv LeerCsv(const QByteArray &bytes) {
         return fichero;
     }
     Lector lector;
-    lector.utf8 = EsUtf8(datos);
+    lector.utf8 = datos.isValidUtf8();
+    lector.leerColumna = leerColumna;
     fichero.windows1252 = !lector.utf8;
     fichero.separador = SeparadorDeCabecera(datos);
 

@@ -10,7 +10,7 @@
 #include "platform/datos/recordset.h"
 
 #include <QHash>
-#include <QSet>
+#include <QVarLengthArray>
 
 namespace {
 
@@ -23,14 +23,21 @@ struct Columnas {
     int precio = -1;
 };
 
+/// Where the header's column `nombre` goes in `c`; none for a column the import leaves aside.
+int *ColumnaLeida(Columnas &c, const QString &nombre) {
+    const auto es = [&nombre](QLatin1StringView otro) {
+        return nombre.compare(otro, Qt::CaseInsensitive) == 0;
+    };
+    return es(QLatin1StringView("codigo"))     ? &c.codigo
+           : es(QLatin1StringView("variante")) ? &c.variante
+           : es(QLatin1StringView("precio"))   ? &c.precio
+                                               : nullptr;
+}
+
 Columnas BuscarColumnas(const QStringList &cabecera) {
     Columnas c;
     for (int i = 0; i < int(cabecera.size()); ++i) {
-        const QString nombre = cabecera[i].toLower();
-        int *columna = nombre == QLatin1String("codigo")     ? &c.codigo
-                       : nombre == QLatin1String("variante") ? &c.variante
-                       : nombre == QLatin1String("precio")   ? &c.precio
-                                                             : nullptr;
+        int *columna = ColumnaLeida(c, cabecera[i]);
         if (columna && *columna < 0)
             *columna = i;
     }
@@ -78,17 +85,17 @@ struct Catalogo {
             porCodigoTienda.reserve(rs.RecordCount());
             borrado.reserve(rs.RecordCount());
             for (; !rs.Eof(); rs.MoveNext()) {
-                const Producto p{qint32(codigo.Value().toLongLong()),
-                                 borrar.Value().toLongLong() != 0};
-                huella +=
-                    Huella(1, p.codigo, codigocliente.EsNulo(), codigocliente.Texto(), p.borrado);
+                const Producto p{codigo.Entero(), borrar.Value().toLongLong() != 0};
+                const QString texto = codigocliente.Texto();
+                huella += Huella(1, p.codigo, codigocliente.EsNulo(), texto, p.borrado);
                 borrado.insert(p.codigo, p.borrado);
                 if (codigocliente.EsNulo())
                     continue;
                 // A live product answers for its code before a deleted one of the same code.
-                auto [sitio, nuevo] = InsertarNueva(porCodigoTienda, codigocliente.Texto(), p);
-                if (!nuevo && sitio->borrado && !p.borrado)
-                    *sitio = p;
+                const qsizetype antes = porCodigoTienda.size();
+                Producto &sitio = porCodigoTienda[texto];
+                if (porCodigoTienda.size() != antes || (sitio.borrado && !p.borrado))
+                    sitio = p;
             }
         }
         rs.Open(QStringLiteral("select codigo, codigo_extra from productos_codigosextra order by "
@@ -141,12 +148,15 @@ struct Catalogo {
     }
 };
 
+/// The rows a line names: one but for a garment priced in every size and colour.
+using Claves = QVarLengthArray<Clave, 1>;
+
 /// What one line of the file asks for, once read.
 struct LineaLeida {
     int numero = 0;
     QString motivo; ///< empty: valid
     std::optional<Importe> precio;
-    QList<Clave> claves;
+    Claves claves;
 };
 
 QString Entre(const QString &texto) {
@@ -155,7 +165,7 @@ QString Entre(const QString &texto) {
 
 /// The rows the codes of a line name, or why they name none.
 QString BuscarClaves(const QString &codigo, const QString &variante, const Catalogo &catalogo,
-                     const ContextoMotor &contexto, QList<Clave> &claves) {
+                     const ContextoMotor &contexto, Claves &claves) {
     std::optional<Producto> producto;
     if (!codigo.isEmpty()) {
         producto = catalogo.BuscarProducto(codigo);
@@ -184,20 +194,20 @@ QString BuscarClaves(const QString &codigo, const QString &variante, const Catal
             return QStringLiteral("la variante %1 no es del producto %2")
                 .arg(Entre(variante), Entre(codigo));
         }
-        claves.append({v->padre, v->hijo});
+        claves.push_back({v->padre, v->hijo});
         return QString();
     }
     if (!contexto.tallaColor) {
-        claves.append({producto->codigo, QString()});
+        claves.push_back({producto->codigo, QString()});
         return QString();
     }
     // A garment priced the same in every size and colour; a product without them is priced
     // as its own row.
     const QStringList hijos = catalogo.variantesDe.value(producto->codigo);
     if (hijos.isEmpty())
-        claves.append({producto->codigo, QStringLiteral("-1")});
+        claves.push_back({producto->codigo, QStringLiteral("-1")});
     for (const QString &hijo : hijos)
-        claves.append({producto->codigo, hijo});
+        claves.push_back({producto->codigo, hijo});
     return QString();
 }
 
@@ -291,7 +301,10 @@ std::pair<qint64, qint64> EstadoBase(ADODB::Connection &conexion) {
 PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
                                    const QByteArray &datos, ModoImportacion modo) {
     PlanImportacion plan;
-    const FicheroCsv fichero = LeerCsv(datos);
+    const FicheroCsv fichero = LeerCsv(datos, [](const QString &nombre) {
+        Columnas c;
+        return ColumnaLeida(c, nombre) != nullptr;
+    });
     if (!fichero.error.isEmpty()) {
         plan.error = fichero.error;
         return plan;
@@ -317,18 +330,26 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
     for (const LineaCsv &linea : fichero.lineas)
         lineas.push_back(LeerLinea(linea, col, int(fichero.cabecera.size()), catalogo, contexto));
 
-    // The same row on two lines with different prices: neither line says which is meant.
-    QHash<Clave, int> primeraLinea; // row -> index of the first valid line naming it
-    primeraLinea.reserve(qsizetype(lineas.size()));
+    // Every row a line names, valid or not ("sustituir" leaves them all), with the first
+    // valid line that names it: the same row on two lines with different prices is refused on
+    // both, as neither says which is meant.
+    struct Nombrada {
+        int primera = -1;   ///< index of the first valid line naming it
+        bool hecha = false; ///< already in the plan
+    };
+    QHash<Clave, Nombrada> nombradas;
+    nombradas.reserve(qsizetype(lineas.size()));
     for (int i = 0; i < int(lineas.size()); ++i) {
         LineaLeida &leida = lineas[size_t(i)];
-        if (!leida.motivo.isEmpty())
-            continue;
         for (const Clave &clave : std::as_const(leida.claves)) {
-            const auto [sitio, nueva] = InsertarNueva(primeraLinea, clave, i);
-            if (nueva)
+            Nombrada &nombrada = nombradas[clave];
+            if (!leida.motivo.isEmpty())
                 continue;
-            LineaLeida &otra = lineas[size_t(*sitio)];
+            if (nombrada.primera < 0) {
+                nombrada.primera = i;
+                continue;
+            }
+            LineaLeida &otra = lineas[size_t(nombrada.primera)];
             if (otra.precio == leida.precio)
                 continue;
             const QString motivo =
@@ -336,7 +357,6 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
             if (otra.motivo.isEmpty())
                 otra.motivo = motivo.arg(leida.numero);
             leida.motivo = motivo.arg(otra.numero);
-            break;
         }
     }
 
@@ -350,20 +370,18 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
         plan.origen.versionAjena = versionAjena;
         plan.origen.cambiosPropios = cambiosPropios;
     }
-    QSet<Clave> nombradas; // rows a line names, valid or not: "sustituir" leaves them
-    nombradas.reserve(qsizetype(lineas.size()));
-    QHash<Clave, Importe> nuevos;
-    nuevos.reserve(qsizetype(lineas.size()));
+    plan.cambios.reserve(qsizetype(lineas.size()) +
+                         (modo == ModoImportacion::Sustituir ? guardados.size() : 0));
     for (const LineaLeida &leida : lineas) {
-        for (const Clave &clave : leida.claves)
-            nombradas.insert(clave);
         if (!leida.motivo.isEmpty()) {
             plan.rechazadas.append({leida.numero, leida.motivo});
             continue;
         }
         for (const Clave &clave : leida.claves) {
-            if (!InsertarNueva(nuevos, clave, *leida.precio).second)
+            Nombrada &nombrada = *nombradas.find(clave);
+            if (nombrada.hecha)
                 continue; // the same row and price on another line: once
+            nombrada.hecha = true;
             const auto g = guardados.constFind(clave);
             if (g == guardados.cend()) {
                 ++plan.anadidos;

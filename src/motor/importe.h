@@ -17,7 +17,7 @@ class Importe {
     /// comma or a point ("12,5", "-3", ".75", " 19.95 "); spaces around it are ignored, and so
     /// are trailing zeros beyond 15 decimals' worth. No thousands separator, no letters, no
     /// exponent. Empty when it isn't such a number or it has more than 15 significant digits.
-    static std::optional<Importe> Leer(const QString &texto);
+    static std::optional<Importe> Leer(QStringView texto);
     /// The value from its parts: `unidades` x 10^-escala. `escala` 0 to 15.
     static Importe DeUnidades(qint64 unidades, int escala);
 

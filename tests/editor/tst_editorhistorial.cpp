@@ -46,12 +46,12 @@ class TstEditorHistorial : public QObject {
         QCOMPARE(bufanda[0].producto, 2);
         QCOMPARE(bufanda[0].variante, hijo2);
         QVERIFY(!bufanda[0].habia);
-        QCOMPARE(bufanda[0].nuevo, Importe::Leer("7"));
+        QCOMPARE(bufanda[0].nuevo, Importe::Leer(u"7"));
         const QList<FilaHistorial> abrigo = FilasDeOperacion(contexto, ops[2].numero);
         QCOMPARE(abrigo.size(), 1);
         QCOMPARE(abrigo[0].variante, hijo);
-        QCOMPARE(abrigo[0].anterior, Importe::Leer("19,95"));
-        QCOMPARE(abrigo[0].nuevo, Importe::Leer("24,5"));
+        QCOMPARE(abrigo[0].anterior, Importe::Leer(u"19,95"));
+        QCOMPARE(abrigo[0].nuevo, Importe::Leer(u"24,5"));
         if (!hijo.isEmpty()) {
             QCOMPARE(abrigo[0].talla, "M");
             QCOMPARE(abrigo[0].color, "Azul");

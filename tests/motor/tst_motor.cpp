@@ -295,11 +295,11 @@ class TstMotor : public QObject {
         const QList<FilaHistorial> corbata = FilasDeOperacion(t.contexto, ops[0].numero);
         QCOMPARE(corbata.size(), 1);
         QVERIFY(!corbata[0].anterior);
-        QCOMPARE(corbata[0].nuevo, Importe::Leer("8"));
+        QCOMPARE(corbata[0].nuevo, Importe::Leer(u"8"));
         const QList<FilaHistorial> abrigo = FilasDeOperacion(t.contexto, ops[1].numero, "LARGO");
         QCOMPARE(abrigo.size(), 1);
-        QCOMPARE(abrigo[0].anterior, Importe::Leer("19,95"));
-        QCOMPARE(abrigo[0].nuevo, Importe::Leer("24,5"));
+        QCOMPARE(abrigo[0].anterior, Importe::Leer(u"19,95"));
+        QCOMPARE(abrigo[0].nuevo, Importe::Leer(u"24,5"));
         QVERIFY(FilasDeOperacion(t.contexto, ops[1].numero, "camisa").isEmpty());
         // A rolled-back save leaves no history either.
         {
@@ -333,7 +333,7 @@ class TstMotor : public QObject {
         }
         const QList<OperacionHistorial> ops = OperacionesDeLista(t.contexto, 1);
         QCOMPARE(ops.size(), 1);
-        QCOMPARE(FilasDeOperacion(t.contexto, ops[0].numero).value(0).nuevo, Importe::Leer("31"));
+        QCOMPARE(FilasDeOperacion(t.contexto, ops[0].numero).value(0).nuevo, Importe::Leer(u"31"));
     }
 
     void copia_data() {
@@ -428,7 +428,7 @@ class TstMotor : public QObject {
         const QList<FilaHistorial> filas = FilasDeOperacion(t.contexto, q.operacion);
         QCOMPARE(filas.size(), 1);
         QCOMPARE(filas[0].nombre, "Abrigo corto");
-        QCOMPARE(filas[0].anterior, Importe::Leer("100"));
+        QCOMPARE(filas[0].anterior, Importe::Leer(u"100"));
         QVERIFY(!filas[0].nuevo);
         QCOMPARE(DeshacerOperacion(t.contexto, 1, q.operacion).estado, ResultadoDeshacer::Deshecha);
         QCOMPARE(t.Precios(1), Inicial);

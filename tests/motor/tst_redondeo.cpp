@@ -42,6 +42,14 @@ class TstRedondeo : public QObject {
         caso("solo el separador", ",", "", "");
         caso("signo solo", "-", "", "");
         caso("espacio dentro", "1 234", "", "");
+        caso("separador al final", "7,", "7", "7,00");
+        caso("dos signos", "+-5", "", "");
+        caso("signo detrás", "5-", "", "");
+        caso("quince decimales", "0,000000000000001", "0.000000000000001", "0,00");
+        caso("dieciséis decimales", "0,0000000000000001", "", "");
+        caso("ceros de más tras quince decimales", "1,5000000000000000000", "1.5", "1,50");
+        caso("ceros delante no cuentan como cifras", "0000000000000000012,5", "12.5", "12,50");
+        caso("cifras de otra escritura", QStringLiteral("\u0661\u0662"), "", "");
     }
     void leer() {
         const auto [texto, sql, mostrado] = Pruebas::Fila<QString, QString, QString>();
