@@ -2,6 +2,7 @@
 // and its price, or is refused with its reason; what is left is compared with the list.
 #include "csv.h"
 #include "importacion.h"
+#include "indicetextos.h"
 #include "insertarnueva.h"
 #include "preciosdelista.h"
 
@@ -10,7 +11,10 @@
 #include "platform/datos/recordset.h"
 
 #include <QHash>
+#include <QStringDecoder>
 #include <QVarLengthArray>
+#include <algorithm>
+#include <future>
 
 namespace {
 
@@ -46,7 +50,7 @@ Columnas BuscarColumnas(const QStringList &cabecera) {
 
 /// One row's share of a fingerprint of a set of rows: the fingerprints of two reads are
 /// equal when they read the same rows, in whatever order (each row's hash is added).
-quint64 Huella(int tabla, qint32 numero, bool nulo, const QString &texto, bool marca) {
+quint64 Huella(int tabla, qint32 numero, bool nulo, QStringView texto, bool marca) {
     const size_t h = qHashMulti(0, tabla, numero, nulo, texto, marca);
     // Spread over 64 bits, so that a sum of many rows keeps them apart.
     quint64 x = quint64(h) + 0x9E3779B97F4A7C15ULL;
@@ -65,39 +69,52 @@ struct Variante {
     bool borrado = false;
 };
 
+/// The text of `campo` as a view into `letras`, without a QString of its own when the
+/// database gives it as UTF-8 (`otro` holds it otherwise). Valid until the next call.
+QStringView TextoDe(const ADODB::Field &campo, QVarLengthArray<QChar, 64> &letras, QString &otro) {
+    QByteArrayView bytes;
+    if (!campo.TextoUtf8(bytes)) {
+        otro = campo.Texto();
+        return otro;
+    }
+    letras.resize(bytes.size());
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QChar *fin = utf8.appendToBuffer(letras.data(), bytes);
+    return QStringView(letras.data(), fin - letras.data());
+}
+
 /// The catalogue as the import searches it, read once for the whole file.
 struct Catalogo {
-    QHash<QString, Producto> porCodigoTienda;
-    QHash<QString, qint32> porCodigoExtra; ///< in small letters
-    QHash<qint32, bool> borrado;
+    IndiceTextos<Producto> porCodigoTienda;
+    IndiceTextos<qint32> porCodigoExtra; ///< in small letters
+    /// Whether each product is deleted, by product in order (the products are read so).
+    std::vector<std::pair<qint32, bool>> borrados;
     QHash<QString, Variante> porCodigoVariante;
     QHash<qint32, QStringList> variantesDe;
     quint64 huella = 0; ///< of every row read, in any order (Huella)
 
     void Leer(ADODB::Connection &conexion, bool tallaColor) {
         ADODB::Recordset rs;
-        rs.Open(QStringLiteral("select codigo, codigocliente, borrar from productos order by "
-                               "codigo"),
-                conexion);
-        {
-            const ADODB::Field codigo = rs.Fields(0), codigocliente = rs.Fields(1),
-                               borrar = rs.Fields(2);
-            porCodigoTienda.reserve(rs.RecordCount());
-            borrado.reserve(rs.RecordCount());
-            for (; !rs.Eof(); rs.MoveNext()) {
-                const Producto p{codigo.Entero(), borrar.Value().toLongLong() != 0};
-                const QString texto = codigocliente.Texto();
+        QVarLengthArray<QChar, 64> letras;
+        QString otro;
+        rs.Recorrer(
+            QStringLiteral("select codigo, codigocliente, borrar from productos order by codigo"),
+            conexion, [&] {
+                const ADODB::Field codigocliente = rs.Fields(1);
+                const Producto p{rs.Fields(0).Entero(), rs.Fields(2).Value().toLongLong() != 0};
+                const QStringView texto = TextoDe(codigocliente, letras, otro);
                 huella += Huella(1, p.codigo, codigocliente.EsNulo(), texto, p.borrado);
-                borrado.insert(p.codigo, p.borrado);
+                borrados.emplace_back(p.codigo, p.borrado);
                 if (codigocliente.EsNulo())
-                    continue;
+                    return;
                 // A live product answers for its code before a deleted one of the same code.
-                const qsizetype antes = porCodigoTienda.size();
-                Producto &sitio = porCodigoTienda[texto];
-                if (porCodigoTienda.size() != antes || (sitio.borrado && !p.borrado))
-                    sitio = p;
-            }
-        }
+                const auto [sitio, nuevo] = porCodigoTienda.Insertar(texto, p);
+                if (!nuevo && sitio->borrado && !p.borrado)
+                    *sitio = p;
+            });
+        // Read in order of code already, but for a code a database keeps as a text.
+        if (!std::is_sorted(borrados.cbegin(), borrados.cend()))
+            std::sort(borrados.begin(), borrados.end());
         rs.Open(QStringLiteral("select codigo, codigo_extra from productos_codigosextra order by "
                                "codigo"),
                 conexion);
@@ -107,8 +124,8 @@ struct Catalogo {
                 huella += Huella(2, qint32(codigo.Value().toLongLong()), extra.EsNulo(),
                                  extra.Texto(), false);
                 if (!extra.EsNulo())
-                    InsertarNueva(porCodigoExtra, extra.Texto().toLower(),
-                                  qint32(codigo.Value().toLongLong()));
+                    porCodigoExtra.Insertar(extra.Texto().toLower(),
+                                            qint32(codigo.Value().toLongLong()));
             }
         }
         if (!tallaColor)
@@ -121,7 +138,7 @@ struct Catalogo {
                            borrar = rs.Fields(3);
         for (; !rs.Eof(); rs.MoveNext()) {
             huella += Huella(3, qint32(padre.Value().toLongLong()), hijo.EsNulo(),
-                             hijo.Texto() + QChar(0) + codcliente.Texto(),
+                             QString(hijo.Texto() + QChar(0) + codcliente.Texto()),
                              borrar.Value().toLongLong() != 0);
             if (hijo.EsNulo())
                 continue;
@@ -133,16 +150,24 @@ struct Catalogo {
         }
     }
 
+    /// Whether product `codigo` is deleted; none for a product the catalogue doesn't have.
+    std::optional<bool> Borrado(qint32 codigo) const {
+        const auto p =
+            std::lower_bound(borrados.cbegin(), borrados.cend(), std::pair(codigo, false));
+        if (p == borrados.cend() || p->first != codigo)
+            return std::nullopt;
+        return p->second;
+    }
+
     /// The product of a code, as the editor's search finds it: the shop's code, then an extra
     /// code. None when neither knows it.
     std::optional<Producto> BuscarProducto(const QString &codigo) const {
-        const auto p = porCodigoTienda.constFind(codigo);
-        if (p != porCodigoTienda.cend() && !p->borrado)
+        const Producto *p = porCodigoTienda.Hallar(codigo);
+        if (p && !p->borrado)
             return *p;
-        const auto e = porCodigoExtra.constFind(codigo.toLower());
-        if (e != porCodigoExtra.cend())
-            return Producto{*e, borrado.value(*e, false)};
-        if (p != porCodigoTienda.cend())
+        if (const qint32 *e = porCodigoExtra.Hallar(codigo.toLower()))
+            return Producto{*e, Borrado(*e).value_or(false)};
+        if (p)
             return *p;
         return std::nullopt;
     }
@@ -275,8 +300,8 @@ QHash<Clave, Guardada> PreciosGuardados(const ContextoMotor &contexto, qint32 li
         const Guardada g{fila.Value(), ImporteDeValor(precio.Value())};
         // The row's name and its price as stored: another terminal's change of either shows.
         huella += Huella(4, clave.first, precio.EsNulo(),
-                         clave.second + QChar(0) + g.fila.toString() + QChar(0) +
-                             precio.Value().toString(),
+                         QString(clave.second + QChar(0) + g.fila.toString() + QChar(0) +
+                                 precio.Value().toString()),
                          g.precio.has_value());
         guardados.insert(clave, g);
     }
@@ -301,10 +326,21 @@ std::pair<qint64, qint64> EstadoBase(ADODB::Connection &conexion) {
 PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
                                    const QByteArray &datos, ModoImportacion modo) {
     PlanImportacion plan;
-    const FicheroCsv fichero = LeerCsv(datos, [](const QString &nombre) {
-        Columnas c;
-        return ColumnaLeida(c, nombre) != nullptr;
+    // The file is read on a thread of its own while this one reads the catalogue: a big
+    // file's dry run takes the longer of the two rather than both. A file that can't be
+    // imported is still said as such; only the catalogue was read for nothing.
+    std::future<FicheroCsv> lectura = std::async(std::launch::async, [&datos] {
+        return LeerCsv(datos, [](const QString &nombre) {
+            Columnas c;
+            return ColumnaLeida(c, nombre) != nullptr;
+        });
     });
+    // Taken before anything is read: a change made while the dry run reads shows as one.
+    const auto [versionAjena, cambiosPropios] = EstadoBase(*contexto.conexion);
+    Catalogo catalogo;
+    catalogo.Leer(*contexto.conexion, contexto.tallaColor);
+
+    const FicheroCsv fichero = lectura.get();
     if (!fichero.error.isEmpty()) {
         plan.error = fichero.error;
         return plan;
@@ -321,10 +357,6 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
         return plan;
     }
 
-    // Taken before anything is read: a change made while the dry run reads shows as one.
-    const auto [versionAjena, cambiosPropios] = EstadoBase(*contexto.conexion);
-    Catalogo catalogo;
-    catalogo.Leer(*contexto.conexion, contexto.tallaColor);
     std::vector<LineaLeida> lineas;
     lineas.reserve(size_t(fichero.lineas.size()));
     for (const LineaCsv &linea : fichero.lineas)
@@ -400,7 +432,7 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
         // Only what the operator sees goes: a deleted product's row shows nowhere (nor in an
         // export), so no file can name it.
         for (auto g = guardados.cbegin(); g != guardados.cend(); ++g) {
-            if (nombradas.contains(g.key()) || catalogo.borrado.value(g.key().first, true))
+            if (nombradas.contains(g.key()) || catalogo.Borrado(g.key().first).value_or(true))
                 continue;
             ++plan.quitados;
             plan.cambios.push_back(

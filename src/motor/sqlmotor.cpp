@@ -1,5 +1,7 @@
 #include "sqlmotor.h"
 
+#include "lotessqlite.h"
+
 #include "platform/datos/errorbd.h"
 #include "platform/datos/recordset.h"
 
@@ -70,6 +72,10 @@ void InsertarPorLotes(ADODB::Connection &conexion, const QString &cabecera, int 
             partes << fila;
         return cabecera + partes.join(QStringLiteral(", "));
     };
+    const int sobrantes = filas % FilasPorLote;
+    if (InsertarLotesSQLite(conexion, sentencia(FilasPorLote), FilasPorLote * columnas,
+                            sobrantes ? sentencia(sobrantes) : QString(), valores))
+        return;
     QSqlQuery lleno(conexion.Base());
     bool preparado = false;
     for (int inicio = 0; inicio < filas; inicio += FilasPorLote) {

@@ -89,6 +89,20 @@ class TstCsv : public QObject {
         QCOMPARE(Lineas(f), lineas);
     }
 
+    void soloLasColumnasLeidas() {
+        // The header is read whole; the other columns' fields are left empty but counted, so
+        // a short line still shows as short.
+        const FicheroCsv f = LeerCsv("Codigo ;nombre;precio\nA1;Abrigo;90\nB2;Blusa\n"
+                                     "C3;Camisa;30;de más\n",
+                                     [](const QString &nombre) {
+                                         return nombre == QLatin1String("Codigo") ||
+                                                nombre == QLatin1String("precio");
+                                     });
+        QCOMPARE(f.error, QString());
+        QCOMPARE(f.cabecera, QStringList({"Codigo", "nombre", "precio"}));
+        QCOMPARE(Lineas(f), QStringList({"2:A1||90", "3:B2|", "4:C3||30|"}));
+    }
+
     void ida_y_vuelta() {
         // Whatever a shop's names hold comes back as it went.
         const QList<QStringList> filas{

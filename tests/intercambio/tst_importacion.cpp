@@ -2,6 +2,7 @@
 // modes, all or nothing, and the import as one operation of the history.
 #include "apoyo/ejecucion.h"
 #include "intercambio/importacion.h"
+#include "intercambio/indicetextos.h"
 #include "motor/historial.h"
 #include "platform/datos/conexion.h"
 #include "tiendaintercambio.h"
@@ -32,6 +33,31 @@ class TstImportacion : public QObject {
     Q_OBJECT
 
   private slots:
+    void indiceDeTextos() {
+        // The catalogue's codes as the import finds them: many, so the table grows several
+        // times; texts that are prefixes of others, differ only in case, or are empty.
+        IndiceTextos<int> indice;
+        QCOMPARE(indice.Hallar(u"A1"), nullptr);
+        const int n = 20000;
+        for (int i = 0; i < n; ++i)
+            QVERIFY(indice.Insertar(QStringLiteral("P%1").arg(i), i).second);
+        QVERIFY(indice.Insertar(u"", -1).second);
+        QVERIFY(indice.Insertar(u"p1", -2).second);
+        const auto [primero, nuevo] = indice.Insertar(u"P1", 99);
+        QVERIFY(!nuevo);
+        QCOMPARE(*primero, 1); // the first value stays
+        QCOMPARE(indice.size(), n + 2);
+        for (int i = 0; i < n; ++i) {
+            const int *valor = indice.Hallar(QStringLiteral("P%1").arg(i));
+            QVERIFY2(valor && *valor == i, qPrintable(QString::number(i)));
+        }
+        QCOMPARE(*indice.Hallar(u""), -1);
+        QCOMPARE(*indice.Hallar(u"p1"), -2);
+        QCOMPARE(indice.Hallar(u"P"), nullptr);
+        QCOMPARE(indice.Hallar(QStringLiteral("P%1").arg(n)), nullptr);
+        QCOMPARE(indice.Hallar(u"P1 "), nullptr);
+    }
+
     void lineas_data() {
         // size-and-colour shop, file, refused lines, counts (added/changed/removed/equal)
         const auto caso = Pruebas::Tabla<bool, QByteArray, QStringList, QString>();

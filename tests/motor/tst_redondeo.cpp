@@ -61,6 +61,16 @@ class TstRedondeo : public QObject {
         QCOMPARE(i->Texto(2), mostrado);
     }
 
+    void textoDeMuchasCifras() {
+        // Past 64 bits the digits come from 128-bit arithmetic: the same text either way.
+        QCOMPARE(Importe::Leer(u"999999999999999")->Texto(15),
+                 QStringLiteral("999999999999999,000000000000000"));
+        QCOMPARE(Importe::Leer(u"-0,5")->Texto(20), QStringLiteral("-0,50000000000000000000"));
+        QCOMPARE(Importe::Leer(u"-123456789012345")->TextoSQL(),
+                 QStringLiteral("-123456789012345"));
+        QCOMPARE(Importe::Leer(u"0")->Texto(0), QStringLiteral("0"));
+    }
+
     void comparar_data() {
         const auto caso = Pruebas::Tabla<QString, QString, int>();
         caso("ceros detrás no cuentan", "1,5", "1,50", 0);

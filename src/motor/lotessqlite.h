@@ -1,0 +1,24 @@
+#pragma once
+
+// Batches of rows into SQLite through SQLite's own interface: Qt's driver names every "?" of
+// a statement and makes a text for each value it binds, which for the 300,000 values of an
+// import of 100,000 prices costs more than the insert itself.
+
+#include "platform/datos/conexion.h"
+
+#include <QString>
+#include <QVariant>
+#include <vector>
+
+namespace SQLMotor {
+
+/// Runs `sentencia` (its "?" placeholders as many as a batch's values) once for each batch of
+/// `porLote` values of `valores`, the last with `resto` (its own statement for the values
+/// left over, empty when none are). False, with nothing run, when the connection is not a
+/// SQLite one or a value is of a type this path does not bind (whole numbers, decimals,
+/// texts and Nulls only): the caller then goes through Qt's driver. Raises ErrorBD with
+/// SQLite's text when a statement fails.
+bool InsertarLotesSQLite(ADODB::Connection &conexion, const QString &sentencia, int porLote,
+                         const QString &resto, const std::vector<QVariant> &valores);
+
+} // namespace SQLMotor
