@@ -14,8 +14,7 @@
 /// where its entry is): a probe reads a text only when the hashes agree, and a file in the
 /// catalogue's order reads texts and values in order. Texts are compared exactly (case and
 /// all); nothing is ever removed.
-template <class Valor>
-class IndiceTextos {
+template <class Valor> class IndiceTextos {
   public:
     /// The value of `texto`, and true, when `texto` is new (`valor` is then its value); the
     /// value already there, and false, when it is not (`valor` is left aside). The pointer
@@ -56,7 +55,9 @@ class IndiceTextos {
 
     static quint32 Etiqueta(size_t hash) { return quint32(quint64(hash) >> 32); }
 
-    QStringView Texto(const Entrada &e) const { return QStringView(textos).sliced(e.inicio, e.largo); }
+    QStringView Texto(const Entrada &e) const {
+        return QStringView(textos).sliced(e.inicio, e.largo);
+    }
 
     /// The slot of `texto`: its own, or the free one where it would go (open addressing,
     /// linear probing over a power-of-two table kept at most half full).

@@ -267,8 +267,11 @@ LineaLeida LeerLinea(const LineaCsv &linea, const Columnas &col, int campos,
         leida.motivo = QStringLiteral("el precio %1 es negativo").arg(Entre(textoPrecio));
         return leida;
     }
-    // Stored with the shop's decimals, as the screens show it.
-    leida.precio = RedondearAPaso(*precio, PasoPorDefecto(contexto.numDecimales));
+    // Stored with the shop's decimals, as the screens show it (a price read has no trailing
+    // zeros: one with no more decimals than the shop's is already on its step).
+    leida.precio = precio->Escala() <= contexto.numDecimales
+                       ? precio
+                       : RedondearAPaso(*precio, PasoPorDefecto(contexto.numDecimales));
     if (!leida.precio)
         leida.motivo = QStringLiteral("el precio %1 no es un número").arg(Entre(textoPrecio));
     return leida;
@@ -357,10 +360,21 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
         return plan;
     }
 
-    std::vector<LineaLeida> lineas;
-    lineas.reserve(size_t(fichero.lineas.size()));
-    for (const LineaCsv &linea : fichero.lineas)
-        lineas.push_back(LeerLinea(linea, col, int(fichero.cabecera.size()), catalogo, contexto));
+    // Each line is read on its own, so the file's second half is read on another thread.
+    std::vector<LineaLeida> lineas(size_t(fichero.lineas.size()));
+    const auto leer = [&](size_t desde, size_t hasta) {
+        for (size_t i = desde; i < hasta; ++i)
+            lineas[i] = LeerLinea(fichero.lineas[qsizetype(i)], col, int(fichero.cabecera.size()),
+                                  catalogo, contexto);
+    };
+    if (lineas.size() < 1000) {
+        leer(0, lineas.size());
+    } else {
+        const size_t mitad = lineas.size() / 2;
+        std::future<void> segunda = std::async(std::launch::async, leer, mitad, lineas.size());
+        leer(0, mitad);
+        segunda.get();
+    }
 
     // Every row a line names, valid or not ("sustituir" leaves them all), with the first
     // valid line that names it: the same row on two lines with different prices is refused on

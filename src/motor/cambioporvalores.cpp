@@ -147,8 +147,8 @@ qint64 CambiarPorValores(const ContextoMotor &contexto, const PeticionCambio &pe
 
     SQLMotor::TemporalVacia(conexion, QStringLiteral("motor_mapa"),
                             QStringLiteral("viejo numeric primary key, nuevo numeric"), QString());
-    SQLMotor::InsertarPorLotes(
-        conexion, QStringLiteral("insert into motor_mapa (viejo, nuevo) values "), 2, mapa);
+    SQLMotor::InsertarPorLotes(conexion, QStringLiteral("motor_mapa"),
+                               {QStringLiteral("viejo"), QStringLiteral("nuevo")}, mapa);
     RegistroOperacion registro(contexto, peticion.lista, TipoOperacion::Cambio, descripcion);
     // The list's rows drive each statement; each finds its new price by the map's key.
     registro.FilasDeSeleccion(

@@ -43,8 +43,8 @@ void EscribirCambios(ADODB::Connection &conexion, qint32 lista, const CambiosFil
             valores.push_back(1);
         }
         SQLMotor::InsertarPorLotes(
-            conexion, QStringLiteral("insert into motor_filas (clave, nuevo, baja) values "), 3,
-            valores);
+            conexion, QStringLiteral("motor_filas"),
+            {QStringLiteral("clave"), QStringLiteral("nuevo"), QStringLiteral("baja")}, valores);
         if (historial)
             registro->FilasDeSeleccion(
                 QStringLiteral("select d.producto, coalesce(d.codproductotextil, '') as variante, "
@@ -73,8 +73,9 @@ void EscribirCambios(ADODB::Connection &conexion, qint32 lista, const CambiosFil
             valores.push_back(a.precio ? QVariant(a.precio->TextoSQL()) : SQLMotor::TextoNulo());
         }
         SQLMotor::InsertarPorLotes(
-            conexion, QStringLiteral("insert into motor_altas (producto, variante, nuevo) values "),
-            3, valores);
+            conexion, QStringLiteral("motor_altas"),
+            {QStringLiteral("producto"), QStringLiteral("variante"), QStringLiteral("nuevo")},
+            valores);
         if (historial)
             registro->FilasDeSeleccion(
                 QStringLiteral("select producto, variante, cast(null as numeric) as anterior, "

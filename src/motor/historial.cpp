@@ -267,11 +267,12 @@ void RegistroOperacion::volcar() {
                           : !p.nuevo  ? QStringLiteral("B")
                                       : QStringLiteral("M"));
     }
-    SQLMotor::InsertarPorLotes(
-        *conexion,
-        QStringLiteral("insert into historial_precio (operacion, lista, "
-                       "producto, variante, anterior, nuevo, clase) values "),
-        7, valores);
+    SQLMotor::InsertarPorLotes(*conexion, QStringLiteral("historial_precio"),
+                               {QStringLiteral("operacion"), QStringLiteral("lista"),
+                                QStringLiteral("producto"), QStringLiteral("variante"),
+                                QStringLiteral("anterior"), QStringLiteral("nuevo"),
+                                QStringLiteral("clase")},
+                               valores);
     filas += int(pendientes.size());
     pendientes.clear();
 }

@@ -8,6 +8,7 @@
 
 #include <QSqlQuery>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <QVariantList>
 #include <vector>
@@ -27,10 +28,12 @@ QString ClaveFila(Motor motor, const QString &alias);
 QSqlQuery Ejecutar(ADODB::Connection &conexion, const QString &sentencia,
                    const QVariantList &valores = {});
 
-/// Inserts rows of `columnas` values each, from `valores` (row after row), with one statement
-/// for each batch of rows: `cabecera` is "insert into t (a, b) values ".
-void InsertarPorLotes(ADODB::Connection &conexion, const QString &cabecera, int columnas,
-                      const std::vector<QVariant> &valores);
+/// Inserts rows into `columnas` of `tabla`, from `valores` (row after row, a value for each
+/// column). SQLite takes batches of 400 rows, one statement each, bound through its own
+/// interface; PostgreSQL takes them as JSON text, 20,000 rows a statement, each value read by
+/// its column's own type; any other database, batches through Qt's driver.
+void InsertarPorLotes(ADODB::Connection &conexion, const QString &tabla,
+                      const QStringList &columnas, const std::vector<QVariant> &valores);
 
 /// Inside the caller's unit: true when list `lista` still exists, and then its header is held
 /// until the unit ends (select … for update on a server; SQLite's unit already holds the

@@ -8,6 +8,7 @@
 #include "motor/copialista.h"
 #include "motor/historial.h"
 #include "motor/quitarproducto.h"
+#include "motor/sqlmotor.h"
 #include "platform/datos/transaccion.h"
 
 #include <QSqlQuery>
@@ -104,6 +105,52 @@ class TstMotor : public QObject {
     Q_OBJECT
 
   private slots:
+    void filasPorLotes() {
+        // More rows than a batch holds, and texts that a statement's or a JSON text's quoting
+        // must carry whole: every value comes back as it went, Nulls as Nulls.
+        Tienda t;
+        SQLMotor::TemporalVacia(t.db.Conexion(), QStringLiteral("prueba_lotes"),
+                                QStringLiteral("n integer, texto text, importe numeric"));
+        const QStringList raros = {QStringLiteral("comilla \" doble"),
+                                   QStringLiteral("apóstrofo 'x'"),
+                                   QStringLiteral("barra \\ invertida"),
+                                   QStringLiteral("dos\nlíneas\ty tab"),
+                                   QStringLiteral("€ ñ 漢字"),
+                                   QString(""),
+                                   QString(QChar(1)) + QStringLiteral("control")};
+        const int n = 901; // two whole batches of 400 and what is left
+        std::vector<QVariant> valores;
+        QStringList esperado;
+        for (int i = 0; i < n; ++i) {
+            const QString texto = raros[i % raros.size()] + QString::number(i);
+            const bool nulo = i % 10 == 3;
+            valores.push_back(i);
+            valores.push_back(nulo ? SQLMotor::TextoNulo() : QVariant(texto));
+            valores.push_back(i % 7 == 0 ? SQLMotor::TextoNulo()
+                                         : QVariant(Importe::DeUnidades(i, 2).TextoSQL()));
+            esperado << QString::number(i) + QLatin1Char('|') +
+                            (nulo ? QStringLiteral("<nulo>") : texto) + QLatin1Char('|') +
+                            (i % 7 == 0 ? QStringLiteral("<nulo>")
+                                        : Importe::DeUnidades(i, 2).TextoSQL());
+        }
+        SQLMotor::InsertarPorLotes(
+            t.db.Conexion(), QStringLiteral("prueba_lotes"),
+            {QStringLiteral("n"), QStringLiteral("texto"), QStringLiteral("importe")}, valores);
+        QSqlQuery q(t.db.Conexion().Base());
+        QVERIFY(q.exec("select n, texto, cast(importe as text) from prueba_lotes order by n"));
+        QStringList leido;
+        while (q.next())
+            leido << q.value(0).toString() + QLatin1Char('|') +
+                         (q.value(1).isNull() ? QStringLiteral("<nulo>") : q.value(1).toString()) +
+                         QLatin1Char('|') +
+                         (q.value(2).isNull()
+                              ? QStringLiteral("<nulo>")
+                              : Aritmetica::LeerGuardado(q.value(2).toString())->TextoSQL());
+        QCOMPARE(leido.size(), esperado.size());
+        for (int i = 0; i < n; ++i)
+            QCOMPARE(leido[i], esperado[i]);
+    }
+
     void cambio_data() {
         // base, scope, section or prefix, rule; the list's rows after, and the preview's
         // counts: changed, same, refused
