@@ -57,6 +57,10 @@ struct PlanImportacion {
         QString conexion;
         qint64 versionAjena = -1;
         qint64 cambiosPropios = -1;
+        /// On PostgreSQL, the server's own fingerprint of the catalogue's rows and the list's,
+        /// taken before reading: the same again later means nothing the dry run read changed,
+        /// and no row need cross the network to know it. Empty elsewhere.
+        QString servidor;
     } origen;
 };
 

@@ -324,6 +324,39 @@ std::pair<qint64, qint64> EstadoBase(ADODB::Connection &conexion) {
     return {ajena.value(0).toLongLong(), propia.value(0).toLongLong()};
 }
 
+/// On PostgreSQL, the server's fingerprint of what a dry run reads: for the catalogue's tables
+/// and the list's rows, their count and the sum of a hash of each row (its ctid too, which
+/// names it for the writer and changes when another terminal updates it). Summed on the
+/// server, so that checking it again reads no row. Empty elsewhere.
+QString HuellaServidor(const ContextoMotor &contexto, qint32 lista) {
+    if (SQLMotor::De(*contexto.conexion) != SQLMotor::Motor::PostgreSQL)
+        return QString();
+    const auto suma = [](const QString &fila, const QString &desde) -> QString {
+        return QStringLiteral("(select count(*)::text || ':' || coalesce(sum(hashtextextended(") +
+               fila + QStringLiteral(", 0)), 0)::text from ") + desde + QLatin1Char(')');
+    };
+    // A Null and a text are told apart by the 't' before every text.
+    QStringList partes = {
+        suma(QStringLiteral("codigo::text || ':' || coalesce('t' || codigocliente, 'n') || ':' "
+                            "|| coalesce(borrar::text, 'n')"),
+             QStringLiteral("productos")),
+        suma(QStringLiteral("codigo::text || ':' || coalesce('t' || codigo_extra, 'n')"),
+             QStringLiteral("productos_codigosextra")),
+        suma(QStringLiteral("ctid::text || ':' || producto::text || ':' || "
+                            "coalesce('t' || codproductotextil, 'n') || ':' || "
+                            "coalesce('t' || precio::text, 'n')"),
+             QStringLiteral("detalle_precio where identificador = ?")),
+    };
+    if (contexto.tallaColor)
+        partes << suma(QStringLiteral("codigopadre::text || ':' || coalesce('t' || codigohijo, "
+                                      "'n') || ':' || coalesce('t' || codcliente, 'n')"),
+                       QStringLiteral("productostextil"));
+    QSqlQuery q = SQLMotor::Ejecutar(
+        *contexto.conexion, QStringLiteral("select ") + partes.join(QStringLiteral(" || '/' || ")),
+        {lista});
+    return q.next() ? q.value(0).toString() : QString();
+}
+
 } // namespace
 
 PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
@@ -340,6 +373,7 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
     });
     // Taken before anything is read: a change made while the dry run reads shows as one.
     const auto [versionAjena, cambiosPropios] = EstadoBase(*contexto.conexion);
+    plan.origen.servidor = HuellaServidor(contexto, lista);
     Catalogo catalogo;
     catalogo.Leer(*contexto.conexion, contexto.tallaColor);
 
@@ -469,6 +503,9 @@ bool PlanVigente(const ContextoMotor &contexto, qint32 lista, const QByteArray &
         EstadoBase(*contexto.conexion) ==
             std::pair(plan.origen.versionAjena, plan.origen.cambiosPropios))
         return true;
+    // On a server, its own fingerprint says the same without a row read.
+    if (!plan.origen.servidor.isEmpty())
+        return HuellaServidor(contexto, lista) == plan.origen.servidor;
     Catalogo catalogo;
     catalogo.Leer(*contexto.conexion, contexto.tallaColor);
     if (catalogo.huella != plan.origen.catalogo)

@@ -47,8 +47,8 @@ void AnadirValor(QString &json, const QVariant &v) {
 
 } // namespace
 
-QString FilasJson(const QStringList &columnas, const std::vector<QVariant> &valores,
-                  size_t desde, size_t hasta) {
+QString FilasJson(const QStringList &columnas, const std::vector<QVariant> &valores, size_t desde,
+                  size_t hasta) {
     // The keys of every row, written once: `{"a":` and `,"b":`.
     QStringList claves;
     for (qsizetype c = 0; c < columnas.size(); ++c)

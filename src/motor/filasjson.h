@@ -14,7 +14,7 @@ namespace SQLMotor {
 /// The JSON array of the rows `desde` to `hasta` (not included) of `valores`, each row of
 /// `columnas.size()` values: one object a row, its values under the columns' names. Nulls are
 /// null, whole numbers numbers (a truth 1 or 0), and anything else the string of its text.
-QString FilasJson(const QStringList &columnas, const std::vector<QVariant> &valores,
-                  size_t desde, size_t hasta);
+QString FilasJson(const QStringList &columnas, const std::vector<QVariant> &valores, size_t desde,
+                  size_t hasta);
 
 } // namespace SQLMotor
