@@ -69,19 +69,27 @@ struct Variante {
     bool borrado = false;
 };
 
-/// The text of `campo` as a view into `letras`, without a QString of its own when the
-/// database gives it as UTF-8 (`otro` holds it otherwise). Valid until the next call.
-QStringView TextoDe(const ADODB::Field &campo, QVarLengthArray<QChar, 64> &letras, QString &otro) {
-    QByteArrayView bytes;
-    if (!campo.TextoUtf8(bytes)) {
-        otro = campo.Texto();
-        return otro;
+/// The texts of a column read row after row, each as a view, without a QString of its own
+/// when the database gives it as UTF-8.
+class LectorTextos {
+  public:
+    /// `campo`'s text; valid until the next call.
+    QStringView Texto(const ADODB::Field &campo) {
+        QByteArrayView bytes;
+        if (!campo.TextoUtf8(bytes)) {
+            otro = campo.Texto();
+            return otro;
+        }
+        letras.resize(bytes.size());
+        const QChar *fin = utf8.appendToBuffer(letras.data(), bytes);
+        return QStringView(letras.data(), fin - letras.data());
     }
-    letras.resize(bytes.size());
-    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QChar *fin = utf8.appendToBuffer(letras.data(), bytes);
-    return QStringView(letras.data(), fin - letras.data());
-}
+
+  private:
+    QStringDecoder utf8{QStringDecoder::Utf8, QStringDecoder::Flag::Stateless};
+    QVarLengthArray<QChar, 64> letras;
+    QString otro; ///< the text of a database that doesn't give UTF-8
+};
 
 /// The catalogue as the import searches it, read once for the whole file.
 struct Catalogo {
@@ -95,14 +103,13 @@ struct Catalogo {
 
     void Leer(ADODB::Connection &conexion, bool tallaColor) {
         ADODB::Recordset rs;
-        QVarLengthArray<QChar, 64> letras;
-        QString otro;
+        LectorTextos codigos;
         rs.Recorrer(
             QStringLiteral("select codigo, codigocliente, borrar from productos order by codigo"),
             conexion, [&] {
                 const ADODB::Field codigocliente = rs.Fields(1);
                 const Producto p{rs.Fields(0).Entero(), rs.Fields(2).Value().toLongLong() != 0};
-                const QStringView texto = TextoDe(codigocliente, letras, otro);
+                const QStringView texto = codigos.Texto(codigocliente);
                 huella += Huella(1, p.codigo, codigocliente.EsNulo(), texto, p.borrado);
                 borrados.emplace_back(p.codigo, p.borrado);
                 if (codigocliente.EsNulo())
@@ -377,7 +384,7 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
     Catalogo catalogo;
     catalogo.Leer(*contexto.conexion, contexto.tallaColor);
 
-    const FicheroCsv fichero = lectura.get();
+    FicheroCsv fichero = lectura.get();
     if (!fichero.error.isEmpty()) {
         plan.error = fichero.error;
         return plan;
@@ -409,6 +416,11 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
         leer(0, mitad);
         segunda.get();
     }
+    // The file's texts are no longer needed: a hundred thousand lines are freed on another
+    // thread while this one makes the plan.
+    std::future<void> liberar =
+        std::async(std::launch::async,
+                   [lineasCsv = std::move(fichero.lineas)]() mutable { lineasCsv.clear(); });
 
     // Every row a line names, valid or not ("sustituir" leaves them all), with the first
     // valid line that names it: the same row on two lines with different prices is refused on
