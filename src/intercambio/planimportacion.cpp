@@ -189,6 +189,7 @@ struct LineaLeida {
     QString motivo; ///< empty: valid
     std::optional<Importe> precio;
     Claves claves;
+    QVarLengthArray<int, 1> nombradas; ///< where each of `claves` is among the rows named
 };
 
 QString Entre(const QString &texto) {
@@ -429,12 +430,21 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
         int primera = -1;   ///< index of the first valid line naming it
         bool hecha = false; ///< already in the plan
     };
-    QHash<Clave, Nombrada> nombradas;
-    nombradas.reserve(qsizetype(lineas.size()));
+    QHash<Clave, int> indice; // a row named -> its place in `nombradas`
+    indice.reserve(qsizetype(lineas.size()));
+    std::vector<Nombrada> nombradas;
+    nombradas.reserve(lineas.size());
     for (int i = 0; i < int(lineas.size()); ++i) {
         LineaLeida &leida = lineas[size_t(i)];
         for (const Clave &clave : std::as_const(leida.claves)) {
-            Nombrada &nombrada = nombradas[clave];
+            const qsizetype antes = indice.size();
+            int &sitio = indice[clave];
+            if (indice.size() != antes) {
+                sitio = int(nombradas.size());
+                nombradas.emplace_back();
+            }
+            leida.nombradas.push_back(sitio);
+            Nombrada &nombrada = nombradas[size_t(sitio)];
             if (!leida.motivo.isEmpty())
                 continue;
             if (nombrada.primera < 0) {
@@ -469,8 +479,9 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
             plan.rechazadas.append({leida.numero, leida.motivo});
             continue;
         }
-        for (const Clave &clave : leida.claves) {
-            Nombrada &nombrada = *nombradas.find(clave);
+        for (qsizetype k = 0; k < leida.claves.size(); ++k) {
+            const Clave &clave = leida.claves[k];
+            Nombrada &nombrada = nombradas[size_t(leida.nombradas[k])];
             if (nombrada.hecha)
                 continue; // the same row and price on another line: once
             nombrada.hecha = true;
@@ -492,7 +503,7 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
         // Only what the operator sees goes: a deleted product's row shows nowhere (nor in an
         // export), so no file can name it.
         for (auto g = guardados.cbegin(); g != guardados.cend(); ++g) {
-            if (nombradas.contains(g.key()) || catalogo.Borrado(g.key().first).value_or(true))
+            if (indice.contains(g.key()) || catalogo.Borrado(g.key().first).value_or(true))
                 continue;
             ++plan.quitados;
             plan.cambios.push_back(
