@@ -1,5 +1,7 @@
 #include "lotessqlite.h"
 
+#include "platform/datos/errorbd.h"
+
 #include <QSqlDriver>
 #include <QSqlError>
 #include <memory>
@@ -8,22 +10,6 @@
 namespace SQLMotor {
 
 namespace {
-
-bool Enlazable(const QVariant &v) {
-    if (v.isNull())
-        return true;
-    switch (v.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::Bool:
-    case QMetaType::Double:
-    case QMetaType::QString:
-        return true;
-    default:
-        return false;
-    }
-}
 
 /// Binds `v` to parameter `n` (1-based). A text is bound in place: `v` outlives the step.
 int Enlazar(sqlite3_stmt *s, int n, const QVariant &v) {
@@ -36,8 +22,15 @@ int Enlazar(sqlite3_stmt *s, int n, const QVariant &v) {
         const QString &texto = *static_cast<const QString *>(v.constData());
         return sqlite3_bind_text16(s, n, texto.utf16(), int(texto.size() * 2), SQLITE_STATIC);
     }
-    default:
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::Bool:
         return sqlite3_bind_int64(s, n, v.toLongLong());
+    default: {
+        const QByteArray texto = v.toString().toUtf8();
+        return sqlite3_bind_text(s, n, texto.constData(), int(texto.size()), SQLITE_TRANSIENT);
+    }
     }
 }
 
@@ -45,20 +38,17 @@ using Sentencia = std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)>;
 
 } // namespace
 
-bool InsertarLotesSQLite(ADODB::Connection &conexion, const QString &sentencia, int porLote,
+void InsertarLotesSQLite(ADODB::Connection &conexion, const QString &sentencia, int porLote,
                          const QString &resto, const std::vector<QVariant> &valores) {
     QSqlDatabase base = conexion.Base();
-    if (base.driverName() != QLatin1String("QSQLITE"))
-        return false;
-    const QVariant manejador = base.driver()->handle();
+    const QVariant manejador =
+        base.driverName() == QLatin1String("QSQLITE") ? base.driver()->handle() : QVariant();
     sqlite3 *db = manejador.isValid() && qstrcmp(manejador.typeName(), "sqlite3*") == 0
                       ? *static_cast<sqlite3 *const *>(manejador.constData())
                       : nullptr;
     if (!db)
-        return false;
-    for (const QVariant &v : valores)
-        if (!Enlazable(v))
-            return false;
+        throw ADODB::ErrorBD(QStringLiteral("No se han podido grabar las filas: la conexión no "
+                                            "es de una base de datos SQLite abierta."));
 
     const auto fallo = [&](const QString &texto) {
         const int codigo = sqlite3_extended_errcode(db);
@@ -97,7 +87,6 @@ bool InsertarLotesSQLite(ADODB::Connection &conexion, const QString &sentencia, 
         const Sentencia s = preparar(resto);
         correr(s.get(), resto, llenos * lote, quedan);
     }
-    return true;
 }
 
 } // namespace SQLMotor

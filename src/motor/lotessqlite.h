@@ -14,11 +14,10 @@ namespace SQLMotor {
 
 /// Runs `sentencia` (its "?" placeholders as many as a batch's values) once for each batch of
 /// `porLote` values of `valores`, the last with `resto` (its own statement for the values
-/// left over, empty when none are). False, with nothing run, when the connection is not a
-/// SQLite one or a value is of a type this path does not bind (whole numbers, decimals,
-/// texts and Nulls only): the caller then goes through Qt's driver. Raises ErrorBD with
-/// SQLite's text when a statement fails.
-bool InsertarLotesSQLite(ADODB::Connection &conexion, const QString &sentencia, int porLote,
+/// left over, empty when none are). Whole numbers, decimals, texts and Nulls are bound as
+/// such; any other value as its text. Raises ErrorBD with SQLite's text when a statement
+/// fails, or when the connection is not an open SQLite one.
+void InsertarLotesSQLite(ADODB::Connection &conexion, const QString &sentencia, int porLote,
                          const QString &resto, const std::vector<QVariant> &valores);
 
 } // namespace SQLMotor

@@ -73,8 +73,8 @@ void InsertarPorLotes(ADODB::Connection &conexion, const QString &tabla,
                                 std::min(valores.size(), desde + porSentencia))});
         return;
     }
-    // 400 rows a statement keeps well inside every database's limit of bound values and
-    // saves nearly all the cost of a statement per row.
+    // 400 rows a statement keeps well inside SQLite's limit of bound values and saves nearly
+    // all the cost of a statement per row.
     constexpr int FilasPorLote = 400;
     const int filas = int(valores.size() / porFila);
     const QString cabecera = QStringLiteral("insert into ") + tabla + QStringLiteral(" (") + lista +
@@ -91,26 +91,8 @@ void InsertarPorLotes(ADODB::Connection &conexion, const QString &tabla,
         return cabecera + partes.join(QStringLiteral(", "));
     };
     const int sobrantes = filas % FilasPorLote;
-    if (InsertarLotesSQLite(conexion, sentencia(FilasPorLote), FilasPorLote * int(porFila),
-                            sobrantes ? sentencia(sobrantes) : QString(), valores))
-        return;
-    QSqlQuery lleno(conexion.Base());
-    bool preparado = false;
-    for (int inicio = 0; inicio < filas; inicio += FilasPorLote) {
-        const int n = std::min(FilasPorLote, filas - inicio);
-        QSqlQuery resto(conexion.Base());
-        QSqlQuery &q = n == FilasPorLote ? lleno : resto;
-        const QString texto = sentencia(n);
-        if ((n != FilasPorLote || !preparado) && !q.prepare(texto))
-            throw conexion.Fallo(q.lastError(), texto);
-        if (n == FilasPorLote)
-            preparado = true;
-        const size_t desde = size_t(inicio) * porFila;
-        for (size_t i = 0; i < size_t(n) * porFila; ++i)
-            q.bindValue(int(i), valores[desde + i]);
-        if (!q.exec())
-            throw conexion.Fallo(q.lastError(), texto);
-    }
+    InsertarLotesSQLite(conexion, sentencia(FilasPorLote), FilasPorLote * int(porFila),
+                        sobrantes ? sentencia(sobrantes) : QString(), valores);
 }
 
 bool BloquearLista(ADODB::Connection &conexion, qint32 lista) {

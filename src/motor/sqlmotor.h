@@ -31,7 +31,7 @@ QSqlQuery Ejecutar(ADODB::Connection &conexion, const QString &sentencia,
 /// Inserts rows into `columnas` of `tabla`, from `valores` (row after row, a value for each
 /// column). SQLite takes batches of 400 rows, one statement each, bound through its own
 /// interface; PostgreSQL takes them as JSON text, 20,000 rows a statement, each value read by
-/// its column's own type; any other database, batches through Qt's driver.
+/// its column's own type. Raises ErrorBD.
 void InsertarPorLotes(ADODB::Connection &conexion, const QString &tabla,
                       const QStringList &columnas, const std::vector<QVariant> &valores);
 
