@@ -365,6 +365,10 @@ QString HuellaServidor(const ContextoMotor &contexto, qint32 lista) {
     return q.next() ? q.value(0).toString() : QString();
 }
 
+/// Work given to another thread; done in this one, when it waits for it, if the system has no
+/// thread to give.
+constexpr auto EnOtroHilo = std::launch::async | std::launch::deferred;
+
 } // namespace
 
 PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
@@ -373,7 +377,7 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
     // The file is read on a thread of its own while this one reads the catalogue: a big
     // file's dry run takes the longer of the two rather than both. A file that can't be
     // imported is still said as such; only the catalogue was read for nothing.
-    std::future<FicheroCsv> lectura = std::async(std::launch::async, [&datos] {
+    std::future<FicheroCsv> lectura = std::async(EnOtroHilo, [&datos] {
         return LeerCsv(datos, [](const QString &nombre) {
             Columnas c;
             return ColumnaLeida(c, nombre) != nullptr;
@@ -413,15 +417,14 @@ PlanImportacion PlanearImportacion(const ContextoMotor &contexto, qint32 lista,
         leer(0, lineas.size());
     } else {
         const size_t mitad = lineas.size() / 2;
-        std::future<void> segunda = std::async(std::launch::async, leer, mitad, lineas.size());
+        std::future<void> segunda = std::async(EnOtroHilo, leer, mitad, lineas.size());
         leer(0, mitad);
         segunda.get();
     }
     // The file's texts are no longer needed: a hundred thousand lines are freed on another
     // thread while this one makes the plan.
-    std::future<void> liberar =
-        std::async(std::launch::async,
-                   [lineasCsv = std::move(fichero.lineas)]() mutable { lineasCsv.clear(); });
+    std::future<void> liberar = std::async(
+        EnOtroHilo, [lineasCsv = std::move(fichero.lineas)]() mutable { lineasCsv.clear(); });
 
     // Every row a line names, valid or not ("sustituir" leaves them all), with the first
     // valid line that names it: the same row on two lines with different prices is refused on
