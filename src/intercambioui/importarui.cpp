@@ -45,7 +45,10 @@ class DlgImportar : public QDialog {
         rechazos = new QPlainTextEdit;
         rechazos->setObjectName(QStringLiteral("txtRechazos"));
         rechazos->setReadOnly(true);
-        capas->addWidget(rechazos);
+        // The refused lines take the room when there are any; without them the texts stay
+        // together at the top rather than spread over the dialog.
+        capas->addWidget(rechazos, 1);
+        capas->addStretch();
         botones = new QDialogButtonBox;
         importar = botones->addButton(QStringLiteral("Importar"), QDialogButtonBox::AcceptRole);
         cancelar = botones->addButton(QStringLiteral("Cancelar"), QDialogButtonBox::RejectRole);
