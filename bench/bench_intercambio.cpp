@@ -14,6 +14,7 @@
 // is checked (rows written, lines read, prices stored); a wrong result, or a missed target in the
 // full run, prints FAIL and ends with status 1. With --rapido (CI) the sizes are small and only the
 // results are checked.
+#include "baseservidor.h"
 #include "perfilsqlite.h"
 
 #include "intercambio/exportacion.h"
@@ -28,8 +29,6 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTemporaryDir>
-#include <QUrl>
-#include <QUuid>
 
 #include <algorithm>
 #include <cstdio>
@@ -314,21 +313,9 @@ int main(int argc, char **argv) {
         Medir(QStringLiteral("sqlite:") + base, base, "SQLite", false, dir, n);
         const QString servidor = qEnvironmentVariable("TARIFAS_PRUEBAS_PG");
         if (!servidor.isEmpty()) {
-            // A database of its own on the server, dropped afterwards.
-            const QString nombre =
-                QStringLiteral("bench_") + QUuid::createUuid().toString(QUuid::Id128).left(12);
-            ADODB::Connection admin;
-            admin.Open(servidor);
-            Ejecutar(admin, QStringLiteral("create database ") + nombre);
-            QUrl url(servidor);
-            url.setPath(QLatin1Char('/') + nombre);
-            try {
-                Medir(url.toString(), QString(), "PostgreSQL", true, dir, n);
-            } catch (...) {
-                Ejecutar(admin, QStringLiteral("drop database ") + nombre);
-                throw;
-            }
-            Ejecutar(admin, QStringLiteral("drop database ") + nombre);
+            EnBaseDelServidor(servidor, [&](const QString &cadena) {
+                Medir(cadena, QString(), "PostgreSQL", true, dir, n);
+            });
         } else {
             std::printf("PostgreSQL not measured (TARIFAS_PRUEBAS_PG is empty)\n");
         }

@@ -12,6 +12,7 @@
 // rows, the copy's rows); a wrong result or, in the full run, a missed target prints FAIL and
 // the program ends with status 1. With --rapido the lists hold 2,000 prices: the results are
 // checked and the ratios printed, not judged (too small to time).
+#include "baseservidor.h"
 #include "perfilsqlite.h"
 
 #include "motor/aritmetica.h"
@@ -27,8 +28,6 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTemporaryDir>
-#include <QUrl>
-#include <QUuid>
 
 #include <algorithm>
 #include <cstdio>
@@ -241,16 +240,7 @@ int main(int argc, char **argv) {
         }
         const QString servidor = qEnvironmentVariable("TARIFAS_PRUEBAS_PG");
         if (!servidor.isEmpty()) {
-            // A database of its own on the server, dropped afterwards.
-            const QString nombre =
-                QStringLiteral("bench_") + QUuid::createUuid().toString(QUuid::Id128).left(12);
-            ADODB::Connection admin;
-            admin.Open(servidor);
-            Ejecutar(admin.Base(), QStringLiteral("create database ") + nombre);
-            QUrl url(servidor);
-            url.setPath(QLatin1Char('/') + nombre);
-            const QString cadena = url.toString();
-            try {
+            EnBaseDelServidor(servidor, [&](const QString &cadena) {
                 {
                     ADODB::Connection c;
                     c.Open(cadena);
@@ -258,11 +248,7 @@ int main(int argc, char **argv) {
                     Llenar(c.Base(), true, porLista);
                 }
                 Medir(cadena, "PostgreSQL", porLista);
-            } catch (...) {
-                Ejecutar(admin.Base(), QStringLiteral("drop database ") + nombre);
-                throw;
-            }
-            Ejecutar(admin.Base(), QStringLiteral("drop database ") + nombre);
+            });
         } else {
             std::printf("PostgreSQL not measured (TARIFAS_PRUEBAS_PG is empty)\n");
         }

@@ -20,6 +20,7 @@
 //
 // With --rapido the sizes are small and no time is judged, only the results and the plans:
 // that is how CTest runs it with the tests.
+#include "baseservidor.h"
 #include "editor/busquedacodigo.h"
 #include "editor/frmtarifas.h"
 #include "platform/datos/conexion.h"
@@ -38,8 +39,6 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTimer>
-#include <QUrl>
-#include <QUuid>
 
 #include <algorithm>
 #include <cstdio>
@@ -458,28 +457,20 @@ int main(int argc, char **argv) {
         }
         const QString servidor = qEnvironmentVariable("TARIFAS_PRUEBAS_PG");
         if (!servidor.isEmpty()) {
-            // A database of its own on the server, dropped afterwards.
-            const QString nombre =
-                QStringLiteral("bench_") + QUuid::createUuid().toString(QUuid::Id128).left(12);
-            ADODB::Connection admin;
-            admin.Open(servidor);
-            Ejecutar(admin.Base(), QStringLiteral("create database ") + nombre);
-            QUrl url(servidor);
-            url.setPath(QLatin1Char('/') + nombre);
-            const QString cadena = url.toString();
-            {
-                ADODB::Connection c;
-                c.Open(cadena);
-                CrearTablasQueFaltan(c, TablasSuite());
-                QSqlDatabase b = c.Base();
-                Ejecutar(b, QStringLiteral("insert into opciones (numdecimales, estiloaspecto) "
-                                           "values (2, 0)"));
-                Ejecutar(b, QStringLiteral("insert into cabecera_precio values (1, 'General', "
-                                           "'2026-01-01', '2026-01-01', '2026-12-31')"));
-                LlenarCodigos(b, productosCodigo, true);
-            }
-            MedirCodigo(cadena, productosCodigo, "PostgreSQL");
-            Ejecutar(admin.Base(), QStringLiteral("drop database ") + nombre);
+            EnBaseDelServidor(servidor, [&](const QString &cadena) {
+                {
+                    ADODB::Connection c;
+                    c.Open(cadena);
+                    CrearTablasQueFaltan(c, TablasSuite());
+                    QSqlDatabase b = c.Base();
+                    Ejecutar(b, QStringLiteral("insert into opciones (numdecimales, "
+                                               "estiloaspecto) values (2, 0)"));
+                    Ejecutar(b, QStringLiteral("insert into cabecera_precio values (1, 'General', "
+                                               "'2026-01-01', '2026-01-01', '2026-12-31')"));
+                    LlenarCodigos(b, productosCodigo, true);
+                }
+                MedirCodigo(cadena, productosCodigo, "PostgreSQL");
+            });
         } else {
             std::printf("code: PostgreSQL not measured (TARIFAS_PRUEBAS_PG is empty)\n");
         }
