@@ -14,8 +14,7 @@
 /// Makes an empty database on the server `servidor` (the connection string of an account that
 /// may create databases), runs `medir` with the connection string that reaches it, and drops
 /// it afterwards, also when `medir` raises.
-template <class Medida>
-void EnBaseDelServidor(const QString &servidor, Medida &&medir) {
+template <class Medida> void EnBaseDelServidor(const QString &servidor, Medida &&medir) {
     const QString nombre =
         QStringLiteral("bench_") + QUuid::createUuid().toString(QUuid::Id128).left(12);
     ADODB::Connection admin;

@@ -69,7 +69,8 @@ void EscribirCambios(ADODB::Connection &conexion, qint32 lista, const CambiosFil
         valores.reserve(3 * cambios.altas.size());
         for (const CambiosFilas::Alta &a : cambios.altas) {
             valores.push_back(a.producto);
-            valores.push_back(a.variante);
+            // The history names a plain product's row with an empty variant, never a Null.
+            valores.push_back(a.variante.isNull() ? QStringLiteral("") : a.variante);
             valores.push_back(a.precio ? QVariant(a.precio->TextoSQL()) : SQLMotor::TextoNulo());
         }
         SQLMotor::InsertarPorLotes(

@@ -22,7 +22,9 @@ void AnadirCadena(QString &json, QStringView texto) {
 }
 
 void AnadirValor(QString &json, const QVariant &v) {
-    if (v.isNull()) {
+    // A null QString is a Null, as Qt's drivers have it.
+    if (v.isNull() || (v.typeId() == QMetaType::QString &&
+                       static_cast<const QString *>(v.constData())->isNull())) {
         json += QLatin1String("null");
         return;
     }
@@ -56,7 +58,7 @@ QString FilasJson(const QStringList &columnas, const std::vector<QVariant> &valo
                       QStringLiteral("\":");
     const size_t n = size_t(columnas.size());
     QString json;
-    json.reserve(qsizetype((hasta - desde) * 16 * n));
+    json.reserve(qsizetype((hasta - desde) * 20)); // a key and a value: about 20 characters
     json += QLatin1Char('[');
     for (size_t i = desde; i < hasta; i += n) {
         if (i > desde)

@@ -12,8 +12,9 @@
 namespace SQLMotor {
 
 /// The JSON array of the rows `desde` to `hasta` (not included) of `valores`, each row of
-/// `columnas.size()` values: one object a row, its values under the columns' names. Nulls are
-/// null, whole numbers numbers (a truth 1 or 0), and anything else the string of its text.
+/// `columnas.size()` values: one object a row, its values under the columns' names. Nulls (and
+/// null QStrings, as Qt's drivers have them) are null, whole numbers numbers (a truth 1 or 0),
+/// and anything else the string of its text.
 QString FilasJson(const QStringList &columnas, const std::vector<QVariant> &valores, size_t desde,
                   size_t hasta);
 

@@ -12,8 +12,10 @@ namespace SQLMotor {
 namespace {
 
 /// Binds `v` to parameter `n` (1-based). A text is bound in place: `v` outlives the step.
+/// A null QString is a Null, as Qt's drivers have it.
 int Enlazar(sqlite3_stmt *s, int n, const QVariant &v) {
-    if (v.isNull())
+    if (v.isNull() ||
+        (v.typeId() == QMetaType::QString && static_cast<const QString *>(v.constData())->isNull()))
         return sqlite3_bind_null(s, n);
     switch (v.typeId()) {
     case QMetaType::Double:

@@ -14,9 +14,9 @@ namespace SQLMotor {
 
 /// Runs `sentencia` (its "?" placeholders as many as a batch's values) once for each batch of
 /// `porLote` values of `valores`, the last with `resto` (its own statement for the values
-/// left over, empty when none are). Whole numbers, decimals, texts and Nulls are bound as
-/// such; any other value as its text. Raises ErrorBD with SQLite's text when a statement
-/// fails, or when the connection is not an open SQLite one.
+/// left over, empty when none are). Whole numbers, decimals, texts and Nulls (a null QString
+/// too, as Qt's drivers have it) are bound as such; any other value as its text. Raises ErrorBD
+/// with SQLite's text when a statement fails, or when the connection is not an open SQLite one.
 void InsertarLotesSQLite(ADODB::Connection &conexion, const QString &sentencia, int porLote,
                          const QString &resto, const std::vector<QVariant> &valores);
 

@@ -264,6 +264,25 @@ class TstImportacion : public QObject {
         QCOMPARE(t.Precios(), antes);
     }
 
+    void historial_sin_variantes_nulas() {
+        // A plain product's row is named in the history with an empty variant, as every other
+        // operation names it: a Null would match no later change of the row.
+        TiendaIntercambio t(false);
+        const ResultadoImportacion r = Importar(t.contexto, 1, "codigo;precio\nA1;95\nC3;12,5\n",
+                                                ModoImportacion::AnadirYActualizar, false, "x");
+        QCOMPARE(Cuentas(r.plan), QStringLiteral("1/1/0/0"));
+        QCOMPARE(
+            t.db.Valor("select count(*) from historial_precio where operacion = ?", {r.operacion})
+                .toInt(),
+            2);
+        QCOMPARE(t.db.Valor("select count(*) from historial_precio where variante is null").toInt(),
+                 0);
+        QCOMPARE(t.db.Valor("select count(*) from detalle_precio where codproductotextil is not "
+                            "null")
+                     .toInt(),
+                 0);
+    }
+
     void sin_cambios_no_hay_operacion() {
         TiendaIntercambio t(false);
         const ResultadoImportacion r = Importar(t.contexto, 1, "codigo;precio\nA1;90\n",
