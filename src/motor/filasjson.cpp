@@ -1,5 +1,7 @@
 #include "filasjson.h"
 
+#include "sqlmotor.h"
+
 namespace SQLMotor {
 
 namespace {
@@ -22,9 +24,7 @@ void AnadirCadena(QString &json, QStringView texto) {
 }
 
 void AnadirValor(QString &json, const QVariant &v) {
-    // A null QString is a Null, as Qt's drivers have it.
-    if (v.isNull() || (v.typeId() == QMetaType::QString &&
-                       static_cast<const QString *>(v.constData())->isNull())) {
+    if (EsNulo(v)) {
         json += QLatin1String("null");
         return;
     }

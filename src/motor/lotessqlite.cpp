@@ -1,5 +1,7 @@
 #include "lotessqlite.h"
 
+#include "sqlmotor.h"
+
 #include "platform/datos/errorbd.h"
 
 #include <QSqlDriver>
@@ -12,10 +14,8 @@ namespace SQLMotor {
 namespace {
 
 /// Binds `v` to parameter `n` (1-based). A text is bound in place: `v` outlives the step.
-/// A null QString is a Null, as Qt's drivers have it.
 int Enlazar(sqlite3_stmt *s, int n, const QVariant &v) {
-    if (v.isNull() ||
-        (v.typeId() == QMetaType::QString && static_cast<const QString *>(v.constData())->isNull()))
+    if (EsNulo(v))
         return sqlite3_bind_null(s, n);
     switch (v.typeId()) {
     case QMetaType::Double:

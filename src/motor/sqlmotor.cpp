@@ -127,6 +127,11 @@ bool ExisteLista(ADODB::Connection &conexion, qint32 lista) {
     return rs.RecordCount() > 0;
 }
 
+bool EsNulo(const QVariant &valor) {
+    return valor.isNull() || (valor.typeId() == QMetaType::QString &&
+                              static_cast<const QString *>(valor.constData())->isNull());
+}
+
 QVariant TextoNulo() {
     return QVariant(QMetaType::fromType<QString>());
 }

@@ -52,5 +52,8 @@ bool ExisteLista(ADODB::Connection &conexion, qint32 lista);
 
 /// A Null of the type a text column binds, and the text of an amount or that Null.
 QVariant TextoNulo();
+/// Whether `valor` binds as a Null: a null variant, or a null QString in one, as Qt's drivers
+/// have it.
+bool EsNulo(const QVariant &valor);
 
 } // namespace SQLMotor
